@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+
+#include "core/cp1256.h"
+#include "core/line_kind.h"
+#include "core/score_sheet.h"
+
+using namespace tahrir::core;
+
+TEST(ScoreLine, ScratchCutsAndPadsTo32) {
+    EXPECT_EQ(Scratch("13  8"), "13  8" + std::string(27, ' '));
+    EXPECT_EQ(Scratch(std::string(40, 'x')), std::string(32, 'x'));
+    EXPECT_EQ(Scratch("").size(), 32u);
+}
+
+TEST(ScoreLine, FieldsReadAndWriteInPlace) {
+    ScoreLine line("13  8");
+    EXPECT_EQ(line.get(NoteField::DurationField), "  8");
+    EXPECT_EQ(line.get(NoteField::MarkCode), "  ") << "columns beyond the end read as blanks";
+    line.set(NoteField::MarkCode, "TR");
+    EXPECT_EQ(line.text(), "13  8  TR");
+    line.set(NoteField::AccidentalCode, "KX"); // only the field's width is written
+    EXPECT_EQ(line.text(), "13  8K TR");
+    line.set(NoteField::PitchStep, "5");
+    EXPECT_EQ(line.text(), "53  8K TR");
+}
+
+TEST(LineKind, ClassificationFollowsTheGrammarOrder) {
+    EXPECT_EQ(ClassifyLine("03  8"), LineKind::NoteLine);          // rest
+    EXPECT_EQ(ClassifyLine("03 -1"), LineKind::BarLine);           // same columns, no time
+    EXPECT_EQ(ClassifyLine("13 -1"), LineKind::NoteLine);          // grace note
+    EXPECT_EQ(ClassifyLine("0x junk"), LineKind::NoteLine);        // a rest needs no word
+    EXPECT_EQ(ClassifyLine("13  5"), LineKind::Unknown);           // 5 is not a word
+    EXPECT_EQ(ClassifyLine("ALL5D"), LineKind::DirectiveLine);
+    EXPECT_EQ(ClassifyLine("L        "), LineKind::SpacerLine);
+    EXPECT_EQ(ClassifyLine("L^Ms=3"), LineKind::TextLine);
+    EXPECT_EQ(ClassifyLine("LCTRP=2"), LineKind::ControlLine);
+    EXPECT_EQ(ClassifyLine("RHITHM6/8"), LineKind::DirectiveLine);
+    EXPECT_EQ(ClassifyLine("tempo 60"), LineKind::Unknown) << "tokens are case-sensitive";
+    EXPECT_EQ(ClassifyLine("       G", 1), LineKind::HeaderLine);
+    EXPECT_EQ(DirectiveTokenOf("RHYTHM3/4"), "RHYTHM");
+}
+
+TEST(ScoreSheet, InsertRemoveAndLimits) {
+    ScoreSheet sheet;
+    EXPECT_THROW(sheet[2049], SheetIndexError);
+    EXPECT_NO_THROW(sheet[2048]);
+    sheet.LastLine = 3;
+    for (int i = 1; i <= 3; ++i) sheet.setLine(i, std::to_string(i));
+    ASSERT_TRUE(sheet.insertLine(2, "x"));
+    EXPECT_EQ(sheet.LastLine, 4);
+    EXPECT_EQ(sheet[2].text(), "x");
+    EXPECT_EQ(sheet[4].text(), "3");
+    sheet.removeLines(1, 2);
+    EXPECT_EQ(sheet.LastLine, 2);
+    EXPECT_EQ(sheet[1].text(), "2");
+    sheet.LastLine = MaxLines;
+    EXPECT_FALSE(sheet.insertLine(5, "y"));
+}
+
+TEST(Cp1256, PersianRoundTrip) {
+    const std::string persian = "عنوان سه‌گاه ۱۲";
+    const std::string bytes = Utf8ToCp1256(persian);
+    EXPECT_EQ(bytes.size(), 15u) << "one byte a character, Persian digits map to '?'";
+    const std::string text = "عنوان";
+    EXPECT_EQ(Cp1256ToUtf8(Utf8ToCp1256(text)), text);
+    EXPECT_EQ(Utf8ToCp1256("\xff\xfe"), "??");
+    EXPECT_EQ(Cp1256ToUtf8(std::string(1, '\xE1')), "ل");
+}
