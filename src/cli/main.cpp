@@ -1,0 +1,81 @@
+// tahrir-cli: the editor's code without a window, one sub-command per task.
+
+#include <cstring>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "cli/cli_args.h"
+#include "cli/commands.h"
+
+using namespace tahrir::cli;
+
+namespace {
+
+const Command kCommands[] = {
+    {"lines", "lines FILE.srv [--json]", RunLines},
+    {"new", "new --tempo T --rhythm R --measures N -o OUT.srv [--description TEXT]", RunNew},
+    {"save", "save FILE.srv -o OUT.srv", RunSave},
+    {"type", "type FILE.srv [--keys \"TOKENS\"] [--answers \"A1|A2|...\"] -o OUT.srv [--json]",
+     RunType},
+    {"render",
+     "render FILE.srv -o OUT.(png|pdf|svg|dxf) [--view page|working] [--zoom Z] "
+     "[--width-units W] [--print]",
+     RunRender},
+    {"layout", "layout FILE.srv --json [--view page|working]", RunLayout},
+    {"play",
+     "play FILE.srv [--wav OUT.wav] [--messages OUT.txt] [--log OUT.txt] [--tempo N] "
+     "[--start-measure A] [--end-measure B] [--count-in] [--realtime] [--instrument I]",
+     RunPlay},
+    {"export-midi", "export-midi FILE.srv -o OUT.mid [--tempo N] [--microtonal]", RunExportMidi},
+    {"dump-midi", "dump-midi FILE.mid", RunDumpMidi},
+    {"import-midi", "import-midi FILE.mid --track N [--octave-shift K] -o OUT.srv",
+     RunImportMidi},
+    {"pitch", "pitch FILE.wav", RunPitch},
+    {"findnote",
+     "findnote --period P [--rate 11000] [--grid 12|24|dastgah] [--base 440] "
+     "[--signature LINE1]",
+     RunFindNote},
+    {"transcribe",
+     "transcribe FILE.wav [--into SCORE.srv] -o OUT.srv [--at LINE] [--tempo T] "
+     "[--min-duration 1|2|4|8] [--method simple|women|men] [--cutoff C] [--k K] [--exact] "
+     "[--silent] [--raw] [--grid 12|24|dastgah] [--notes OUT.txt]",
+     RunTranscribe},
+};
+
+void PrintHelp(std::ostream& out) {
+    out << "usage: tahrir-cli COMMAND [options]   (every command takes --app-folder DIR)\n\n";
+    for (const Command& c : kCommands) out << "  tahrir-cli " << c.usage << '\n';
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        PrintHelp(std::cerr);
+        return ExitUsage;
+    }
+    const std::string name = argv[1];
+    if (name == "--help" || name == "-h" || name == "help") {
+        PrintHelp(std::cout);
+        return ExitOk;
+    }
+    for (const Command& c : kCommands) {
+        if (name != c.name) continue;
+        std::vector<std::string> rest(argv + 2, argv + argc);
+        for (const auto& a : rest) {
+            if (a == "--help" || a == "-h") {
+                std::cout << "usage: tahrir-cli " << c.usage << '\n';
+                return ExitOk;
+            }
+        }
+        try {
+            return c.run(rest);
+        } catch (const std::exception& e) {
+            return Fail(ExitIo, e.what());
+        }
+    }
+    std::cerr << "tahrir-cli: unknown command \"" << name << "\"\n";
+    PrintHelp(std::cerr);
+    return ExitUsage;
+}

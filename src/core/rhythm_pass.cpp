@@ -1,0 +1,7 @@
+#include "core/rhythm_pass.h"
+
+namespace tahrir::core {
+
+void RhythmPass(ScoreSheet&) {}
+
+} // namespace tahrir::core
