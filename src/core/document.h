@@ -1,10 +1,14 @@
 #pragma once
 // One open score and the session it lives in. State lives here, not in globals.
 
+#include <array>
 #include <filesystem>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/score_sheet.h"
+#include "core/session_tables.h"
 
 namespace tahrir::core {
 
@@ -22,6 +26,14 @@ struct Session {
     double StaffSpacing = 45;
     double TopMargin = 26;
     std::string InstrumentMode = "Flute";
+    std::string MusicFontFile = "fonts/bravura.otf"; // relative to AppFolder
+
+    // Filled by StartSession (session.h).
+    std::vector<Instrument> InsList;
+    std::array<std::string_view, PaletteHintCount> PaletteHints{};
+    std::array<std::string_view, 12> SharpChords{};
+    std::array<std::string_view, 12> FlatChords{};
+    std::array<std::string_view, 13> ChordKinds{};
 
     // AppFolder plus a file name such as "tmp.ctz".
     std::filesystem::path file(const std::string& name) const { return AppFolder / name; }
@@ -40,6 +52,9 @@ struct Document {
     double InitialTempo = 60;
     int UndoIndex = 0;
     int UndoTop = 0;
+    // The tempo slider after a load: set only for a tempo above 20, 0 when untouched.
+    int TempoSlider = 0;
+    double TempoMarkerTop = 0;
 };
 
 } // namespace tahrir::core

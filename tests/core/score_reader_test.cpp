@@ -1,0 +1,220 @@
+#include <gtest/gtest.h>
+
+#include "core/page_store.h"
+#include "core/score_reader.h"
+#include "core/session.h"
+#include "score_files.h"
+#include "temp_folder.h"
+
+using namespace tahrir::core;
+using namespace tahrir::test;
+
+namespace {
+
+struct Loaded {
+    Document doc;
+    LoadResult result;
+};
+
+class Reader : public ::testing::Test {
+protected:
+    void SetUp() override { StartSession(session, folder.path()); }
+
+    Loaded load(const std::string& bytes, const std::string& name = "score.srv") {
+        WriteBytes(folder / name, bytes);
+        Loaded out;
+        out.doc.CurrentFileName = (folder / name).string();
+        out.result = Openp(out.doc, session, nullptr);
+        return out;
+    }
+
+    TempFolder folder;
+    Session session;
+};
+
+std::string Pad22(const std::string& text) { return text + std::string(22 - text.size(), ' '); }
+
+} // namespace
+
+TEST_F(Reader, CurrentGenerationLoadsEveryLine) {
+    const auto [doc, result] = load(Sv5File("My piece", {"       G  ", "TEMPO 90", "RHYTM4/4",
+                                                          "03 -1", "L^Ms=1", "13  8", "03  8"}));
+    EXPECT_EQ(result.status, LoadStatus::Complete);
+    EXPECT_EQ(doc.FileGeneration, Generation::Sv5);
+    EXPECT_EQ(doc.Description, "My piece");
+    EXPECT_FALSE(doc.LineScrambled);
+    EXPECT_EQ(doc.Sheet.LastLine, 7);
+    EXPECT_EQ(doc.Sheet.CurrentLine, 4);
+    EXPECT_FALSE(doc.DirtyFlag);
+    EXPECT_EQ(doc.UndoIndex, 1);
+    EXPECT_EQ(doc.UndoTop, 1);
+    EXPECT_EQ(doc.Sheet[1].text(), Scratch("       G  ")) << "line 1 is kept through Scratch";
+    EXPECT_EQ(doc.Sheet[2].text(), Pad22("TEMPO 90"));
+    EXPECT_EQ(doc.Sheet[6].text(), Pad22("13  8"));
+    EXPECT_EQ(doc.Sheet[0].text(), "7") << "element 0 holds the line count";
+    EXPECT_EQ(doc.CurrentTempo, 90);
+    EXPECT_EQ(doc.PlayTempo, 90);
+    EXPECT_EQ(doc.TempoSlider, 90);
+    EXPECT_DOUBLE_EQ(doc.TempoMarkerTop, 500 + 90.0 / 300 * 2150);
+}
+
+TEST_F(Reader, MarkerAndOldestGenerations) {
+    const auto marker = load(MarkerFile("Old piece", {"       G", "TEMPO 60", "RHYTM3/4", "13  8"}));
+    EXPECT_EQ(marker.doc.FileGeneration, Generation::Marker);
+    EXPECT_EQ(marker.doc.Description, "Old piece");
+    EXPECT_EQ(marker.doc.Sheet.LastLine, 4);
+
+    // The oldest files begin with the description, in the old DOS code page.
+    const auto oldest = load(OldestFile("\x92\x90<Title", {"       G", "TEMPO 60", "RHYTM3/4", "13  8"}));
+    EXPECT_EQ(oldest.doc.FileGeneration, Generation::Oldest);
+    EXPECT_EQ(oldest.doc.Description, "\xC8\xC7\r\nTitle");
+    EXPECT_EQ(oldest.doc.Sheet.LastLine, 4);
+
+    // An Sv5 file whose description is the marker reads one more field.
+    const auto both = load("\"Sv5\"\r\n\"Sorvan4 SRV File\"\r\n\"real\"\r\n       G\r\nTEMPO 60\r\n");
+    EXPECT_EQ(both.doc.Description, "real");
+    EXPECT_EQ(both.doc.Sheet.LastLine, 2);
+}
+
+TEST_F(Reader, DescriptionMayHoldLineBreaks) {
+    const auto [doc, result] = load(Sv5File("line one\r\nline two", {"       G", "TEMPO 60"}));
+    EXPECT_EQ(doc.Description, "line one\r\nline two");
+    EXPECT_EQ(doc.Sheet.LastLine, 2);
+}
+
+TEST_F(Reader, BuiltInFileNeedsNoConversion) {
+    const std::string header = "\xE1\xC7<x"; // already code page 1256
+    const auto builtIn = load(OldestFile(header, {"       G", "TEMPO 60"}), "DO1DO6");
+    EXPECT_EQ(builtIn.doc.Description, header);
+    const auto other = load(OldestFile(header, {"       G", "TEMPO 60"}), "DO1DO7");
+    EXPECT_NE(other.doc.Description, header);
+}
+
+TEST_F(Reader, ScrambledLinesAreUnscrambled) {
+    const auto [doc, result] =
+        load(OldestFile("x", {ScrambleLine("DD     G  "), ScrambleLine("TEMPO 80"),
+                              ScrambleLine("RHYTM2/4"), ScrambleLine("23  4K"), ""}));
+    EXPECT_TRUE(doc.LineScrambled);
+    EXPECT_EQ(doc.Sheet[1].text(), Scratch("DD     G  "));
+    EXPECT_EQ(doc.Sheet[2].text(), Pad22("TEMPO 80"));
+    EXPECT_EQ(doc.Sheet[4].text(), Pad22("23  4K"));
+    // An empty scrambled line becomes one blank, then a spacer from line 4 on.
+    EXPECT_EQ(doc.Sheet[5].text(), Pad22("L        "));
+    EXPECT_EQ(doc.Sheet.LastLine, 5);
+    EXPECT_EQ(UnscrambleLine(""), " ");
+    EXPECT_EQ(UnscrambleLine("\" "), "  ");
+    // 'A' (65) at position 1 loses 11; the byte wraps instead of failing.
+    EXPECT_EQ(UnscrambleLine("A"), "6");
+    EXPECT_EQ(UnscrambleLine("\x01"), "\xF6");
+}
+
+TEST_F(Reader, UnknownLinesAreDroppedByTheCounterRule) {
+    // File lines 2 and 3 are unknown: their slots stay empty and are not reused.
+    // From line 4 on, an unknown line gives its slot to the next one.
+    const auto [doc, result] = load(
+        Sv5File("d", {"       G", "junk", "", "13  8", "FSIGN", "bad", "23 16", "GSIGN"}));
+    EXPECT_EQ(result.status, LoadStatus::Partial);
+    EXPECT_EQ(result.droppedLines, 6) << "line 1 too: without a tempo line it is lost";
+    EXPECT_EQ(result.fileLines, 8);
+    EXPECT_EQ(doc.Sheet.LastLine, 5);
+    EXPECT_EQ(doc.Sheet[1].text(), Pad22("")) << "no tempo on line 2: line 1 is never stored";
+    EXPECT_EQ(doc.Sheet[2].text(), Pad22(""));
+    EXPECT_EQ(doc.Sheet[3].text(), Pad22(""));
+    EXPECT_EQ(doc.Sheet[4].text(), Pad22("13  8"));
+    EXPECT_EQ(doc.Sheet[5].text(), Pad22("23 16"));
+}
+
+TEST_F(Reader, TempoLineStoresEveryLaterLineBeforeItIsClassified) {
+    // Once line 2 is a tempo line, each line is stored at once; a dropped last line
+    // stays in the element past LastLine.
+    const auto [doc, result] = load(Sv5File("d", {"       G", "tempo 70", "RHYTM4/4", "13  8", "bad"}));
+    // Kept although unknown: stored before the test; being no exact "TEMPO" line, the
+    // tidy pass blanks its column 7.
+    EXPECT_EQ(doc.Sheet[2].text(), Pad22("tempo  0"));
+    EXPECT_EQ(doc.Sheet.LastLine, 4);
+    EXPECT_EQ(doc.Sheet[5].text(), "bad");
+    EXPECT_EQ(doc.CurrentTempo, 72) << "lower-case tempo is not taken as the tempo";
+}
+
+TEST_F(Reader, EmptyLinesFromLineFourBecomeSpacers) {
+    const auto [doc, result] = load(Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4", "", "   ", "13  8"}));
+    EXPECT_EQ(result.status, LoadStatus::Complete);
+    EXPECT_EQ(doc.Sheet[4].text(), Pad22("L        "));
+    EXPECT_EQ(doc.Sheet[5].text(), Pad22("L        "));
+    EXPECT_EQ(doc.Sheet.LastLine, 6);
+}
+
+TEST(ReaderTidy, PadsAndBlanksTheStoredBeamCode) {
+    const std::string longLine = "13  8 CTR" + std::string(30, 'x');
+    Document doc;
+    const LoadResult result = ParseScore(
+        Sv5File("d", {"BKSDNBKG", "TEMPO 60C", "RHYTM4/4C", "13  4 C", "13  4 cAC", "RHITHM6/8",
+                      "L^Ms=12", longLine, "ALL5DxyZ"}),
+        false, doc);
+    EXPECT_EQ(result.status, LoadStatus::Complete) << "the header counts as read";
+    EXPECT_EQ(doc.Sheet[1].text(), Scratch("BKSDNBKG")) << "column 7 of line 1 is the Si";
+    EXPECT_EQ(doc.Sheet[2].text(), Pad22("TEMPO 60C")) << "tempo lines keep column 7";
+    EXPECT_EQ(doc.Sheet[3].text(), Pad22("RHYTM4/4C"));
+    EXPECT_EQ(doc.Sheet[4].text(), Pad22("13  4")) << "padded first, then blanked";
+    EXPECT_EQ(doc.Sheet[5].text(), Pad22("13  4  AC"));
+    EXPECT_EQ(doc.Sheet[6].text(), Pad22("RHITHM /8")) << "this spelling is not spared";
+    EXPECT_EQ(doc.Sheet[7].text(), Pad22("L^Ms=12"));
+    EXPECT_EQ(doc.Sheet[9].text(), Pad22("ALL5Dx Z"));
+    // A long line stays whole in memory; the 32-column cut comes at save.
+    EXPECT_EQ(doc.Sheet[8].size(), longLine.size());
+    EXPECT_EQ(doc.Sheet[8].field(6, 4), "  TR");
+}
+
+TEST_F(Reader, NegativeTempoQuirks) {
+    const auto hidden = load(Sv5File("d", {"       G", "TEMPO-90", "RHYTM4/4"}));
+    EXPECT_EQ(hidden.doc.CurrentTempo, -90) << "a signed tempo other than -2 stays signed";
+    EXPECT_EQ(hidden.doc.TempoSlider, 0) << "the slider is set only above 20";
+    const auto minusTwo = load(Sv5File("d", {"       G", "TEMPO-2", "RHYTM4/4"}));
+    EXPECT_EQ(minusTwo.doc.CurrentTempo, 2);
+    EXPECT_EQ(minusTwo.doc.InitialTempo, 2);
+}
+
+TEST_F(Reader, MoreThan2048LinesLeavesTheOpenScoreUntouched) {
+    std::string bytes = Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4"});
+    for (int i = 4; i <= MaxLines; ++i) bytes += "13  8\r\n";
+    const auto full = load(bytes);
+    EXPECT_EQ(full.result.status, LoadStatus::Complete);
+    EXPECT_EQ(full.doc.Sheet.LastLine, MaxLines);
+
+    Document open = load(Sv5File("open", {"       G", "TEMPO 60", "RHYTM4/4", "13  8"})).doc;
+    open.DirtyFlag = true;
+    WriteBytes(folder / "big.srv", bytes + "23  8\r\n");
+    const std::string openName = open.CurrentFileName;
+    open.CurrentFileName = (folder / "big.srv").string();
+    const LoadResult result = Openp(open, session, nullptr);
+    EXPECT_EQ(result.status, LoadStatus::Failed);
+    EXPECT_NE(result.message.find("big.srv"), std::string::npos) << result.message;
+    EXPECT_NE(result.message.find("2048"), std::string::npos) << result.message;
+    EXPECT_EQ(open.Description, "open");
+    EXPECT_EQ(open.Sheet.LastLine, 4);
+    EXPECT_TRUE(open.DirtyFlag);
+}
+
+TEST_F(Reader, MissingFileAndNoFile) {
+    Document doc;
+    doc.CurrentFileName = (folder / "absent.srv").string();
+    const LoadResult missing = Openp(doc, session, nullptr);
+    EXPECT_EQ(missing.status, LoadStatus::Failed);
+    EXPECT_NE(missing.message.find("absent.srv"), std::string::npos);
+    doc.CurrentFileName = "   ";
+    EXPECT_EQ(Openp(doc, session, nullptr).status, LoadStatus::NoFile);
+}
+
+TEST_F(Reader, LoadFillsThePageStoreBeforeTheRhythmPass) {
+    WriteBytes(folder / "s.srv", Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4", "13  4", "13  4"}));
+    Document doc;
+    doc.CurrentFileName = (folder / "s.srv").string();
+    PageStore store(PageStore::PathIn(folder.path()));
+    const LoadResult result = Openp(doc, session, &store);
+    EXPECT_TRUE(result.storeError.empty()) << result.storeError;
+    EXPECT_EQ(std::filesystem::file_size(store.file()), PageStore::FileBytes);
+    ScoreSheet page;
+    ASSERT_TRUE(store.readPage(100, page));
+    EXPECT_EQ(page.LastLine, 5);
+    EXPECT_EQ(page[4].text(), Scratch("13  4"));
+}
