@@ -1,0 +1,43 @@
+#pragma once
+// The MIDI writer: the event log of the last play run as a one-track standard MIDI file,
+// byte for byte as the program has always written "TestMid.Mid".
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "midifile/event_log.h"
+
+namespace tahrir::midifile {
+
+inline constexpr const char* TestMidName = "TestMid.Mid";
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The bytes of a file, or why none could be written.
+struct WriteResult {
+    Bytes bytes;
+    std::string error; // empty on success
+
+    bool ok() const { return error.empty(); }
+};
+
+// Appends `value` as a variable-length quantity of at most three bytes; false when the
+// value does not fit (2097152 or more) or is negative.
+bool AppendDelta(Bytes& out, long long value);
+
+// Ticks of a log record: seconds * 1000 * 0.96, rounded half to even.
+long long SecondsToTicks(double seconds);
+
+// The whole file for a play run at `tempo` beats a minute.
+WriteResult WriteMidiFile(const std::vector<EventRecord>& records, double tempo);
+
+// Reads "tmpmid.txt" in `appFolder` and writes "TestMid.Mid" beside it. Returns the error
+// text, empty on success.
+std::string WriteTestMid(const std::filesystem::path& appFolder, double tempo);
+
+// Writes bytes to a file; false when it cannot be created or written.
+bool SaveBytes(const std::filesystem::path& path, const Bytes& bytes);
+
+} // namespace tahrir::midifile

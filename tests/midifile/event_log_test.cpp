@@ -1,0 +1,42 @@
+#include "midifile/event_log.h"
+
+#include <gtest/gtest.h>
+
+#include "temp_folder.h"
+
+namespace tahrir::midifile {
+namespace {
+
+TEST(EventLog, ReadsTheNumberFormsOfThePlayLog) {
+    const EventLog log = ParseEventLog("0,60,3,100\r\n.5,60,3,0\r\n1E-07,0,2,0\n 2.25 , 61 , 4 , 90 ");
+    ASSERT_EQ(log.records.size(), 4u);
+    EXPECT_EQ(log.skippedLines, 0);
+    EXPECT_DOUBLE_EQ(log.records[1].seconds, 0.5);
+    EXPECT_EQ(log.records[1].velocity, 0);
+    EXPECT_DOUBLE_EQ(log.records[2].seconds, 1e-7);
+    EXPECT_EQ(log.records[3].key, 61);
+    EXPECT_EQ(log.records[3].channel, 4);
+    EXPECT_EQ(log.records[3].velocity, 90);
+}
+
+TEST(EventLog, PassesOverLinesThatAreNotFourNumbers) {
+    const EventLog log =
+        ParseEventLog("0,60,3\n0,60,3,100,7\nx,60,3,100\n0,60,3,100\n\n0,,3,1\nnan,1,1,1\n");
+    ASSERT_EQ(log.records.size(), 1u);
+    EXPECT_EQ(log.skippedLines, 5);
+}
+
+TEST(EventLog, MissingFileIsAnEmptyLogAndRecordsRoundTrip) {
+    const test::TempFolder folder;
+    EXPECT_TRUE(ReadEventLog(folder.path() / EventLogName).records.empty());
+    const EventRecord record{0.125, 67, 2, 64};
+    const EventLog back = ParseEventLog(FormatEventRecord(record));
+    ASSERT_EQ(back.records.size(), 1u);
+    EXPECT_DOUBLE_EQ(back.records[0].seconds, 0.125);
+    EXPECT_EQ(back.records[0].key, 67);
+    EXPECT_EQ(back.records[0].channel, 2);
+    EXPECT_EQ(back.records[0].velocity, 64);
+}
+
+} // namespace
+} // namespace tahrir::midifile

@@ -1,0 +1,166 @@
+#include "midifile/midi_import.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "smf_builder.h"
+#include "temp_folder.h"
+
+namespace tahrir::midifile {
+namespace {
+
+using test::BuildSmf;
+using test::TrackBuilder;
+
+TEST(MidiImport, KeysBecomeStepOctaveAndSharps) {
+    // Key 60 is octave 60 \ 12 - 2 = 3, Do; a quarter of 480 ticks is 8.
+    EXPECT_EQ(ImportLine(60, 480, 480, 0), "13  8      ");
+    EXPECT_EQ(ImportLine(61, 480, 480, 0), "13  8D     ");
+    EXPECT_EQ(ImportLine(58, 480, 480, 0), "62  8D     "); // A#: La with a sharp
+    EXPECT_EQ(ImportLine(66, 480, 480, 0), "43  8D     ");
+    EXPECT_EQ(ImportLine(71, 480, 480, 0), "73  8      ");
+    EXPECT_EQ(ImportLine(23, 480, 480, 0), "70  8      "); // below 24 the octave stays 0
+    EXPECT_EQ(ImportLine(12, 480, 480, 0), "10  8      ");
+    EXPECT_EQ(ImportLine(0, 480, 480, 0), "00  8      ");  // key 0 has no step
+    EXPECT_EQ(ImportLine(60, 480, 480, 2), "15  8      ");
+    EXPECT_EQ(ImportLine(60, 480, 480, -5), "10  8      ");
+}
+
+TEST(MidiImport, LengthThresholds) {
+    const std::pair<std::int64_t, int> cases[] = {
+        {1920, 32}, {1919, 24}, {1440, 24}, {960, 16}, {959, 12}, {720, 12}, {480, 8},
+        {360, 6},   {240, 4},   {180, 3},   {120, 2},  {119, 1},  {0, 1},    {100000, 32}};
+    for (const auto& [ticks, duration] : cases) EXPECT_EQ(DurationFor(ticks, 480), duration) << ticks;
+    EXPECT_EQ(DurationFor(48, 96), 4);
+    EXPECT_EQ(ImportLine(60, 1440, 480, 0), "13 24      ");
+}
+
+TEST(MidiImport, AnswersReadAsNumbers) {
+    EXPECT_EQ(AnswerNumber(""), 0);
+    EXPECT_EQ(AnswerNumber("2"), 2);
+    EXPECT_EQ(AnswerNumber("  -1"), -1);
+    EXPECT_EQ(AnswerNumber("3 octaves"), 3);
+    EXPECT_EQ(AnswerNumber("up"), 0);
+}
+
+MidiFileInfo Parse(const test::Bytes& bytes) {
+    DumpList list;
+    return ReadMidiBytes(bytes, list);
+}
+
+test::Bytes TwoTrackFile() {
+    TrackBuilder conductor;
+    conductor.meta(0, 0x51, std::string("\x0A\x2C\x2B", 3)) // 666667 us: 90 beats
+        .meta(0, 0x58, std::string("\x03\x02\x18\x08", 4))
+        .end();
+    TrackBuilder ney;
+    ney.meta(0, 0x03, "Ney")
+        .event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0})
+        .event(0, {0x90, 61, 90}).event(240, {0x80, 61, 0})
+        .event(0, {0x90, 58, 90}).event(960, {0x80, 58, 0})
+        .end();
+    return BuildSmf(1, 480, {conductor, ney});
+}
+
+TEST(MidiImport, WritesTheScoreFileAndLeavesTheSheet) {
+    const test::TempFolder folder;
+    core::Document doc;
+    const auto file = folder.path() / "ney.srv";
+    const ImportResult r = ImportTrack(Parse(TwoTrackFile()), 2, 0, doc, file);
+    ASSERT_EQ(r.status, ImportStatus::Imported) << r.message;
+    EXPECT_EQ(r.notes, 3);
+    EXPECT_EQ(test::ReadText(file),
+              "\"Sv5 Tahrir score\"\r\n\"Ney\"\r\n       G   \r\nTEMPO90\r\nRHYTM3/4\r\n"
+              "LCINS=1\r\nLCTRP=0\r\nLCOCT=0\r\nLCPED=OFF\r\n"
+              "13  8      \r\n13  4D     \r\n62 16D     \r\n");
+    const std::vector<std::string> sheet = {
+        "       G  ", "TEMPO90",    "RHYTM3/4",   "LCINS=HUMAN", "LCOCT=0",
+        "LCTRP=0",    "LCPED=OFF",  "13  8      ", "13  4D     ", "62 16D     "};
+    for (std::size_t i = 0; i < sheet.size(); ++i)
+        EXPECT_EQ(doc.Sheet[static_cast<int>(i) + 1].text(), sheet[i]) << i + 1;
+    // The importer's count: three notes give LastLine 6, though they run to line 10.
+    EXPECT_EQ(doc.Sheet.LastLine, 6);
+    EXPECT_EQ(doc.Description, "Ney\r");
+}
+
+TEST(MidiImport, EmptyTrackKeepsTheHeadLines) {
+    const test::TempFolder folder;
+    core::Document doc;
+    const ImportResult r = ImportTrack(Parse(TwoTrackFile()), 1, 0, doc, folder.path() / "a.srv");
+    ASSERT_EQ(r.status, ImportStatus::Imported);
+    EXPECT_EQ(doc.Sheet[8].text(), "LCTFS=1");
+    EXPECT_EQ(doc.Sheet[9].text(), "L>Midi In");
+    EXPECT_EQ(doc.Sheet.LastLine, 3);
+}
+
+TEST(MidiImport, TracksOutsideTheFrameAreRefused) {
+    const test::TempFolder folder;
+    core::Document doc;
+    const MidiFileInfo info = Parse(TwoTrackFile());
+    for (int track : {0, 3, 19}) {
+        const ImportResult r = ImportTrack(info, track, 0, doc, folder.path() / "a.srv");
+        EXPECT_EQ(r.status, ImportStatus::Failed) << track;
+        EXPECT_NE(r.message.find(std::to_string(track)), std::string::npos) << r.message;
+    }
+}
+
+TEST(MidiImport, TrackLongerThanTheSheetEndsWithAMessage) {
+    // Notes go to lines 8 onward, so 2041 of them reach line 2048 and the next one cannot.
+    TrackBuilder t;
+    for (int i = 0; i < 2042; ++i) t.event(0, {0x90, 60, 90}).event(120, {0x80, 60, 0});
+    const test::TempFolder folder;
+    core::Document doc;
+    const auto file = folder.path() / "long.srv";
+    const ImportResult r = ImportTrack(Parse(BuildSmf(0, 480, {t.end()})), 1, 0, doc, file);
+    EXPECT_EQ(r.status, ImportStatus::Failed);
+    EXPECT_NE(r.message.find("2042"), std::string::npos) << r.message;
+    EXPECT_EQ(r.notes, 2041);
+    EXPECT_EQ(doc.Sheet[2048].text(), "13  2      ");
+    std::istringstream text(test::ReadText(file));
+    int lines = 0;
+    for (std::string line; std::getline(text, line);) ++lines;
+    EXPECT_EQ(lines, 9 + 2041);
+}
+
+TEST(MidiImport, ChooserTakesTrackAndOctave) {
+    class Chooser : public ImportChooser {
+    public:
+        std::optional<int> chooseTrack(const MidiFileInfo& info, const std::vector<std::string>& dump) override {
+            tracks = info.MidiTracks.size();
+            dumped = dump.size();
+            return track;
+        }
+        std::string askOctave(const std::string& prompt, const std::string& trackName) override {
+            asked = prompt + "|" + trackName;
+            return " 1";
+        }
+        std::optional<int> track;
+        std::size_t tracks = 0, dumped = 0;
+        std::string asked;
+    } chooser;
+    const test::TempFolder folder;
+    const auto midi = folder.path() / "in.mid";
+    test::WriteBytes(midi, TwoTrackFile());
+    core::Document doc;
+    DumpList shown;
+    ImportResult r = ImportMidiFile(midi, folder.path() / "out.srv", chooser, shown, doc);
+    EXPECT_EQ(r.status, ImportStatus::Cancelled);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "out.srv"));
+    EXPECT_EQ(chooser.tracks, 2u);
+    EXPECT_EQ(chooser.dumped, shown.lines.size());
+    EXPECT_EQ(shown.lines.back(), "===== Done =====");
+
+    chooser.track = 2;
+    r = ImportMidiFile(midi, folder.path() / "out.srv", chooser, shown, doc);
+    ASSERT_EQ(r.status, ImportStatus::Imported) << r.message;
+    EXPECT_EQ(chooser.asked, "Octave Transpose|Ney");
+    EXPECT_EQ(doc.Sheet[8].text(), "14  8      ");
+
+    r = ImportMidiFile(folder.path() / "none.mid", folder.path() / "out.srv", chooser, shown, doc);
+    EXPECT_EQ(r.status, ImportStatus::Failed);
+    EXPECT_NE(r.message.find("none.mid"), std::string::npos);
+}
+
+} // namespace
+} // namespace tahrir::midifile
