@@ -1,12 +1,225 @@
+// Score documents: lines, new, save.
+
+#include <cstdio>
+#include <iostream>
+#include <optional>
+#include <sstream>
+
 #include "cli/cli_args.h"
 #include "cli/commands.h"
+#include "core/app_folder.h"
+#include "core/cp1256.h"
+#include "core/line_kind.h"
+#include "core/load_file.h"
+#include "core/new_score.h"
+#include "core/page_store.h"
+#include "core/score_writer.h"
+#include "core/session.h"
 
 namespace tahrir::cli {
 
-int RunLines(const Argv&) { return Fail(ExitUsage, "this command is not available yet"); }
+namespace {
 
-int RunNew(const Argv&) { return Fail(ExitUsage, "this command is not available yet"); }
+using namespace tahrir::core;
 
-int RunSave(const Argv&) { return Fail(ExitUsage, "this command is not available yet"); }
+// A JSON string literal of UTF-8 text.
+std::string Json(std::string_view text) {
+    std::string out = "\"";
+    for (const char c : text) {
+        const auto u = static_cast<unsigned char>(c);
+        switch (c) {
+        case '"': out += "\\\""; break;
+        case '\\': out += "\\\\"; break;
+        case '\n': out += "\\n"; break;
+        case '\r': out += "\\r"; break;
+        case '\t': out += "\\t"; break;
+        default:
+            if (u < 0x20 || u == 0x7F) {
+                char buffer[8];
+                std::snprintf(buffer, sizeof buffer, "\\u%04x", u);
+                out += buffer;
+            } else {
+                out += c;
+            }
+        }
+    }
+    return out + "\"";
+}
+
+std::string JsonText(std::string_view cp1256) { return Json(Cp1256ToUtf8(cp1256)); }
+
+std::string_view TrimRight(std::string_view text) {
+    const auto end = text.find_last_not_of(' ');
+    return end == std::string_view::npos ? std::string_view() : text.substr(0, end + 1);
+}
+
+std::string_view From(std::string_view text, std::size_t column) {
+    return text.size() < column ? std::string_view() : text.substr(column - 1);
+}
+
+// The named fields of a line by its kind, as a JSON object.
+std::string FieldsJson(const ScoreLine& line, LineKind kind) {
+    std::ostringstream out;
+    out << '{';
+    const std::string_view text = line.text();
+    if (kind == LineKind::NoteLine || kind == LineKind::BarLine) {
+        bool first = true;
+        for (const FieldSpec& f : NoteFields()) {
+            out << (first ? "" : ", ") << Json(f.name) << ": " << JsonText(line.get(f.field));
+            first = false;
+        }
+    } else if (kind == LineKind::DirectiveLine) {
+        // "ALL" with a step and a letter is a family of its own; "ALL8U" and kin are tokens.
+        std::string_view token = DirectiveTokenOf(text);
+        if (text.substr(0, 3) == "ALL" && token.substr(0, 3) != "ALL") token = text.substr(0, 3);
+        out << "\"token\": " << JsonText(token)
+            << ", \"payload\": " << JsonText(TrimRight(From(text, token.size() + 1)));
+    } else if (kind == LineKind::SpacerLine || kind == LineKind::TextLine ||
+               kind == LineKind::ControlLine) {
+        out << "\"head\": " << JsonText(line.field(1, 2))
+            << ", \"payload\": " << JsonText(TrimRight(From(text, 3)));
+    }
+    out << '}';
+    return out.str();
+}
+
+const char* GenerationName(Generation g) {
+    switch (g) {
+    case Generation::Sv5: return "sv5";
+    case Generation::Marker: return "marker";
+    case Generation::Oldest: return "oldest";
+    }
+    return "sv5";
+}
+
+void PrintJson(const Document& doc, const std::string& file, std::ostream& out) {
+    const ScoreSheet& sheet = doc.Sheet;
+    out << "{\"file\": " << Json(file) << ", \"generation\": \"" << GenerationName(doc.FileGeneration)
+        << "\", \"scrambled\": " << (doc.LineScrambled ? "true" : "false")
+        << ", \"description\": " << JsonText(doc.Description) << ", \"lastLine\": " << sheet.LastLine
+        << ", \"currentLine\": " << sheet.CurrentLine
+        << ", \"dirty\": " << (doc.DirtyFlag ? "true" : "false") << ", \"lines\": [";
+    for (int i = 1; i <= sheet.LastLine; ++i) {
+        const LineKind kind = ClassifyLine(sheet[i].text(), i);
+        out << (i > 1 ? ",\n  " : "\n  ") << "{\"index\": " << i << ", \"kind\": \""
+            << LineKindName(kind) << "\", \"text\": " << JsonText(sheet[i].text())
+            << ", \"fields\": " << FieldsJson(sheet[i], kind) << '}';
+    }
+    out << "]}\n";
+}
+
+// The session of one command: data folder, tables and undo store.
+struct CliSession {
+    Session session;
+    std::optional<PageStore> store;
+    std::string error;
+};
+
+CliSession OpenSession(const Args& args) {
+    CliSession s;
+    const AppFolderResult folder = PrepareAppFolder(args.value("--app-folder"));
+    if (!folder.error.empty()) {
+        s.error = folder.error;
+        return s;
+    }
+    StartSession(s.session, folder.folder);
+    s.store.emplace(PageStore::PathIn(folder.folder));
+    return s;
+}
+
+// Loads FILE as the open command does; 0 on success, else the exit code (message printed).
+int LoadScore(CliSession& s, const std::string& file, Document& doc) {
+    const OpenResult opened = OpenScoreFile(doc, s.session, &*s.store, file);
+    if (!opened.load.loaded()) {
+        const std::string why = opened.message ? *opened.message
+                                : opened.load.message.empty() ? "Can't read " + file
+                                                              : opened.load.message;
+        return Fail(ExitIo, why + (why.find(file) == std::string::npos ? " (" + file + ")" : ""));
+    }
+    if (!opened.load.storeError.empty()) Fail(ExitOk, "warning: " + opened.load.storeError);
+    return ExitOk;
+}
+
+int Save(Document& doc, const std::string& out) {
+    const SaveResult saved = SaveImage(doc, out);
+    return saved.ok ? ExitOk : Fail(ExitIo, saved.message);
+}
+
+// Answers the new-score questions from the command line; a missing option takes the default.
+class OptionPrompts : public NewScorePrompts {
+public:
+    OptionPrompts(std::optional<std::string> tempo, std::optional<std::string> rhythm,
+                  std::optional<std::string> measures)
+        : m_answers{std::move(tempo), std::move(rhythm), std::move(measures)} {}
+    std::string ask(const std::string&, const std::string& defaultAnswer) override {
+        if (m_next >= 3) return {};
+        const auto& answer = m_answers[m_next++];
+        return answer ? *answer : defaultAnswer;
+    }
+
+private:
+    std::optional<std::string> m_answers[3];
+    int m_next = 0;
+};
+
+std::string WithCrLf(const std::string& text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) out += '\r';
+        out += text[i];
+    }
+    return out;
+}
+
+} // namespace
+
+int RunLines(const Argv& argv) {
+    Args args(argv, {{}, {"--json"}});
+    if (!args.ok()) return Fail(ExitUsage, args.error());
+    if (args.positional().size() != 1) return Fail(ExitUsage, "usage: lines FILE.srv [--json]");
+    const std::string file = args.positional()[0];
+    CliSession s = OpenSession(args);
+    if (!s.error.empty()) return Fail(ExitIo, s.error);
+    Document doc;
+    if (const int code = LoadScore(s, file, doc)) return code;
+    if (args.flag("--json")) {
+        PrintJson(doc, file, std::cout);
+    } else {
+        for (int i = 1; i <= doc.Sheet.LastLine; ++i)
+            std::cout << i << '\t' << LineKindName(ClassifyLine(doc.Sheet[i].text(), i)) << '\t'
+                      << Cp1256ToUtf8(doc.Sheet[i].text()) << '\n';
+    }
+    return std::cout.flush() ? ExitOk : ExitIo;
+}
+
+int RunNew(const Argv& argv) {
+    Args args(argv, {{"--tempo", "--rhythm", "--measures", "--description"}, {}});
+    if (!args.ok()) return Fail(ExitUsage, args.error());
+    const auto out = args.value("-o");
+    if (!out || !args.positional().empty())
+        return Fail(ExitUsage, "usage: new --tempo T --rhythm R --measures N -o OUT.srv");
+    CliSession s = OpenSession(args);
+    if (!s.error.empty()) return Fail(ExitIo, s.error);
+    Document doc;
+    OptionPrompts prompts(args.value("--tempo"), args.value("--rhythm"), args.value("--measures"));
+    const NewScoreResult made = NewImage(doc, prompts, &*s.store);
+    if (made.message) Fail(ExitOk, "warning: " + *made.message);
+    if (const auto description = args.value("--description"))
+        doc.Description = Utf8ToCp1256(WithCrLf(*description));
+    return Save(doc, *out);
+}
+
+int RunSave(const Argv& argv) {
+    Args args(argv, {{}, {}});
+    if (!args.ok()) return Fail(ExitUsage, args.error());
+    const auto out = args.value("-o");
+    if (!out || args.positional().size() != 1)
+        return Fail(ExitUsage, "usage: save FILE.srv -o OUT.srv");
+    CliSession s = OpenSession(args);
+    if (!s.error.empty()) return Fail(ExitIo, s.error);
+    Document doc;
+    if (const int code = LoadScore(s, args.positional()[0], doc)) return code;
+    return Save(doc, *out);
+}
 
 } // namespace tahrir::cli

@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "core/app_folder.h"
+#include "temp_folder.h"
+
+using namespace tahrir::core;
+using namespace tahrir::test;
+
+namespace {
+// Sets an environment variable for one scope.
+class ScopedEnv {
+public:
+    ScopedEnv(const char* name, const char* value) : m_name(name) {
+        if (const char* old = std::getenv(name)) m_old = old;
+        if (value) ::setenv(name, value, 1);
+        else ::unsetenv(name);
+    }
+    ~ScopedEnv() {
+        if (m_old) ::setenv(m_name, m_old->c_str(), 1);
+        else ::unsetenv(m_name);
+    }
+
+private:
+    const char* m_name;
+    std::optional<std::string> m_old;
+};
+
+void MakeShipped(const std::filesystem::path& data) {
+    std::filesystem::create_directories(data / "fonts");
+    std::filesystem::create_directories(data / "demo");
+    WriteBytes(data / "fonts" / "bravura.otf", std::string("OTTO") + std::string(60, '\0'));
+    WriteBytes(data / "Kookha.tun", "shipped");
+    WriteBytes(data / "demo" / "a.srv", "\"Sv5\"\r\n\"\"\r\n");
+}
+} // namespace
+
+TEST(AppFolder, ChoiceOrder) {
+    ScopedEnv app(AppFolderVariable, "/from/env");
+    ScopedEnv xdg("XDG_DATA_HOME", "/xdg");
+    ScopedEnv home("HOME", "/home/u");
+    EXPECT_EQ(ChooseAppFolder(std::string("/from/option")), "/from/option");
+    EXPECT_EQ(ChooseAppFolder(std::nullopt), "/from/env");
+    {
+        ScopedEnv noApp(AppFolderVariable, nullptr);
+        EXPECT_EQ(ChooseAppFolder(std::nullopt), "/xdg/tahrir");
+        ScopedEnv noXdg("XDG_DATA_HOME", "");
+        EXPECT_EQ(ChooseAppFolder(std::string()), "/home/u/.local/share/tahrir");
+    }
+}
+
+TEST(AppFolder, ShippedDataIsFoundFromTheExecutable) {
+    TempFolder folder;
+    // Build tree: <build>/src/cli/tahrir-cli with <build>/data.
+    MakeShipped(folder / "build/data");
+    std::filesystem::create_directories(folder / "build/src/cli");
+    EXPECT_EQ(ShippedDataFolderFor(folder / "build/src/cli/tahrir-cli"), folder / "build/data");
+    // Installed tree: <prefix>/bin/tahrir with <prefix>/share/tahrir.
+    MakeShipped(folder / "usr/share/tahrir");
+    EXPECT_EQ(ShippedDataFolderFor(folder / "usr/bin/tahrir"), folder / "usr/share/tahrir");
+    EXPECT_EQ(ShippedDataFolderFor(folder / "elsewhere/bin/tahrir"), std::filesystem::path());
+    // The test binary itself runs in the build tree, beside the linked data.
+    EXPECT_TRUE(std::filesystem::exists(ShippedDataFolder() / "fonts" / "bravura.otf"));
+}
+
+TEST(AppFolder, SeedingCopiesOnlyWhatIsMissing) {
+    TempFolder folder;
+    MakeShipped(folder / "shipped");
+    const auto app = folder / "user" / "tahrir";
+    ASSERT_EQ(SeedAppFolder(app, folder / "shipped"), "");
+    EXPECT_EQ(ReadBytes(app / "Kookha.tun"), "shipped");
+    EXPECT_TRUE(std::filesystem::exists(app / "demo" / "a.srv"));
+    WriteBytes(app / "Kookha.tun", "edited by the user");
+    ASSERT_EQ(SeedAppFolder(app, folder / "shipped"), "");
+    EXPECT_EQ(ReadBytes(app / "Kookha.tun"), "edited by the user");
+
+    WriteBytes(folder / "file", "x");
+    EXPECT_NE(SeedAppFolder(folder / "file" / "sub", folder / "shipped"), "");
+}
+
+TEST(AppFolder, MusicFontCheck) {
+    TempFolder folder;
+    EXPECT_EQ(CheckMusicFont(folder / "none.otf"), "Can't find Font file Srv31");
+    WriteBytes(folder / "bad.otf", "<html>");
+    EXPECT_EQ(CheckMusicFont(folder / "bad.otf"), "Can't find Font file Srv31");
+    WriteBytes(folder / "ok.ttf", std::string("\0\1\0\0", 4) + "rest");
+    EXPECT_FALSE(CheckMusicFont(folder / "ok.ttf"));
+    EXPECT_FALSE(CheckMusicFont(std::filesystem::path(TAHRIR_DATA_DIR) / "fonts" / "bravura.otf"));
+}
+
+TEST(AppFolder, GivenFolderIsCreatedButNotSeeded) {
+    TempFolder folder;
+    const auto app = folder / "given";
+    const AppFolderResult result = PrepareAppFolder(app.string());
+    EXPECT_EQ(result.error, "");
+    EXPECT_EQ(result.folder, app);
+    EXPECT_TRUE(std::filesystem::is_directory(app));
+    EXPECT_FALSE(std::filesystem::exists(app / "fonts"));
+}
+
+TEST(AppFolder, DefaultFolderIsSeededOnFirstStart) {
+    TempFolder folder;
+    ScopedEnv app(AppFolderVariable, nullptr);
+    ScopedEnv xdg("XDG_DATA_HOME", folder.path().c_str());
+    const AppFolderResult result = PrepareAppFolder(std::nullopt);
+    EXPECT_EQ(result.error, "");
+    EXPECT_EQ(result.folder, folder / "tahrir");
+    EXPECT_FALSE(CheckMusicFont(result.folder / "fonts" / "bravura.otf"));
+}

@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include "core/load_file.h"
+#include "core/page_store.h"
+#include "core/session.h"
+#include "score_files.h"
+#include "temp_folder.h"
+
+using namespace tahrir::core;
+using namespace tahrir::test;
+
+TEST(LoadFile, FileNameWithQuestionMarkIsRefused) {
+    EXPECT_EQ(CheckFileName("/scores/wh?t.srv"), "Can't read File Name");
+    EXPECT_FALSE(CheckFileName("/scores/what.srv"));
+}
+
+TEST(LoadFile, RecentListRules) {
+    TempFolder folder;
+    ASSERT_TRUE(UpdateRecentList(folder.path(), "/a.srv"));
+    EXPECT_EQ(ReadBytes(folder / "RecentList.TXT"), "/a.srv\r\n") << "a new list: the path alone";
+
+    ASSERT_TRUE(UpdateRecentList(folder.path(), "/b.srv"));
+    EXPECT_EQ(ReadBytes(folder / "RecentList.TXT"), "/b.srv\r\n/a.srv\r\n--Back--\r\n");
+
+    // The path moves to the top; blanks and the end mark are not carried over.
+    WriteBytes(folder / "RecentList.TXT", "/c.srv\r\n   \r\n/a.srv\r\n--Back--\r\n/b.srv\r\n");
+    ASSERT_TRUE(UpdateRecentList(folder.path(), "/a.srv"));
+    EXPECT_EQ(ReadBytes(folder / "RecentList.TXT"), "/a.srv\r\n/c.srv\r\n/b.srv\r\n--Back--\r\n");
+}
+
+TEST(LoadFile, RecentListReadsAtMost26Entries) {
+    TempFolder folder;
+    std::string many;
+    for (int i = 0; i < 40; ++i) many += "/s" + std::to_string(i) + ".srv\n";
+    WriteBytes(folder / "RecentList.TXT", many);
+    const auto entries = ReadRecentList(folder.path());
+    ASSERT_EQ(entries.size(), 26u);
+    EXPECT_EQ(entries.back(), "/s25.srv");
+    ASSERT_TRUE(UpdateRecentList(folder.path(), "/new.srv"));
+    const auto after = ReadRecentList(folder.path());
+    EXPECT_EQ(after.front(), "/new.srv");
+    EXPECT_EQ(after[1], "/s0.srv");
+    // The file holds the path, the 26 entries read and the end mark; 26 are read back.
+    EXPECT_EQ(after.back(), "/s24.srv");
+    EXPECT_NE(ReadBytes(folder / "RecentList.TXT").find("/s25.srv\r\n--Back--\r\n"),
+              std::string::npos);
+}
+
+TEST(LoadFile, CompanionRecordingName) {
+    EXPECT_EQ(CompanionRecording("/m/Song.srv", 72), "/m/Song-T72.Wav");
+    EXPECT_EQ(CompanionRecording("/m/Song.SRV", 60), "/m/Song-T60.Wav");
+    EXPECT_EQ(CompanionRecording("/m/Song", 90.5), "/m/Song-T90.5.Wav");
+    EXPECT_EQ(NumberText(-3), "-3");
+}
+
+TEST(LoadFile, OpenRunsTheWholeCommand) {
+    TempFolder folder;
+    Session session;
+    StartSession(session, folder.path());
+    PageStore store(PageStore::PathIn(folder.path()));
+    const auto score = folder / "Song.srv";
+    WriteBytes(score, Sv5File("d", {"       G", "TEMPO 80", "RHYTM4/4", "13  8"}));
+    WriteBytes(folder / "Song-T80.Wav", "RIFF");
+
+    Document doc;
+    const OpenResult opened = OpenScoreFile(doc, session, &store, score.string());
+    EXPECT_TRUE(opened.load.loaded());
+    EXPECT_FALSE(opened.message);
+    EXPECT_EQ(opened.recording, (folder / "Song-T80.Wav").string());
+    EXPECT_EQ(doc.CurrentFileName, score.string());
+    EXPECT_EQ(ReadRecentList(folder.path()).front(), score.string());
+    EXPECT_EQ(std::filesystem::file_size(store.file()), PageStore::FileBytes);
+
+    const OpenResult refused = OpenScoreFile(doc, session, &store, (folder / "x?.srv").string());
+    EXPECT_EQ(refused.message, "Can't read File Name");
+    const OpenResult missing = OpenScoreFile(doc, session, &store, (folder / "none.srv").string());
+    EXPECT_FALSE(missing.load.loaded());
+    EXPECT_FALSE(missing.message) << "a missing file ends the command quietly";
+    EXPECT_EQ(doc.CurrentFileName, score.string());
+}
