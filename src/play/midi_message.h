@@ -1,0 +1,51 @@
+#pragma once
+// MIDI short messages packed as one 32-bit word, and the sinks that receive them.
+
+#include <cstdint>
+#include <vector>
+
+namespace tahrir::play {
+
+// Every argument is a 16-bit number added into its byte position without masking, so an
+// out-of-range value spills into the next byte exactly as the packed sum says.
+std::uint32_t PackNoteOn(int note, int velocity, int channel);
+std::uint32_t PackNoteOff(int note, int channel);
+std::uint32_t PackControlChange(int controller, int value, int channel);
+std::uint32_t PackProgramChange(int program, int channel);
+std::uint32_t PackPitchBend(int lsb, int msb, int channel);
+
+// The bytes of a packed word as they go on the wire: status first, then the data bytes a
+// message of that status carries (none for an unknown system status).
+struct WireMessage {
+    std::uint8_t bytes[3];
+    int length;
+};
+WireMessage Unpack(std::uint32_t message);
+
+// Where packed messages go. `seconds` is the time of the message from the start of the
+// run; live outputs ignore it because the dispatcher sends each message on time.
+class MidiSink {
+public:
+    virtual ~MidiSink() = default;
+    virtual void send(std::uint32_t message, double seconds) = 0;
+};
+
+// Keeps every message with its time, for tests and for the command line's message list.
+class RecordingSink : public MidiSink {
+public:
+    struct Entry {
+        double seconds;
+        std::uint32_t message;
+    };
+    void send(std::uint32_t message, double seconds) override {
+        m_entries.push_back({seconds, message});
+    }
+    const std::vector<Entry>& entries() const { return m_entries; }
+    std::vector<std::uint32_t> messages() const;
+    void clear() { m_entries.clear(); }
+
+private:
+    std::vector<Entry> m_entries;
+};
+
+} // namespace tahrir::play

@@ -1,0 +1,86 @@
+#include "play/midi_out.h"
+
+#include <algorithm>
+
+namespace tahrir::play {
+
+const std::array<int, 9>& ProgramTable() {
+    // Acoustic Grand Piano, Music Box, Draw Organ, Viola, Oboe, Flute, Banjo, Koto.
+    static const std::array<int, 9> table = {0, 0, 10, 16, 41, 68, 73, 105, 107};
+    return table;
+}
+
+void MidiOut::send(std::uint32_t message) {
+    MidiLastMessage = message;
+    if (m_sink) m_sink->send(message, m_time);
+}
+
+// Wave voices hang here in the window's build; MIDI goes out only through the two gates.
+void MidiOut::MidiNoteOn(int note, int velocity, int channel) {
+    if (MidiOutputOn || CountInActive) send(PackNoteOn(note, velocity, channel));
+}
+
+void MidiOut::MidiNoteOff(int note, int channel) {
+    if (MidiOutputOn || CountInActive) send(PackNoteOff(note, channel));
+}
+
+void MidiOut::MidiControlChange(int controller, int value, int channel) {
+    send(PackControlChange(controller, value, channel));
+}
+
+void MidiOut::MidiProgramChange(int program, int channel) {
+    send(PackProgramChange(program, channel));
+}
+
+void MidiOut::MidiPitchBend(int lsb, int msb, int channel) {
+    send(PackPitchBend(lsb, msb, channel));
+}
+
+void MidiOut::MidiResetProgram(int program, int channel) {
+    send(static_cast<std::uint32_t>(176 + channel));
+    send(static_cast<std::uint32_t>(8368 + channel));
+    send(PackProgramChange(program, channel));
+}
+
+void MidiOut::AllNotesOff() {
+    for (int note = 0; note <= 127; ++note)
+        for (int channel = SpareChannelLow; channel <= SpareChannelHigh; ++channel)
+            MidiNoteOff(note, channel);
+}
+
+void MidiOut::StartUp() {
+    MidiResetProgram(72, 60);
+    MidiResetProgram(6, 1);
+}
+
+void MidiOut::PrepareChannels(int firstChannel) {
+    const int program = ProgramTable()[static_cast<std::size_t>(m_programIndex)];
+    for (int channel = firstChannel; channel <= SpareChannelHigh; ++channel) {
+        MidiControlChange(33, 0, channel);
+        MidiProgramChange(program, channel);
+    }
+    MidiPitchBend(0, 64, NaturalChannel);
+    MidiPitchBend(0, 64 + m_koronBend, KoronChannel);
+    MidiPitchBend(0, 64 + m_soriBend, SoriChannel);
+}
+
+void MidiOut::PrepareCountIn() {
+    MidiControlChange(33, 0, CountInChannel);
+    MidiProgramChange(CountInProgram, CountInChannel);
+}
+
+void MidiOut::setKoronBend(int value) {
+    m_koronBend = std::clamp(value, -32, 0);
+    MidiPitchBend(0, 64 + m_koronBend, KoronChannel);
+}
+
+void MidiOut::setSoriBend(int value) {
+    m_soriBend = std::clamp(value, 0, 32);
+    MidiPitchBend(0, 64 + m_soriBend, SoriChannel);
+}
+
+void MidiOut::setProgramIndex(int index) {
+    if (index >= 1 && index <= 8) m_programIndex = index;
+}
+
+} // namespace tahrir::play

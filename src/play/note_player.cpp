@@ -1,0 +1,335 @@
+#include "play/note_player.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+
+namespace tahrir::play {
+
+namespace {
+
+// Voice codes: 1 flat, 2 koron, 3 natural, 4 sori, 5 sharp.
+int VoiceCode(char letter) {
+    switch (letter) {
+    case 'B':
+        return 1;
+    case 'K':
+        return 2;
+    case 'S':
+        return 4;
+    case 'D':
+        return 5;
+    default:
+        return 3;
+    }
+}
+
+bool IsSignatureLetter(char c) { return c == 'D' || c == 'B' || c == 'S' || c == 'K'; }
+
+// Steps counted by the first character of an interval mark: "1".."9", ":", then "A" = 10.
+int IntervalCount(char c) {
+    if (c >= '1' && c <= ':') return c - 48;
+    if (c >= 'A') return c - 55;
+    return 0;
+}
+
+bool IsIntervalDigit(char c) { return (c >= '1' && c <= '9') || (c >= 'A' && c <= 'K'); }
+
+// One event of a fixed expansion: which note, its share of the note's seconds, and
+// whether it sounds on the companion channel.
+enum class Who { Main, Companion, Silence };
+struct Share {
+    Who who;
+    double fraction;
+    bool onCompanionChannel;
+};
+struct Expansion {
+    const char* mark; // "1M" stands for every interval mordent
+    Share events[3];
+    int count;
+};
+
+// The fractions do not always sum to one: dorrab and mordent run 6% long on purpose.
+constexpr Expansion kExpansions[] = {
+    {"D ", {{Who::Main, 0.14, false}, {Who::Main, 0.14, false}, {Who::Main, 0.78, false}}, 3},
+    {"M ", {{Who::Main, 0.14, false}, {Who::Companion, 0.14, true}, {Who::Main, 0.78, false}},
+     3},
+    {"1M",
+     {{Who::Companion, 0.1, true}, {Who::Main, 0.1, false}, {Who::Companion, 0.78, true}},
+     3},
+    {"O ", {{Who::Main, 0.5, false}, {Who::Companion, 0.5, false}, {}}, 2},
+    {". ", {{Who::Main, 0.5, false}, {Who::Silence, 0.5, false}, {}}, 2},
+    {"ST", {{Who::Main, 0.5, false}, {Who::Silence, 0.5, false}, {}}, 2},
+    {"DA", {{Who::Main, 0.9, false}, {Who::Silence, 0.1, false}, {}}, 2},
+};
+
+const Expansion* FindExpansion(std::string_view mark) {
+    const bool intervalMordent = mark[1] == 'M' && IsIntervalDigit(mark[0]);
+    for (const Expansion& e : kExpansions) {
+        if (intervalMordent ? std::string_view(e.mark) == "1M" : mark == e.mark) return &e;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+double LeadingValue(std::string_view text) {
+    std::size_t i = 0;
+    while (i < text.size() && text[i] == ' ') ++i;
+    double sign = 1;
+    if (i < text.size() && (text[i] == '-' || text[i] == '+')) sign = text[i++] == '-' ? -1 : 1;
+    double value = 0;
+    bool any = false;
+    while (i < text.size() && std::isdigit(static_cast<unsigned char>(text[i]))) {
+        value = value * 10 + (text[i++] - '0');
+        any = true;
+    }
+    if (i < text.size() && text[i] == '.') {
+        double scale = 0.1;
+        for (++i; i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); ++i) {
+            value += (text[i] - '0') * scale;
+            scale /= 10;
+            any = true;
+        }
+    }
+    return any ? sign * value : 0;
+}
+
+// The note line resolved to keys and voices.
+struct NotePlayer::Resolved {
+    int main = 0;
+    int companion = 0;
+    int mainChannel = NaturalChannel;
+    int companionChannel = NaturalChannel;
+    double seconds = 0;
+};
+
+NotePlayer::NotePlayer(MidiOut& midi, RunState& state, PlayControls& controls)
+    : m_midi(midi), m_state(state), m_controls(controls) {}
+
+void NotePlayer::beginRun() {
+    m_log.reset();
+    m_time = 0;
+    SoundingNote = 0;
+    SoundingStart = 0;
+    SoundingDuration = 0;
+    TieHold = false;
+}
+
+std::optional<NotePlayer::Resolved> NotePlayer::resolve(int step, int octave, char accidental,
+                                                        std::string_view mark) const {
+    const RunState& s = m_state;
+    const bool hasStep = step >= 1 && step <= 7;
+    // An accidental met earlier in the measure holds for the rest of it.
+    if (accidental == ' ' && hasStep && s.MeasureTicks != 1000000 &&
+        s.MeasureAccidentals[static_cast<std::size_t>(step)] != ' ')
+        accidental = s.MeasureAccidentals[static_cast<std::size_t>(step)];
+    if (mark == "8D" || s.OctaveState * 2 == OctaveStateBase) --octave;
+    if (mark == "8U" || s.OctaveState == OctaveStateBase * 2) ++octave;
+
+    int cStep = step + 1;
+    int cOctave = octave;
+    if (cStep == 8) {
+        cStep = 1;
+        ++cOctave;
+    }
+    if (mark[1] == 'M') { // the interval mordent's companion lies below the note
+        cStep = step - static_cast<int>(LeadingValue(mark));
+        cOctave = octave;
+        if (cStep < 1) {
+            cStep += 7;
+            --cOctave;
+        }
+    }
+    char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(accidental)));
+    if (letter == ' ' && hasStep && IsSignatureLetter(s.KeySignature[static_cast<std::size_t>(step)]))
+        letter = s.KeySignature[static_cast<std::size_t>(step)];
+    const int code = VoiceCode(letter);
+
+    int cCode = 3;
+    if (mark[1] == 'T' && step > 0) {
+        for (int n = IntervalCount(mark[0]); n > 0; --n) {
+            if (--cStep < 1) {
+                cStep = 7;
+                --cOctave;
+            }
+        }
+        if (cStep == step) cCode = code;
+        if (cCode == 3 && cStep >= 1 && cStep <= 7) {
+            const char k = s.KeySignature[static_cast<std::size_t>(cStep)];
+            if (IsSignatureLetter(k)) cCode = VoiceCode(k);
+        }
+    }
+    if (mark == "TB") cCode = 1;
+
+    // Sharps and flats are whole semitones on the natural voice.
+    const auto keyOf = [this](int st, int oct, int& c) -> std::optional<int> {
+        const auto key = m_pitch.at(oct * 7 + st);
+        if (!key) return std::nullopt;
+        const int shift = c == 5 ? 1 : c == 1 ? -1 : 0;
+        if (shift != 0) c = 3;
+        return *key + shift;
+    };
+    Resolved r;
+    int mainCode = code;
+    if (step > 0) {
+        const auto key = keyOf(step, octave, mainCode);
+        if (!key) return std::nullopt; // off the table: the line is passed over
+        r.main = *key;
+    } else {
+        mainCode = 3;
+    }
+    if (cStep >= 1) r.companion = keyOf(cStep, cOctave, cCode).value_or(0);
+    if (cCode == 1 || cCode == 5) cCode = 3;
+    r.mainChannel = mainCode;
+    r.companionChannel = cCode;
+    return r;
+}
+
+void NotePlayer::PlayNoteLine(int step, int octave, int duration, char accidental,
+                              std::string_view markIn, int line) {
+    char markText[2] = {markIn.size() > 0 ? markIn[0] : ' ', markIn.size() > 1 ? markIn[1] : ' '};
+    const std::string_view mark(markText, 2);
+    auto resolved = resolve(step, octave, accidental, mark);
+    if (!resolved) return;
+    Resolved& r = *resolved;
+    const int base = 90 - m_controls.VolScr.load(std::memory_order_relaxed);
+    // An accent above 127 would spill into the next byte; it is held at 127.
+    NoteVelocity = mark == "AC" ? std::min(127, static_cast<int>(std::lround(base * 1.5))) : base;
+    VoiceChannel = m_midi.CountInActive ? CountInChannel : r.mainChannel;
+    if (m_midi.CountInActive) r.mainChannel = CountInChannel;
+    CompanionChannel = r.companionChannel;
+    r.seconds = std::max(0.0, duration * 60.0 / (m_state.ActiveTempo * 8));
+    m_line = line;
+    expand(r, duration, mark);
+    if (mark == "TI" && tiedToNext(step, octave, line)) TieHold = true;
+}
+
+bool NotePlayer::tiedToNext(int step, int octave, int line) const {
+    if (!m_sheet || line < 1 || line >= core::MaxLines) return false;
+    const core::ScoreLine& next = (*m_sheet)[line + 1];
+    return static_cast<int>(LeadingValue(next.field(1, 1))) == step &&
+           static_cast<int>(LeadingValue(next.field(2, 1))) == octave;
+}
+
+void NotePlayer::expand(const Resolved& r, int duration, std::string_view mark) {
+    const double tick = 24 / (8 * m_state.ActiveTempo);
+    const int main = r.main;
+    if (duration == 0 && m_midi.CountInActive) return PlayEvent(main, tick, EventMode::Plain, r.mainChannel);
+    if (duration == -1 && main == 0) return PlayEvent(0, 0.0000001, EventMode::Plain, r.mainChannel);
+    if (duration == -1) return PlayEvent(main, tick, EventMode::Plain, r.mainChannel);
+    if (mark == "T ") return playRounds(r, duration, false);
+    if (mark == "TR" || mark == "TB") return playRounds(r, duration, true);
+    if (const Expansion* e = FindExpansion(mark)) {
+        for (int i = 0; i < e->count; ++i) {
+            const Share& s = e->events[i];
+            const int note = s.who == Who::Main ? main : s.who == Who::Companion ? r.companion : -1;
+            const int channel = s.onCompanionChannel ? r.companionChannel : r.mainChannel;
+            PlayEvent(note, s.fraction * r.seconds, EventMode::Plain, channel);
+        }
+        return;
+    }
+    if (mark[1] == 'T' && mark[0] > ' ') { // two notes together
+        PlayEvent(r.companion, r.seconds, EventMode::Plain, r.mainChannel);
+        PlayEvent(main, r.seconds, EventMode::Dual, r.mainChannel);
+        PlayEvent(r.companion, r.seconds, EventMode::Stop, r.mainChannel);
+        return;
+    }
+    if (main == 0) NoteVelocity = 1;
+    PlayEvent(main, r.seconds, EventMode::Plain, r.mainChannel);
+}
+
+// Riz repeats the note, a trill alternates it with its companion; either fills 0.8 of
+// the written time, and the next event follows at once.
+void NotePlayer::playRounds(const Resolved& r, int duration, bool trill) {
+    const double d = duration;
+    double rounds = d / 2;
+    if (0.9 * r.seconds / (2 * rounds) < 0.05) rounds = d / 4;
+    if (rounds < 1) rounds = 1;
+    const double unit = 0.8 * r.seconds / (2 * rounds);
+    for (int i = 1; i <= rounds; ++i) {
+        PlayEvent(r.main, unit, EventMode::Plain, r.mainChannel);
+        if (trill) PlayEvent(r.companion, unit, EventMode::Plain, r.companionChannel);
+        else PlayEvent(r.main, unit, EventMode::Plain, r.mainChannel);
+    }
+    PlayEvent(r.main, unit, EventMode::Stop, r.mainChannel);
+    PlayEvent(r.companion, unit, EventMode::Stop, r.companionChannel);
+}
+
+void NotePlayer::PlayEvent(int note, double seconds, EventMode mode, int channel) {
+    const bool pedal = m_controls.Pedal.load(std::memory_order_relaxed);
+    if (EventLogOn && mode != EventMode::Stop) {
+        if (mode == EventMode::Dual) {
+            if (note > 0) m_log.addConcurrent(note, CompanionChannel, NoteVelocity);
+        } else if (note <= 0) {
+            m_log.addRest(seconds);
+        } else if (TieHold) {
+            m_log.extendLast(seconds);
+        } else if (seconds > 0) {
+            m_log.addNote(seconds, note, channel, NoteVelocity);
+        }
+    }
+    if (mode == EventMode::Dual) {
+        m_midi.setTime(m_time);
+        m_midi.MidiNoteOn(note, NoteVelocity, CompanionChannel);
+        waitSounding();
+        return;
+    }
+    if (seconds == 0) return;
+    waitSounding();
+    if (m_observer && m_line > 3) m_observer->lineSounded(m_line);
+    if (!TieHold) {
+        if (note > 0 && mode == EventMode::Stop) {
+            if (!pedal) {
+                m_midi.MidiNoteOff(note, CompanionChannel);
+                m_midi.MidiNoteOff(note, channel);
+            }
+            SoundingDuration = 0;
+            return;
+        }
+        if (note > 0) m_midi.MidiNoteOn(note, NoteVelocity, channel);
+        // The new note starts before the old one stops; the same key on the same channel
+        // is not stopped, the second note on is the new attack.
+        const bool other = SoundingNote > 0 && (SoundingNote != note || SoundingChannel != channel);
+        if ((mode == EventMode::Cut && SoundingNote > 0) || other) {
+            if (!pedal) m_midi.MidiNoteOff(SoundingNote, SoundingChannel);
+        }
+    }
+    TieHold = false;
+    SoundingDuration = seconds;
+    SoundingNote = note;
+    SoundingChannel = channel;
+    SoundingStart = m_time;
+}
+
+void NotePlayer::waitSounding() {
+    m_time = std::max(m_time, SoundingStart + SoundingDuration);
+    m_clock->waitUntil(m_time);
+    m_midi.setTime(m_time);
+}
+
+void NotePlayer::cutSounding() {
+    m_midi.setTime(m_time);
+    if (SoundingNote > 0) m_midi.MidiNoteOff(SoundingNote, SoundingChannel);
+    SoundingDuration = 0;
+}
+
+std::optional<AuditionedNote> NotePlayer::auditionNote(int step, int octave, char accidental) {
+    const auto key = m_pitch.at(octave * 7 + step);
+    if (step < 1 || step > 7 || !key) return std::nullopt;
+    const char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(accidental)));
+    const int note = *key + (letter == 'D' ? 1 : letter == 'B' ? -1 : 0);
+    const int channel = letter == 'K' ? KoronChannel : letter == 'S' ? SoriChannel : NaturalChannel;
+    endAudition();
+    m_midi.MidiNoteOn(note, 127, channel);
+    m_audition = AuditionedNote{note, channel};
+    return m_audition;
+}
+
+void NotePlayer::endAudition() {
+    if (!m_audition) return;
+    m_midi.MidiNoteOff(m_audition->note, m_audition->channel);
+    m_audition.reset();
+}
+
+} // namespace tahrir::play

@@ -1,0 +1,131 @@
+#include "play/player.h"
+
+namespace tahrir::play {
+
+Player::Player(MidiSink* sink)
+    : m_midi(sink), m_notes(m_midi, m_state, m_controls),
+      m_scheduler(m_midi, m_notes, m_state, m_controls), m_timer([this] { timerLoop(); }) {}
+
+Player::~Player() {
+    stop();
+    wait();
+    {
+        std::lock_guard lock(m_timerMutex);
+        m_quit = true;
+    }
+    m_timerWake.notify_all();
+    m_timer.join();
+}
+
+void Player::startUp(int button) {
+    std::lock_guard lock(m_idle);
+    m_midi.StartUp();
+    m_notes.pitchTable().rebuild(DefaultPitchBase);
+    m_midi.PrepareChannels(KoronChannel);
+    if (const auto index = ProgramIndexOfButton(button)) {
+        m_midi.setProgramIndex(*index);
+        m_midi.MidiOutputOn = true;
+        m_midi.PrepareChannels();
+    }
+}
+
+void Player::chooseInstrument(int button) {
+    const auto index = ProgramIndexOfButton(button);
+    if (!index || running()) return;
+    std::lock_guard lock(m_idle);
+    m_midi.setProgramIndex(*index);
+    m_midi.MidiOutputOn = true;
+    m_midi.PrepareChannels();
+}
+
+void Player::chooseListInstrument(int row) {
+    if (row < 0 || row > 7 || running()) return;
+    std::lock_guard lock(m_idle);
+    m_midi.setProgramIndex(row + 1);
+    m_midi.PrepareChannels();
+}
+
+double Player::playVirtual(const core::ScoreSheet& sheet, const RunOptions& options) {
+    std::lock_guard lock(m_idle);
+    PlayClock virtualClock;
+    return m_scheduler.PlayRun(sheet, options, virtualClock);
+}
+
+bool Player::play(const core::ScoreSheet& sheet, const RunOptions& options) {
+    std::lock_guard lock(m_idle);
+    if (m_running.load()) {
+        m_controls.Paused = false; // Play while paused resumes
+        return false;
+    }
+    if (m_thread.joinable()) m_thread.join();
+    m_controls.StopRequest = false;
+    m_running = true;
+    m_thread = std::thread([this, &sheet, options] {
+        m_scheduler.PlayRun(sheet, options, m_clock);
+        std::lock_guard end(m_idle);
+        m_running = false;
+    });
+    return true;
+}
+
+void Player::wait() {
+    if (m_thread.joinable()) m_thread.join();
+}
+
+void Player::setKoronBend(int value) {
+    m_controls.KoronBend = value;
+    std::lock_guard lock(m_idle);
+    if (!m_running.load()) m_midi.setKoronBend(value);
+}
+
+void Player::setSoriBend(int value) {
+    m_controls.SoriBend = value;
+    std::lock_guard lock(m_idle);
+    if (!m_running.load()) m_midi.setSoriBend(value);
+}
+
+void Player::setPedal(bool on) {
+    m_controls.Pedal = on;
+    std::lock_guard lock(m_idle);
+    if (!on && !m_running.load()) m_midi.AllNotesOff();
+}
+
+std::optional<AuditionedNote> Player::auditionNote(int step, int octave, char accidental,
+                                                   int milliseconds) {
+    std::optional<AuditionedNote> sounded;
+    {
+        std::lock_guard lock(m_idle);
+        if (m_running.load()) return std::nullopt;
+        sounded = m_notes.auditionNote(step, octave, accidental);
+    }
+    if (sounded) {
+        std::lock_guard lock(m_timerMutex);
+        m_auditionEnd = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+        m_auditionPending = true;
+    }
+    m_timerWake.notify_all();
+    return sounded;
+}
+
+// The audition timer: ends the note last auditioned when its time is up.
+void Player::timerLoop() {
+    std::unique_lock lock(m_timerMutex);
+    while (!m_quit) {
+        if (!m_auditionPending) {
+            m_timerWake.wait(lock);
+            continue;
+        }
+        if (m_timerWake.wait_until(lock, m_auditionEnd) == std::cv_status::timeout &&
+            std::chrono::steady_clock::now() >= m_auditionEnd) {
+            m_auditionPending = false;
+            lock.unlock();
+            {
+                std::lock_guard idle(m_idle);
+                m_notes.endAudition();
+            }
+            lock.lock();
+        }
+    }
+}
+
+} // namespace tahrir::play

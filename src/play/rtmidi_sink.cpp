@@ -1,0 +1,106 @@
+#include "play/rtmidi_sink.h"
+
+#include <RtMidi.h>
+
+#include "play/synth_sink.h"
+
+namespace tahrir::play {
+
+namespace {
+
+// The constructor throws when the ALSA sequencer is missing (no sound hardware).
+std::unique_ptr<RtMidiOut> MakeOut(std::string& error) {
+    try {
+        return std::make_unique<RtMidiOut>(RtMidi::LINUX_ALSA, "Tahrir");
+    } catch (const RtMidiError& e) {
+        error = "no MIDI sequencer: " + e.getMessage();
+    } catch (const std::exception& e) {
+        error = std::string("no MIDI sequencer: ") + e.what();
+    }
+    return nullptr;
+}
+
+} // namespace
+
+RtMidiSink::RtMidiSink(std::unique_ptr<RtMidiOut> out, std::string portName)
+    : m_out(std::move(out)), m_portName(std::move(portName)) {}
+
+RtMidiSink::~RtMidiSink() {
+    try {
+        m_out->closePort();
+    } catch (...) {
+        // nothing to do at close
+    }
+}
+
+std::unique_ptr<RtMidiSink> RtMidiSink::openFirstPort(std::string& error) {
+    auto out = MakeOut(error);
+    if (!out) return nullptr;
+    try {
+        if (out->getPortCount() == 0) {
+            error = "no MIDI output port";
+            return nullptr;
+        }
+        std::string name = out->getPortName(0);
+        out->openPort(0);
+        return std::unique_ptr<RtMidiSink>(new RtMidiSink(std::move(out), name));
+    } catch (const RtMidiError& e) {
+        error = e.getMessage();
+    }
+    return nullptr;
+}
+
+std::unique_ptr<RtMidiSink> RtMidiSink::openVirtual(const std::string& name, std::string& error) {
+    auto out = MakeOut(error);
+    if (!out) return nullptr;
+    try {
+        out->openVirtualPort(name);
+        return std::unique_ptr<RtMidiSink>(new RtMidiSink(std::move(out), name));
+    } catch (const RtMidiError& e) {
+        error = e.getMessage();
+    }
+    return nullptr;
+}
+
+void RtMidiSink::send(std::uint32_t message, double) {
+    const WireMessage wire = Unpack(message);
+    if (wire.length == 0) return;
+    try {
+        m_out->sendMessage(wire.bytes, static_cast<std::size_t>(wire.length));
+    } catch (const RtMidiError&) {
+        // a failed send is not looked at, as with the platform call
+    }
+}
+
+OpenedOutput OpenOutput(OutputChoice choice) {
+    OpenedOutput result;
+    std::string midiError;
+    std::string synthError;
+    if (choice == OutputChoice::Auto || choice == OutputChoice::MidiPort) {
+        if (auto port = RtMidiSink::openFirstPort(midiError)) {
+            result.description = "MIDI port " + port->portName();
+            result.sink = std::move(port);
+            return result;
+        }
+    }
+    if (choice == OutputChoice::Auto || choice == OutputChoice::Synthesiser) {
+        if (auto synth = SynthSink::openLive(DefaultSoundFont(), synthError)) {
+            result.description = "built-in synthesiser";
+            result.sink = std::move(synth);
+            return result;
+        }
+    }
+    result.description = midiError.empty() ? synthError
+                         : synthError.empty() ? midiError
+                                              : midiError + "; " + synthError;
+    return result;
+}
+
+OutputChoice OutputChoiceFromText(const std::string& text) {
+    if (text == "midi") return OutputChoice::MidiPort;
+    if (text == "synth") return OutputChoice::Synthesiser;
+    if (text == "none") return OutputChoice::None;
+    return OutputChoice::Auto;
+}
+
+} // namespace tahrir::play

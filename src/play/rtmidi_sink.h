@@ -1,0 +1,47 @@
+#pragma once
+// The first MIDI output port of the system, and the choice between it and the built-in
+// synthesiser at start.
+
+#include <memory>
+#include <string>
+
+#include "play/midi_message.h"
+
+class RtMidiOut;
+
+namespace tahrir::play {
+
+class RtMidiSink : public MidiSink {
+public:
+    ~RtMidiSink() override;
+    // Opens the first output port (on Linux through the ALSA sequencer). Null, with
+    // `error` set, when there is no sequencer or no port.
+    static std::unique_ptr<RtMidiSink> openFirstPort(std::string& error);
+    // A virtual output port under `name`, for tests that read it back.
+    static std::unique_ptr<RtMidiSink> openVirtual(const std::string& name, std::string& error);
+    void send(std::uint32_t message, double seconds) override;
+    const std::string& portName() const { return m_portName; }
+
+private:
+    RtMidiSink(std::unique_ptr<RtMidiOut> out, std::string portName);
+    std::unique_ptr<RtMidiOut> m_out;
+    std::string m_portName;
+};
+
+// Which output the player uses; `Auto` takes the first MIDI port when one exists.
+enum class OutputChoice { Auto, MidiPort, Synthesiser, None };
+
+struct OpenedOutput {
+    std::unique_ptr<MidiSink> sink; // null when nothing could open
+    std::string description;        // what was opened, or why nothing was
+};
+
+// The message the user sees when neither output opens; editing goes on without sound.
+inline constexpr const char* OpenMidiOutFailed = "Open MIDI Out failed";
+
+OpenedOutput OpenOutput(OutputChoice choice);
+
+// Reads "auto", "midi", "synth" or "none"; anything else is Auto.
+OutputChoice OutputChoiceFromText(const std::string& text);
+
+} // namespace tahrir::play

@@ -1,0 +1,403 @@
+#include "play/scheduler.h"
+
+#include <algorithm>
+#include <cctype>
+#include <chrono>
+#include <cmath>
+#include <thread>
+
+#include "core/line_kind.h"
+
+namespace tahrir::play {
+
+namespace {
+
+struct Click {
+    int step;
+    int octave;
+    int duration;
+};
+struct CountInRow {
+    int numerator; // 0 matches any other measure
+    int denominator;
+    Click clicks[6];
+    int count;
+};
+
+// The count-in clicks by measure; the 2/2 row closes with a click of no written time.
+constexpr CountInRow kCountIn[] = {
+    {6, 8, {{6, 3, 4}, {1, 4, 4}, {1, 4, 4}, {7, 3, 4}, {1, 4, 4}, {1, 4, 4}}, 6},
+    {6, 4, {{6, 3, 8}, {1, 4, 8}, {1, 4, 8}, {6, 3, 8}, {1, 4, 8}, {1, 4, 8}}, 6},
+    {6, 16, {{6, 3, 2}, {1, 4, 2}, {1, 4, 2}, {6, 3, 2}, {1, 4, 2}, {1, 4, 2}}, 6},
+    {3, 8, {{6, 3, 4}, {1, 4, 4}, {1, 4, 4}}, 3},
+    {3, 4, {{6, 3, 8}, {1, 4, 8}, {1, 4, 8}}, 3},
+    {4, 4, {{6, 3, 8}, {6, 3, 8}, {6, 3, 8}, {6, 3, 8}}, 4},
+    {2, 4, {{6, 3, 8}, {6, 3, 8}}, 2},
+    {2, 2, {{6, 3, 8}, {1, 4, 8}, {1, 4, 0}}, 3},
+    {0, 0, {{6, 3, 8}, {1, 5, 8}, {6, 3, 8}, {1, 5, 8}}, 4},
+};
+
+// The tuplet marks with their counters and tempo factors, in the order they are tested.
+struct Tuplet {
+    char digit;
+    int count;
+    double factor;
+};
+constexpr Tuplet kTuplets[4] = {{'3', 3, 1.5}, {'5', 5, 1.25}, {'7', 7, 7.0 / 6}, {'9', 9, 9.0 / 8}};
+
+int TupletIndex(const char mark[2]) {
+    if (mark[0] != 'L') return -1;
+    for (int i = 0; i < 4; ++i)
+        if (mark[1] == kTuplets[i].digit) return i;
+    return -1;
+}
+
+std::string Upper(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return out;
+}
+
+std::string_view TrimRight(std::string_view text) {
+    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+    return text;
+}
+
+} // namespace
+
+int MeasureTicksOf(std::string_view payload) {
+    const auto slash = payload.find('/');
+    const double numerator = LeadingValue(payload);
+    const double denominator = slash == std::string_view::npos ? 0 : LeadingValue(payload.substr(slash + 1));
+    if (denominator <= 0) return 0;
+    return static_cast<int>(std::floor(numerator / denominator * 32));
+}
+
+Scheduler::Fields Scheduler::fieldsOf(int index) const {
+    const core::ScoreLine& l = (*m_sheet)[index];
+    Fields f{};
+    const bool digit = std::isdigit(static_cast<unsigned char>(l.at(1))) != 0;
+    f.step = digit ? l.at(1) - '0' : 0;
+    f.octave = static_cast<int>(LeadingValue(l.field(2, 1)));
+    f.duration = digit ? static_cast<int>(LeadingValue(l.field(3, 3))) : 0;
+    f.accidental = l.at(6);
+    f.mark[0] = l.at(8);
+    f.mark[1] = l.at(9);
+    return f;
+}
+
+Scheduler::Context Scheduler::save() const {
+    return {m_line, m_state.MeasureNumber, m_state.MeasurePosition, m_state.ActiveTempo,
+            m_state.MeasureTicks, m_state.OctaveState, false};
+}
+
+void Scheduler::restore(const Context& c) {
+    m_line = c.line;
+    m_state.MeasureNumber = c.measure;
+    m_state.ActiveTempo = c.tempo;
+    m_state.MeasureTicks = c.ticks;
+    m_state.OctaveState = c.octave;
+}
+
+void Scheduler::readHead() {
+    const core::ScoreSheet& sheet = *m_sheet;
+    for (std::size_t s = 1; s <= 7; ++s) {
+        m_state.KeySignature[s] = sheet[1].at(static_cast<int>(s));
+        m_state.OriginalSignature[s] = m_state.KeySignature[s];
+    }
+    m_state.UserTempo = m_controls.UserTempo.load();
+    m_state.ActiveTempo = m_state.UserTempo;
+    if (sheet[2].startsWith("TEMPO")) m_state.ScoreTempo = LeadingValue(sheet[2].field(6, 4));
+    if (m_state.ScoreTempo == 0) m_state.ScoreTempo = 60;
+    m_rhythm = sheet[3].field(6, 6);
+    m_state.MeasureTicks = MeasureTicksOf(m_rhythm);
+}
+
+double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& options,
+                          PlayClock& clock) {
+    if (m_controls.StopRequest.load()) return 0;
+    m_sheet = &sheet;
+    m_clock = &clock;
+    m_notes.setSheet(&sheet);
+    m_notes.setClock(&clock);
+    m_state.ScoreTempo = 60;
+    readHead();
+    m_lastTranspose = m_controls.Transpose.load();
+    m_notes.pitchTable().rebuild(m_lastTranspose);
+    m_lastKoron = m_midi.koronBend();
+    m_lastSori = m_midi.soriBend();
+    m_midi.setTime(0);
+    m_midi.PrepareChannels();
+    m_state.OctaveState = OctaveStateBase;
+    m_state.MeasurePosition = 0;
+    clock.start();
+    Pass pass = Pass::Restart;
+    while (pass == Pass::Restart) {
+        pass = walkPass(options);
+        if (pass == Pass::End && m_controls.Loop.load() && clock.realTime() &&
+            !m_controls.StopRequest.load())
+            pass = Pass::Restart;
+    }
+    // A last rest of one 32nd gives the last note its note off.
+    m_notes.PlayNoteLine(0, 3, 1, ' ', "  ", 0);
+    m_notes.EventLogOn = false;
+    if (!options.EventLogFile.empty()) m_notes.eventLog().write(options.EventLogFile);
+    m_state.OctaveState = OctaveStateBase;
+    m_midi.setTime(m_notes.now());
+    m_midi.AllNotesOff();
+    m_controls.StopRequest = false;
+    m_controls.Paused = false;
+    return m_notes.now();
+}
+
+Scheduler::Pass Scheduler::walkPass(const RunOptions& options) {
+    m_startMeasure = m_controls.StartMeasure.load();
+    m_endMeasure = m_controls.EndMeasure.load();
+    m_endLine = m_sheet->LastLine;
+    m_firstLine = 4;
+    if (options.SelectionStartLine > 0 && options.SelectionEndLine > 0 &&
+        options.SelectionStartLine < options.SelectionEndLine) {
+        m_endLine = std::min(options.SelectionEndLine, core::MaxLines);
+        m_firstLine = options.SelectionStartLine;
+    }
+    m_state.MeasureNumber = 1;
+    m_state.ActiveTempo = m_state.UserTempo;
+    m_line = 3;
+    m_repeat = m_large = save(); // a "REP}" without "REP{" goes back to the head
+    m_repeatEndLine = m_repeatEndMeasure = 0;
+    m_tuplets = {};
+    m_signCount = 0;
+    m_notes.beginRun();
+    m_notes.EventLogOn = true;
+    countIn();
+
+    for (m_line = 4; m_line <= m_endLine && m_line <= m_sheet->LastLine;) {
+        if (m_controls.StartMeasure.load(std::memory_order_relaxed) != m_startMeasure)
+            return Pass::Restart;
+        const int end = m_endMeasure;
+        if (end > 0 && m_state.MeasureTicks > 0 && m_state.MeasureNumber > end) break;
+        const Fields f = fieldsOf(m_line);
+        const bool inRange = m_state.MeasureTicks == 0 || end == 0 ||
+                             (m_startMeasure <= m_state.MeasureNumber && m_state.MeasureNumber <= end);
+        const bool beforeStart = m_startMeasure > 0 && m_state.MeasureTicks > 0 &&
+                                 m_state.MeasureNumber < m_startMeasure;
+        const Pass p = walkLine(f, inRange && !beforeStart);
+        if (p != Pass::Go) return p;
+        applyLiveControls();
+        if (!pauseAndStop()) return Pass::End;
+    }
+    return Pass::End;
+}
+
+void Scheduler::countIn() {
+    m_midi.PrepareCountIn();
+    m_notes.NoteVelocity = 90 - m_controls.VolScr.load();
+    m_midi.CountInActive = true;
+    m_notes.VoiceChannel = CountInChannel;
+    if (m_controls.CountIn.load()) {
+        const double num = LeadingValue(m_rhythm);
+        const auto slash = m_rhythm.find('/');
+        const double den = slash == std::string::npos ? 0 : LeadingValue(std::string_view(m_rhythm).substr(slash + 1));
+        const CountInRow* row = &kCountIn[std::size(kCountIn) - 1];
+        for (const CountInRow& r : kCountIn)
+            if (r.numerator == num && r.denominator == den) row = &r;
+        for (int i = 0; i < row->count; ++i)
+            m_notes.PlayNoteLine(row->clicks[i].step, row->clicks[i].octave, row->clicks[i].duration,
+                                 ' ', "  ", 0);
+    }
+    m_midi.CountInActive = false;
+    m_notes.waitSounding();
+}
+
+Scheduler::Pass Scheduler::walkLine(const Fields& f, bool inRange) {
+    const core::ScoreLine& line = (*m_sheet)[m_line];
+    // A running tuplet counter restores the tempo at the note after its group.
+    for (std::size_t i = 0; i < 4; ++i) {
+        if (m_tuplets[i] == 0) continue;
+        if (--m_tuplets[i] == 0) m_state.ActiveTempo /= kTuplets[i].factor;
+        break;
+    }
+    if (const int t = TupletIndex(f.mark); t >= 0) {
+        m_state.ActiveTempo *= kTuplets[t].factor;
+        m_tuplets[static_cast<std::size_t>(t)] = kTuplets[t].count;
+    }
+    directives(line);
+    if (m_state.MeasurePosition == 0) m_state.MeasureAccidentals.fill(' ');
+    if (f.accidental != ' ' && f.step > 0 && f.step <= 7)
+        m_state.MeasureAccidentals[static_cast<std::size_t>(f.step)] = f.accidental;
+
+    if (m_line < m_firstLine) { // walked for its measure count only
+        countDuration(f);
+        ++m_line;
+        return Pass::Go;
+    }
+    if (isFin(line) && !m_large.done) {
+        // Music after the end mark is never reached: the walk rests here until Stop.
+        if (m_line >= m_sheet->LastLine || !m_clock->realTime()) return Pass::End;
+        while (!m_controls.StopRequest.load()) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return Pass::End;
+    }
+    if (f.duration == 0) {
+        if (!controlLine(line)) return Pass::Go; // the line to walk next is already set
+    } else {
+        if (inRange) {
+            m_notes.PlayNoteLine(f.step, f.octave, f.duration, f.accidental,
+                                 std::string_view(f.mark, 2), m_line);
+            m_midi.CountInActive = false;
+        }
+        countDuration(f);
+    }
+    ++m_line;
+    return Pass::Go;
+}
+
+// The first note of a tuplet takes no measure time, so a group fits the measure.
+void Scheduler::countDuration(const Fields& f) {
+    if (f.duration > 0 && TupletIndex(f.mark) < 0) m_state.MeasurePosition += f.duration;
+    endMeasureIfFull();
+}
+
+void Scheduler::endMeasureIfFull() {
+    if (m_state.MeasureTicks > 0 && m_state.MeasurePosition >= m_state.MeasureTicks) {
+        m_state.MeasurePosition = 0;
+        ++m_state.MeasureNumber;
+    }
+}
+
+void Scheduler::directives(const core::ScoreLine& line) {
+    if (core::IsTempoLine(line.text())) {
+        double v = LeadingValue(line.field(6, 4));
+        if (v > -320 && v < -19) v = -v;
+        if (v > 19 && v < 320 && m_state.ScoreTempo > 0)
+            m_state.ActiveTempo = v * m_state.UserTempo / m_state.ScoreTempo;
+    } else if (line.startsWith("ALL")) {
+        const char digit = line.at(4);
+        const char letter = line.at(5);
+        if (digit >= '1' && digit <= '7') {
+            m_state.KeySignature[static_cast<std::size_t>(digit - '0')] = letter;
+        } else if (digit == '8') {
+            if (letter == 'U') m_state.OctaveState *= 2;
+            else if (letter == 'D') m_state.OctaveState /= 2;
+            else if (letter == 'N') m_state.OctaveState = OctaveStateBase;
+        }
+    } else if (core::IsRhythmLine(line.text())) {
+        m_state.MeasureTicks = MeasureTicksOf(line.field(6, 6));
+    }
+}
+
+bool Scheduler::isFin(const core::ScoreLine& line) const {
+    const std::string text = Upper(TrimRight(line.text()));
+    if (text == "FIN" || text == "LCFIN") return true;
+    return text.size() == 5 && text[0] == 'L' && text.compare(2, 3, "FIN") == 0;
+}
+
+// Control lines of no duration. Returns false when the walk jumped and must not advance.
+bool Scheduler::controlLine(const core::ScoreLine& line) {
+    const std::string_view token = core::DirectiveTokenOf(line.text());
+    if (token == "REP{") {
+        m_repeat = save();
+    } else if (token == "REPS{") {
+        m_large = save();
+    } else if (token == "REP}" || token == "REPS}") {
+        Context& c = token == "REP}" ? m_repeat : m_large;
+        if (token == "REP}") {
+            m_repeatEndLine = m_line;
+            m_repeatEndMeasure = m_state.MeasureNumber;
+        }
+        if (!c.done && m_startMeasure <= c.measure) {
+            restore(c);
+            c.done = true;
+            if (token == "REPS}" && m_line + 1 == 4) {
+                for (std::size_t s = 1; s <= 7; ++s)
+                    m_state.KeySignature[s] = m_state.OriginalSignature[s] = (*m_sheet)[1].at(static_cast<int>(s));
+            }
+        }
+    } else if (token == "VOL{1") {
+        if (m_repeatEndLine > m_line) {
+            m_line = m_repeatEndLine;
+            m_state.MeasureNumber = m_repeatEndMeasure;
+        }
+    } else if (token == "REPB1" || token == "REPB2") {
+        repeatSign(token == "REPB2");
+    } else if (token == "GSIGN" || token == "FSIGN") {
+        m_state.Clef = token[0];
+    } else {
+        const std::string upper = Upper(line.field(1, 6));
+        if (upper == "LCINS=") {
+            const int v = static_cast<int>(LeadingValue(line.field(7, 2)));
+            if (v > 0 && v < 9) {
+                m_midi.setProgramIndex(*ProgramIndexOfButton(v - 1));
+                m_midi.MidiOutputOn = true;
+                m_midi.PrepareChannels();
+            }
+        } else if (upper == "LCTRP=") {
+            const int v = static_cast<int>(LeadingValue(line.field(7, 3)));
+            if (v >= -12 && v <= 12) m_controls.Transpose = TransposeCentre + v;
+        }
+    }
+    return true;
+}
+
+// Sum of 32nds walking back from the line before `m_line`; the barline line where a
+// stretch of `limit` 32nds begins, or 3 when the first line is reached first.
+int Scheduler::scanBack(int limit) const {
+    int sum = 0;
+    for (int i = m_line - 1; i >= m_firstLine; --i) {
+        const Fields f = fieldsOf(i);
+        if (f.duration > 0 && TupletIndex(f.mark) < 0) sum += f.duration;
+        if (sum >= limit && i - 1 >= m_firstLine && fieldsOf(i - 1).duration == -1) return i - 1;
+    }
+    return 3;
+}
+
+// A repeat sign plays the last measure (or two) again, once for each sign in a row.
+void Scheduler::repeatSign(bool two) {
+    const std::string_view sign = core::DirectiveTokenOf((*m_sheet)[m_line].text());
+    if (m_signCount > 0) {
+        const int next = m_line + m_signCount;
+        if (next <= m_sheet->LastLine && core::DirectiveTokenOf((*m_sheet)[next].text()) == sign) {
+            ++m_signCount;
+        } else {
+            m_line = m_line + m_signCount - 1;
+            m_signCount = 0;
+            return;
+        }
+    } else {
+        m_signCount = 1;
+    }
+    const int limit = (two ? 2 : 1) * m_state.MeasureTicks;
+    int target = scanBack(limit);
+    if (target == 3) m_state.MeasurePosition = 0;
+    if (target > 3 && TupletIndex(fieldsOf(target).mark) >= 0) --target;
+    if (two) --m_state.MeasureNumber;
+    if (m_state.MeasureNumber <= 0) m_state.MeasureNumber = 1;
+    m_line = target;
+}
+
+void Scheduler::applyLiveControls() {
+    const int tempo = m_controls.UserTempo.load(std::memory_order_relaxed);
+    if (tempo != m_state.UserTempo && tempo > 0) {
+        m_state.ActiveTempo = m_state.ActiveTempo * tempo / m_state.UserTempo;
+        m_state.UserTempo = tempo;
+    }
+    const int koron = m_controls.KoronBend.load(std::memory_order_relaxed);
+    if (koron != m_lastKoron) m_midi.setKoronBend(m_lastKoron = koron);
+    const int sori = m_controls.SoriBend.load(std::memory_order_relaxed);
+    if (sori != m_lastSori) m_midi.setSoriBend(m_lastSori = sori);
+    const int transpose = m_controls.Transpose.load(std::memory_order_relaxed);
+    if (transpose != m_lastTranspose) m_notes.pitchTable().rebuild(m_lastTranspose = transpose);
+}
+
+// Pause: the sounding note rings half its time more and stops; the walk waits for Play
+// or Stop. Returns false on Stop.
+bool Scheduler::pauseAndStop() {
+    if (m_clock->realTime() && m_controls.Paused.load()) {
+        m_clock->pauseFor(m_notes.SoundingDuration / 2);
+        m_notes.cutSounding();
+        while (m_controls.Paused.load() && !m_controls.StopRequest.load())
+            m_clock->pauseFor(0.01);
+    }
+    return !m_controls.StopRequest.load();
+}
+
+} // namespace tahrir::play

@@ -1,0 +1,96 @@
+#pragma once
+// The walk of the sheet (PlayRun): repeats, voltas, repeat signs, tuplets, tempo marks,
+// measure range and count-in, handing each note line to the note player. Time is the
+// note player's run time; with a real-time clock the walk waits for each event.
+
+#include <array>
+#include <filesystem>
+#include <string>
+
+#include "core/score_sheet.h"
+#include "play/midi_out.h"
+#include "play/note_player.h"
+#include "play/play_state.h"
+
+namespace tahrir::play {
+
+struct RunOptions {
+    int SelectionStartLine = 0; // both 0 when nothing is marked
+    int SelectionEndLine = 0;
+    std::filesystem::path EventLogFile; // "tmpmid.txt"; empty writes no file
+};
+
+class Scheduler {
+public:
+    Scheduler(MidiOut& midi, NotePlayer& notes, RunState& state, PlayControls& controls)
+        : m_midi(midi), m_notes(notes), m_state(state), m_controls(controls) {}
+
+    // Walks `sheet` to its end (or to Stop) and returns the run time in seconds.
+    double PlayRun(const core::ScoreSheet& sheet, const RunOptions& options, PlayClock& clock);
+
+private:
+    // A saved place of the walk: repeat start, large repeat start.
+    struct Context {
+        int line = 3;
+        int measure = 1;
+        int position = 0;
+        double tempo = 60;
+        int ticks = 0;
+        int octave = OctaveStateBase;
+        bool done = false;
+    };
+    struct Fields {
+        int step;
+        int octave;
+        int duration;
+        char accidental;
+        char mark[2];
+    };
+    enum class Pass { Go, Restart, End };
+
+    void readHead();
+    Pass walkPass(const RunOptions& options);
+    void countIn();
+    Pass walkLine(const Fields& f, bool inRange);
+    void directives(const core::ScoreLine& line);
+    bool controlLine(const core::ScoreLine& line);
+    void countDuration(const Fields& f);
+    void endMeasureIfFull();
+    void repeatSign(bool two);
+    int scanBack(int limit) const;
+    bool isFin(const core::ScoreLine& line) const;
+    void applyLiveControls();
+    bool pauseAndStop();
+    Fields fieldsOf(int index) const;
+    Context save() const;
+    void restore(const Context& c);
+
+    MidiOut& m_midi;
+    NotePlayer& m_notes;
+    RunState& m_state;
+    PlayControls& m_controls;
+    const core::ScoreSheet* m_sheet = nullptr;
+    PlayClock* m_clock = nullptr;
+
+    int m_line = 4;
+    int m_firstLine = 4;
+    int m_endLine = 0;
+    int m_startMeasure = 0;
+    int m_endMeasure = 0;
+    std::string m_rhythm;
+    Context m_repeat;
+    Context m_large;
+    int m_repeatEndLine = 0;
+    int m_repeatEndMeasure = 0;
+    std::array<int, 4> m_tuplets{}; // counters of the 3, 5, 7 and 9 groups
+    int m_signCount = 0;
+    int m_lastKoron = DefaultKoronBend;
+    int m_lastSori = DefaultSoriBend;
+    int m_lastTranspose = TransposeCentre;
+};
+
+// Int(numerator / denominator * 32) of a measure payload such as "6/8"; 0 when the
+// denominator is not positive.
+int MeasureTicksOf(std::string_view payload);
+
+} // namespace tahrir::play

@@ -1,0 +1,152 @@
+#include "play/synth_sink.h"
+
+#include <fluidsynth.h>
+#include <sndfile.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace tahrir::play {
+
+namespace {
+
+constexpr const char* kFluidR3 = "/usr/share/sounds/sf2/FluidR3_GM.sf2";
+constexpr const char* kTimGM6mb = "/usr/share/sounds/sf2/TimGM6mb.sf2";
+constexpr int kBlockFrames = 512;
+
+// FluidSynth reports a missing SoundFont on its own; the caller gets our message instead.
+void QuietLog(int, const char*, void*) {}
+
+} // namespace
+
+std::filesystem::path DefaultSoundFont() {
+    std::error_code ec;
+    if (std::filesystem::exists(kFluidR3, ec)) return kFluidR3;
+    return kTimGM6mb;
+}
+
+struct SynthSink::Impl {
+    fluid_settings_t* settings = nullptr;
+    fluid_synth_t* synth = nullptr;
+    fluid_audio_driver_t* driver = nullptr;
+    SNDFILE* file = nullptr;
+    int sampleRate = 44100;
+    long long frames = 0;
+    bool writeFailed = false;
+    std::vector<float> block = std::vector<float>(kBlockFrames * 2);
+
+    ~Impl() {
+        if (driver) delete_fluid_audio_driver(driver);
+        if (synth) delete_fluid_synth(synth);
+        if (settings) delete_fluid_settings(settings);
+        if (file) sf_close(file);
+    }
+
+    // Settings and synthesiser with the SoundFont loaded; false with `error` set.
+    bool open(const std::filesystem::path& soundFont, int rate, std::string& error) {
+        fluid_set_log_function(FLUID_ERR, QuietLog, nullptr);
+        fluid_set_log_function(FLUID_WARN, QuietLog, nullptr);
+        sampleRate = rate;
+        settings = new_fluid_settings();
+        if (!settings) return fail(error, "cannot create synthesiser settings");
+        fluid_settings_setnum(settings, "synth.sample-rate", rate);
+        fluid_settings_setnum(settings, "synth.gain", 0.5);
+        synth = new_fluid_synth(settings);
+        if (!synth) return fail(error, "cannot create the synthesiser");
+        if (fluid_synth_sfload(synth, soundFont.string().c_str(), 1) == FLUID_FAILED)
+            return fail(error, "cannot load the SoundFont " + soundFont.string());
+        return true;
+    }
+    static bool fail(std::string& error, const std::string& text) {
+        error = text;
+        return false;
+    }
+};
+
+SynthSink::SynthSink(std::unique_ptr<Impl> impl) : m_impl(std::move(impl)) {}
+SynthSink::~SynthSink() { finish(0); }
+
+std::unique_ptr<SynthSink> SynthSink::openLive(const std::filesystem::path& soundFont,
+                                               std::string& error) {
+    auto impl = std::make_unique<Impl>();
+    if (!impl->open(soundFont, 44100, error)) return nullptr;
+    impl->driver = new_fluid_audio_driver(impl->settings, impl->synth);
+    if (!impl->driver) {
+        error = "cannot open an audio output for the synthesiser";
+        return nullptr;
+    }
+    return std::unique_ptr<SynthSink>(new SynthSink(std::move(impl)));
+}
+
+std::unique_ptr<SynthSink> SynthSink::openOffline(const std::filesystem::path& soundFont,
+                                                  const std::filesystem::path& wav,
+                                                  std::string& error, int sampleRate) {
+    auto impl = std::make_unique<Impl>();
+    if (!impl->open(soundFont, sampleRate, error)) return nullptr;
+    SF_INFO info{};
+    info.samplerate = sampleRate;
+    info.channels = 2;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    impl->file = sf_open(wav.string().c_str(), SFM_WRITE, &info);
+    if (!impl->file) {
+        error = "cannot write " + wav.string();
+        return nullptr;
+    }
+    return std::unique_ptr<SynthSink>(new SynthSink(std::move(impl)));
+}
+
+void SynthSink::renderUntil(long long frame) {
+    Impl& s = *m_impl;
+    while (s.frames < frame) {
+        const int n = static_cast<int>(std::min<long long>(kBlockFrames, frame - s.frames));
+        fluid_synth_write_float(s.synth, n, s.block.data(), 0, 2, s.block.data(), 1, 2);
+        if (sf_writef_float(s.file, s.block.data(), n) != n) s.writeFailed = true;
+        s.frames += n;
+    }
+}
+
+void SynthSink::send(std::uint32_t message, double seconds) {
+    Impl& s = *m_impl;
+    if (s.file && seconds > 0) renderUntil(std::llround(seconds * s.sampleRate));
+    const WireMessage wire = Unpack(message);
+    if (wire.length == 0) return;
+    const int channel = wire.bytes[0] & 0x0F;
+    const int d1 = wire.bytes[1];
+    const int d2 = wire.bytes[2];
+    switch (wire.bytes[0] >> 4) {
+    case 0x8:
+        fluid_synth_noteoff(s.synth, channel, d1);
+        break;
+    case 0x9:
+        if (d2 == 0) fluid_synth_noteoff(s.synth, channel, d1);
+        else fluid_synth_noteon(s.synth, channel, d1, d2);
+        break;
+    case 0xB:
+        fluid_synth_cc(s.synth, channel, d1, d2);
+        break;
+    case 0xC:
+        fluid_synth_program_change(s.synth, channel, d1);
+        break;
+    case 0xE:
+        fluid_synth_pitch_bend(s.synth, channel, d1 + d2 * 128);
+        break;
+    default:
+        break; // system and pressure messages do not change this synthesiser
+    }
+}
+
+bool SynthSink::finish(double tailSeconds) {
+    Impl& s = *m_impl;
+    if (!s.file) return true;
+    renderUntil(s.frames + std::llround(std::max(0.0, tailSeconds) * s.sampleRate));
+    const bool ok = !s.writeFailed && sf_close(s.file) == 0;
+    s.file = nullptr;
+    return ok;
+}
+
+double SynthSink::renderedSeconds() const {
+    return static_cast<double>(m_impl->frames) / m_impl->sampleRate;
+}
+
+} // namespace tahrir::play

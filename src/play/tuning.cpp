@@ -1,0 +1,128 @@
+#include "play/tuning.h"
+
+#include <fstream>
+#include <iterator>
+#include <optional>
+
+#include "play/pitch_table.h"
+
+namespace tahrir::play {
+
+namespace {
+
+// One field: a quoted text runs to its closing quote; a plain one to a comma or line end.
+std::optional<std::string> NextField(std::string_view bytes, std::size_t& pos) {
+    while (pos < bytes.size() && (bytes[pos] == ' ' || bytes[pos] == '\r' || bytes[pos] == '\n'))
+        ++pos;
+    if (pos >= bytes.size()) return std::nullopt;
+    std::string field;
+    if (bytes[pos] == '"') {
+        const std::size_t close = bytes.find('"', pos + 1);
+        const std::size_t end = close == std::string_view::npos ? bytes.size() : close;
+        field = std::string(bytes.substr(pos + 1, end - pos - 1));
+        pos = close == std::string_view::npos ? bytes.size() : close + 1;
+        while (pos < bytes.size() && bytes[pos] == ' ') ++pos;
+    } else {
+        const std::size_t end = bytes.find_first_of(",\r\n", pos);
+        const std::size_t stop = end == std::string_view::npos ? bytes.size() : end;
+        field = std::string(bytes.substr(pos, stop - pos));
+        while (!field.empty() && field.back() == ' ') field.pop_back();
+        pos = stop;
+    }
+    if (pos < bytes.size() && bytes[pos] == ',') ++pos;
+    return field;
+}
+
+// Natural grid positions of Do..Si, and the shift of each signature letter.
+constexpr int kNatural[7] = {1, 5, 9, 11, 15, 19, 23};
+
+int LetterShift(char letter) {
+    switch (letter) {
+    case 'B':
+        return -2;
+    case 'K':
+        return -1;
+    case 'S':
+        return 1;
+    case 'D':
+        return 2;
+    default:
+        return 0;
+    }
+}
+
+// The five dastgah rows in order: sharp, sori, natural, koron, flat.
+constexpr char kRowLetters[5] = {'D', 'S', ' ', 'K', 'B'};
+
+} // namespace
+
+TuningFile ParseTuning(std::string_view bytes) {
+    TuningFile result;
+    std::size_t pos = 0;
+    while (auto name = NextField(bytes, pos)) {
+        auto line = NextField(bytes, pos);
+        if (!line) {
+            result.complete = false;
+            break;
+        }
+        result.entries.push_back({std::move(*name), std::move(*line)});
+    }
+    return result;
+}
+
+TuningFile LoadTuning(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    if (!in) {
+        TuningFile none;
+        none.opened = false;
+        return none;
+    }
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return ParseTuning(bytes);
+}
+
+bool ApplyScale(core::ScoreSheet& sheet, const TuningFile& tuning, int chosen) {
+    if (chosen < 0 || chosen >= static_cast<int>(tuning.entries.size())) return false;
+    sheet.setLine(1, tuning.entries[static_cast<std::size_t>(chosen)].line + "  ");
+    return true;
+}
+
+ScaleMask BuildScaleMask(std::string_view letters) {
+    ScaleMask mask{};
+    for (int n : kNatural) mask[static_cast<std::size_t>(n)] = -1;
+    mask[25] = -1;
+    for (int s = 0; s < 7; ++s) {
+        const char letter = s < static_cast<int>(letters.size()) ? letters[static_cast<std::size_t>(s)] : ' ';
+        const int shift = LetterShift(letter);
+        if (shift == 0) continue;
+        const int n = kNatural[s];
+        mask[static_cast<std::size_t>(n)] = 0;
+        const int at = n + shift;
+        if (at >= 1) mask[static_cast<std::size_t>(at)] = -1;
+        if (s == 0) { // Do repeats at the octave: 25 moves with it, and below 1 wraps to 23/24
+            mask[25] = 0;
+            if (25 + shift < GridSize) mask[static_cast<std::size_t>(25 + shift)] = -1;
+            if (at < 1) mask[static_cast<std::size_t>(at + 24)] = -1;
+            if (at == 0) mask[0] = -1;
+        }
+    }
+    return mask;
+}
+
+int DastgahRow(char letter) {
+    for (int row = 0; row < 5; ++row)
+        if (kRowLetters[row] == letter) return row;
+    return letter == 'N' ? 2 : -1;
+}
+
+void SetStepLetters(core::ScoreSheet& sheet, const std::array<int, 7>& rows) {
+    core::ScoreLine& head = sheet[1];
+    for (int s = 0; s < 7; ++s) {
+        const int row = rows[static_cast<std::size_t>(s)];
+        if (row >= 0 && row < 5) head.setField(s + 1, std::string(1, kRowLetters[row]));
+    }
+}
+
+int StandardTuningTranspose() { return TransposeCentre; }
+
+} // namespace tahrir::play

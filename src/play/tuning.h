@@ -1,0 +1,52 @@
+#pragma once
+// Named key signatures from "Kookha.tun", the quarter-tone grid mask of a signature, and
+// the step letters of the dastgah boxes.
+
+#include <array>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/score_sheet.h"
+
+namespace tahrir::play {
+
+struct ScaleEntry {
+    std::string name; // what the list shows
+    std::string line; // the text that becomes line 1 of the score
+};
+
+struct TuningFile {
+    std::vector<ScaleEntry> entries;
+    bool complete = true; // false when an odd entry count stopped the loading
+    bool opened = true;
+};
+
+// Pairs of comma-or-line delimited values, quoted or not. A last name without its text
+// ends the loading; the pairs before it stay.
+TuningFile ParseTuning(std::string_view bytes);
+TuningFile LoadTuning(const std::filesystem::path& file);
+
+// The chosen entry (0-based) with two blanks after it becomes line 1. No choice (or an
+// index off the list) leaves line 1 as it is; returns whether it changed.
+bool ApplyScale(core::ScoreSheet& sheet, const TuningFile& tuning, int chosen);
+
+inline constexpr int GridSize = 27;
+// -1 marks a degree of the 27-position quarter-tone grid, 0 not.
+using ScaleMask = std::array<float, GridSize>;
+
+// The mask of seven signature letters (Do..Si): each step's natural position cleared and
+// the position of its letter set; Do's octave position 25 follows its letter.
+ScaleMask BuildScaleMask(std::string_view letters);
+
+// The dastgah boxes: five rows for each step ("#", "<", natural, "--!", "b"); the row of
+// a step's letter, or -1 for a letter that has no box.
+int DastgahRow(char letter);
+// Line 1 rewritten from the ticked row of each step, other columns kept.
+void SetStepLetters(core::ScoreSheet& sheet, const std::array<int, 7>& rows);
+
+// The standard tuning button: the transposition slider back to its centre.
+int StandardTuningTranspose();
+
+} // namespace tahrir::play

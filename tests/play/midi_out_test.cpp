@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+
+#include "play/midi_out.h"
+
+namespace tahrir::play {
+namespace {
+
+TEST(MidiMessages, PackWithoutMasking) {
+    // The standing bends of the default sliders: koron E2 00 30, natural E3 00 40, sori E4 00 50.
+    EXPECT_EQ(PackPitchBend(0, 64 - 16, 2), 0x003000E2u);
+    EXPECT_EQ(PackPitchBend(0, 64, 3), 0x004000E3u);
+    EXPECT_EQ(PackPitchBend(0, 64 + 16, 4), 0x005000E4u);
+    // Koron Re of octave 3 (key 62) at velocity 60 on channel 2: 92 3E 3C.
+    EXPECT_EQ(PackNoteOn(62, 60, 2), 0x003C3E92u);
+    EXPECT_EQ(PackNoteOff(62, 2), 0x00003E82u);
+    EXPECT_EQ(PackProgramChange(73, 3), 0x000049C3u);
+    EXPECT_EQ(PackControlChange(33, 0, 6), 0x000021B6u);
+    // A key above 127 spills into the velocity byte: 130 * 256 = 0x8200.
+    EXPECT_EQ(PackNoteOn(130, 60, 3), 0x003C8293u);
+    // A channel above 15 spills into the status nibble: 144 + 16 = 0xA0.
+    EXPECT_EQ(PackNoteOn(60, 1, 16), 0x00013CA0u);
+}
+
+TEST(MidiMessages, UnpackGivesWireBytesByStatus) {
+    const WireMessage on = Unpack(0x003C3E92u);
+    ASSERT_EQ(on.length, 3);
+    EXPECT_EQ(on.bytes[0], 0x92);
+    EXPECT_EQ(on.bytes[1], 0x3E);
+    EXPECT_EQ(on.bytes[2], 0x3C);
+    EXPECT_EQ(Unpack(0x000049C3u).length, 2); // program change has one data byte
+    EXPECT_EQ(Unpack(0x000000ECu).length, 3);
+    EXPECT_EQ(Unpack(0x000048FCu).length, 1); // a real-time status stands alone
+    EXPECT_EQ(Unpack(0x00000042u).length, 0); // no status byte: nothing to send
+    EXPECT_EQ(Unpack(0x003C8293u).bytes[1], 0x02); // data bytes never carry bit 7
+}
+
+TEST(MidiOut, StartUpSendsTheOddResetWords) {
+    RecordingSink sink;
+    MidiOut midi(&sink);
+    midi.StartUp();
+    const std::vector<std::uint32_t> expected = {0x000000EC, 0x000020EC, 0x000048FC,
+                                                 0x000000B1, 0x000020B1, 0x000006C1};
+    EXPECT_EQ(sink.messages(), expected);
+    EXPECT_EQ(midi.MidiLastMessage, 0x000006C1u);
+}
+
+TEST(MidiOut, PrepareChannelsProgramsFiveVoicesThenThreeBends) {
+    RecordingSink sink;
+    MidiOut midi(&sink);
+    midi.setProgramIndex(6); // Flute, program 73
+    midi.PrepareChannels();
+    std::vector<std::uint32_t> expected;
+    for (int c = 1; c <= 5; ++c) {
+        expected.push_back(PackControlChange(33, 0, c));
+        expected.push_back(PackProgramChange(73, c));
+    }
+    expected.insert(expected.end(), {0x004000E3, 0x003000E2, 0x005000E4});
+    EXPECT_EQ(sink.messages(), expected);
+
+    sink.clear();
+    midi.PrepareChannels(KoronChannel); // start-up leaves channel 1 alone
+    EXPECT_EQ(sink.messages().front(), PackControlChange(33, 0, 2));
+    EXPECT_EQ(sink.messages().size(), 11u);
+
+    sink.clear();
+    midi.PrepareCountIn();
+    EXPECT_EQ(sink.messages(), (std::vector<std::uint32_t>{0x000021B6, 0x000073C6}));
+}
+
+TEST(MidiOut, SlidersRetuneAtOnceWithinTheirRanges) {
+    RecordingSink sink;
+    MidiOut midi(&sink);
+    midi.setSoriBend(0); // sori on the natural pitch
+    midi.setKoronBend(-40);
+    midi.setSoriBend(99);
+    EXPECT_EQ(sink.messages(), (std::vector<std::uint32_t>{0x004000E4, 0x002000E2, 0x006000E4}));
+    EXPECT_EQ(midi.koronBend(), -32);
+}
+
+TEST(MidiOut, NotesPassOnlyThroughTheGates) {
+    RecordingSink sink;
+    MidiOut midi(&sink);
+    midi.MidiNoteOn(60, 60, 3); // no instrument chosen yet
+    midi.AllNotesOff();
+    EXPECT_TRUE(sink.entries().empty());
+    midi.CountInActive = true;
+    midi.MidiNoteOn(69, 60, 6);
+    EXPECT_EQ(sink.messages().size(), 1u);
+    midi.CountInActive = false;
+    midi.MidiOutputOn = true;
+    sink.clear();
+    midi.AllNotesOff();
+    const auto& m = sink.messages();
+    ASSERT_EQ(m.size(), 128u * 5u);
+    // Channel innermost, channel 6 left alone.
+    EXPECT_EQ(m[0], PackNoteOff(0, 1));
+    EXPECT_EQ(m[4], PackNoteOff(0, 5));
+    EXPECT_EQ(m[5], PackNoteOff(1, 1));
+    EXPECT_EQ(m.back(), PackNoteOff(127, 5));
+}
+
+TEST(MidiOut, NoSinkSendsNowhereButKeepsTheLastMessage) {
+    MidiOut midi(nullptr);
+    midi.MidiPitchBend(0, 64, 3);
+    EXPECT_EQ(midi.MidiLastMessage, 0x004000E3u);
+}
+
+} // namespace
+} // namespace tahrir::play
