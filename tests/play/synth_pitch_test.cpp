@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include <sndfile.h>
+
+#include <cmath>
+#include <filesystem>
+#include <vector>
+
+#include <unistd.h>
+
+#include "play/player.h"
+#include "play/synth_sink.h"
+#include "play_test_util.h"
+
+namespace tahrir::play {
+namespace {
+
+using testing::Note;
+using testing::Rest;
+using testing::Sheet;
+
+// The left channel of a WAV file, with its sample rate.
+struct Audio {
+    std::vector<float> samples;
+    int rate = 0;
+};
+
+Audio ReadLeft(const std::filesystem::path& file) {
+    SF_INFO info{};
+    SNDFILE* f = sf_open(file.string().c_str(), SFM_READ, &info);
+    Audio audio;
+    if (!f) return audio;
+    std::vector<float> frames(static_cast<std::size_t>(info.frames * info.channels));
+    sf_readf_float(f, frames.data(), info.frames);
+    sf_close(f);
+    audio.rate = info.samplerate;
+    for (std::size_t i = 0; i < frames.size(); i += static_cast<std::size_t>(info.channels))
+        audio.samples.push_back(frames[i]);
+    return audio;
+}
+
+// Fundamental frequency of a stretch by the YIN difference function (de Cheveigne and
+// Kawahara 2002): cumulative-mean-normalised difference, first dip below 0.1, refined
+// by a parabola through its neighbours.
+double YinPitch(const std::vector<float>& x, std::size_t from, std::size_t length, int rate) {
+    const int minLag = rate / 1500;
+    const int maxLag = rate / 80;
+    std::vector<double> d(static_cast<std::size_t>(maxLag + 2), 0.0);
+    for (int lag = 1; lag <= maxLag + 1; ++lag) {
+        double sum = 0;
+        for (std::size_t i = from; i < from + length; ++i) {
+            const double diff = x[i] - x[i + static_cast<std::size_t>(lag)];
+            sum += diff * diff;
+        }
+        d[static_cast<std::size_t>(lag)] = sum;
+    }
+    std::vector<double> cmnd(d.size(), 1.0);
+    double running = 0;
+    for (std::size_t lag = 1; lag < d.size(); ++lag) {
+        running += d[lag];
+        cmnd[lag] = running > 0 ? d[lag] * static_cast<double>(lag) / running : 1.0;
+    }
+    std::size_t best = 0;
+    for (std::size_t lag = static_cast<std::size_t>(minLag); lag + 1 < cmnd.size(); ++lag) {
+        if (cmnd[lag] < 0.1) {
+            while (lag + 1 < cmnd.size() && cmnd[lag + 1] < cmnd[lag]) ++lag;
+            best = lag;
+            break;
+        }
+    }
+    if (best == 0) return 0;
+    const double a = cmnd[best - 1], b = cmnd[best], c = cmnd[best + 1];
+    const double shift = (a - c) / (2 * (a - 2 * b + c));
+    return rate / (static_cast<double>(best) + shift);
+}
+
+double Cents(double f, double reference) { return 1200 * std::log2(f / reference); }
+
+class SynthPitchTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = std::filesystem::temp_directory_path() / ("tahrir_synth_" + std::to_string(::getpid()));
+        std::filesystem::create_directories(dir);
+    }
+    void TearDown() override { std::filesystem::remove_all(dir); }
+
+    // La natural, koron and sori, one second each with a rest between, at tempo 60;
+    // returns the three measured frequencies.
+    std::vector<double> render(int soriBend) {
+        const auto wav = dir / "la.wav";
+        std::string error;
+        auto synth = SynthSink::openOffline(DefaultSoundFont(), wav, error);
+        EXPECT_TRUE(synth) << error;
+        if (!synth) return {};
+        {
+            Player player(synth.get());
+            player.startUp();
+            player.controls().UserTempo = 60;
+            player.setSoriBend(soriBend);
+            const auto sheet = Sheet("", 60, "4/4", {Note(6, 3, 8), Rest(4), Note(6, 3, 8, 'K'), Rest(4),
+                                                     Note(6, 3, 8, 'S'), Rest(4)});
+            player.playVirtual(sheet, {});
+        }
+        EXPECT_TRUE(synth->finish(0.5));
+        const Audio audio = ReadLeft(wav);
+        EXPECT_EQ(audio.rate, 44100);
+        std::vector<double> pitches;
+        for (int i = 0; i < 3; ++i) {
+            // The middle of each note: from 0.35 s to 0.65 s after its start every 1.5 s.
+            const auto from = static_cast<std::size_t>((i * 1.5 + 0.35) * audio.rate);
+            const auto length = static_cast<std::size_t>(0.1 * audio.rate);
+            if (from + length + 2000 > audio.samples.size()) return {};
+            pitches.push_back(YinPitch(audio.samples, from, length, audio.rate));
+        }
+        return pitches;
+    }
+    std::filesystem::path dir;
+};
+
+TEST_F(SynthPitchTest, KoronAndSoriSoundAQuarterToneFromTheNatural) {
+    const auto f = render(DefaultSoriBend);
+    ASSERT_EQ(f.size(), 3u);
+    EXPECT_NEAR(f[0], 440.0, 440.0 * 0.006); // La of octave 3 is key 69
+    EXPECT_NEAR(Cents(f[1], f[0]), -50, 10);
+    EXPECT_NEAR(Cents(f[2], f[0]), 50, 10);
+}
+
+TEST_F(SynthPitchTest, SoriSliderAtZeroSoundsTheNatural) {
+    const auto f = render(0);
+    ASSERT_EQ(f.size(), 3u);
+    EXPECT_NEAR(Cents(f[2], f[0]), 0, 10);
+    EXPECT_NEAR(Cents(f[1], f[0]), -50, 10);
+}
+
+TEST(SynthSink, MissingSoundFontOrFolderIsAClearError) {
+    std::string error;
+    EXPECT_FALSE(SynthSink::openOffline("/nonexistent/none.sf2", "/tmp/x.wav", error));
+    EXPECT_NE(error.find("SoundFont"), std::string::npos);
+    EXPECT_FALSE(SynthSink::openOffline(DefaultSoundFont(), "/nonexistent/dir/x.wav", error));
+    EXPECT_NE(error.find("cannot write"), std::string::npos);
+}
+
+} // namespace
+} // namespace tahrir::play
