@@ -1,0 +1,323 @@
+#include "edit/editor.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+
+#include "core/line_kind.h"
+#include "edit/key_codes.h"
+#include "edit/pen_caption.h"
+
+namespace tahrir::edit {
+
+namespace {
+
+// On the head lines only the rhythm, tempo and movement keys work.
+bool IsHeadLineKey(int key) {
+    return key == Key::Letter('R') || key == Key::Letter('T') || key == Key::Left ||
+           key == Key::Right || key == Key::Up || key == Key::Down || key == Key::Home ||
+           key == Key::End;
+}
+
+// Height of one staff row: lines further apart than this lie on different rows.
+constexpr double kStaffRowHeight = 4;
+
+} // namespace
+
+Editor::Editor(core::Document& document, EditorServices services, std::filesystem::path appFolder)
+    : LineX(core::SheetSize, 0.0), LineY(core::SheetSize, 0.0), labels(core::SheetSize),
+      m_doc(document), m_services(services), m_appFolder(std::move(appFolder)) {
+    labels[0].colour = ColourRed;
+}
+
+void Editor::documentReplaced() {
+    SelStart = SelEnd = 0;
+    CutMarked = false;
+    ClipboardMarked = 0;
+    m_doc.UndoIndex = 0;
+    TakeSnapshot(); // page 1 holds the score as opened
+    m_doc.DirtyFlag = false;
+    relayout();
+    if (CurrentLine() > LastLine()) CurrentLine() = LastLine();
+    if (CurrentLine() >= 1) setPenFromLine(CurrentLine());
+}
+
+void Editor::keyPress(int key, int shift) {
+    IndexStale = false;
+    if (CurrentLine() < 4 && !IsHeadLineKey(key)) {
+        focus = Focus::Score;
+        return;
+    }
+    AdvanceStep = 1;
+    m_direct = false;
+    if (EditMode != 1) {
+        m_shift = shift;
+        runTable(shift, key);
+        focus = Focus::Score;
+        return;
+    }
+    keepCursorInView();
+    KeyOutcome = -4;
+    const int table = (shift == Shift::Shift || shift == Shift::Ctrl || shift == Shift::Alt) ? shift : 0;
+    if (table == 0 && PenLine().size() < 6) PenLine().text() += "   ";
+    m_shift = table;
+    const bool listed = runTable(table, key);
+    if (listed && m_direct) return;
+    closingStep();
+    if (IndexStale) refreshLineState();
+    focus = Focus::Score;
+}
+
+void Editor::closingStep() {
+    switch (KeyOutcome) {
+    case -1: resynchronise(); break;
+    case -3:
+        relayout();
+        resynchronise();
+        refreshLineState();
+        break;
+    case -2:
+    case -5:
+        sheet()[CurrentLine()] = core::Scratch(RCDTxt);
+        labels[static_cast<std::size_t>(CurrentLine())].caption = labels[0].caption;
+        CommitLineCommand();
+        break;
+    default: RCDTxt = PenLine().text(); break;
+    }
+}
+
+void Editor::resynchronise() {
+    if (CurrentLine() > LastLine()) CurrentLine() = LastLine();
+    if (CurrentLine() < 1) CurrentLine() = 1;
+    setPenFromLine(CurrentLine());
+    recolourLines();
+    keepCursorInView();
+}
+
+// Copies line `line` into the pen, RCDTxt and the red cursor note, and shows the frames.
+void Editor::setPenFromLine(int line) {
+    const auto i = static_cast<std::size_t>(line);
+    RCDTxt = sheet()[line].text();
+    PenLine() = sheet()[line];
+    LineX[0] = LineX[i];
+    LineY[0] = LineY[i];
+    LineLabel& pen = labels[0];
+    pen.visible = true;
+    pen.caption = LineCaption(sheet()[line].text());
+    pen.fontSize = labels[i].fontSize;
+    pen.left = labels[i].left;
+    pen.top = labels[i].top;
+    pen.colour = ColourRed;
+    showTextFrames();
+}
+
+void Editor::recolourLines() {
+    const int selected = EditMode == 1 ? ColourBlue : ColourYellow;
+    for (int i = 4; i <= LastLine(); ++i) {
+        const bool in = SelEnd > 0 && i >= SelStart && i <= SelEnd;
+        labels[static_cast<std::size_t>(i)].colour = in ? selected : ColourBlack;
+    }
+}
+
+void Editor::refreshLineState() {
+    const std::string& line = sheet()[CurrentLine()].text();
+    lit = ShowLineState(line, lit);
+    ++LineStateRuns;
+    const int step = SyllableStep(line);
+    if (SyllableVoiceOn && step > 0 && m_services.auditioner) m_services.auditioner->speakStep(step);
+}
+
+void Editor::keepCursorInView() {
+    const int line = CurrentLine();
+    if (line <= 0 || LineX[static_cast<std::size_t>(line)] <= 0) return;
+    const double top = LineY[static_cast<std::size_t>(line)] + 3;
+    ScrollValue = std::clamp(static_cast<int>(std::floor(top / 10)), 0, std::max(ScrollMax, 0));
+}
+
+void Editor::relayout() {
+    m_positions.clear();
+    if (m_services.layout) m_facts = m_services.layout->relayout(sheet(), m_positions);
+    for (int i = 1; i <= core::MaxLines; ++i) {
+        const auto k = static_cast<std::size_t>(i);
+        LineLabel& label = labels[k];
+        if (i > LastLine()) {
+            label.visible = false;
+            continue;
+        }
+        LineX[k] = m_positions.LinePosX[k];
+        LineY[k] = m_positions.LinePosY[k];
+        label.caption = LineCaption(sheet()[i].text());
+        label.left = LineX[k];
+        label.top = LineY[k];
+        label.visible = LineX[k] >= 0;
+    }
+    measures.Maximum = std::max(1, m_facts.measureCount);
+    measures.LabelColour.resize(static_cast<std::size_t>(measures.Maximum) + 1, ColourYellow);
+    measures.StartMess = std::min(measures.StartMess, measures.Maximum);
+    measures.EndMess = std::min(measures.EndMess, measures.Maximum);
+    colourMeasures(measures.StartMess, measures.EndMess);
+    ScrollMax = std::max(1, static_cast<int>(m_positions.LinePosY[static_cast<std::size_t>(
+                                                 std::max(LastLine(), 0))] / 10) + 1);
+}
+
+void Editor::soundPen() {
+    if (!m_services.auditioner || m_services.auditioner->busy()) return;
+    const core::ScoreLine& pen = PenLine();
+    const char stepChar = pen.at(1);
+    NoteSound note;
+    note.step = std::isdigit(static_cast<unsigned char>(stepChar)) ? stepChar - '0' : 0;
+    const char octave = pen.at(2);
+    note.octave = std::isdigit(static_cast<unsigned char>(octave)) ? octave - '0' : 0;
+    note.pitched = std::isdigit(static_cast<unsigned char>(stepChar)) ? 1 : 0;
+    note.accidental = std::string(" ") + pen.at(7) + pen.at(6);
+    note.mark = pen.field(8, 2);
+    m_services.auditioner->soundNote(note);
+}
+
+void Editor::memoryFull() {
+    if (m_services.host) m_services.host->messageBox("Memory full!");
+}
+
+bool Editor::penPitched() const {
+    const char c = m_doc.Sheet.PenLine().at(1);
+    return c >= '1' && c <= '9';
+}
+
+void Editor::editorClick() {
+    if (EditMode == 1) {
+        EditMode = 0;
+        textFrame.visible = false;
+        commandFrame.visible = false;
+        labels[0].visible = false;
+        recolourLines();
+        return;
+    }
+    EditMode = 1;
+    if (CurrentLine() < 4 || CurrentLine() > LastLine()) CurrentLine() = 4;
+    // Beam codes are written anew by the rhythm pass; line 1's column 7 is the key signature.
+    for (int i = 2; i <= LastLine(); ++i) {
+        core::ScoreLine& line = sheet()[i];
+        const core::LineKind kind = core::ClassifyLine(line.text());
+        const bool directive = kind == core::LineKind::DirectiveLine;
+        if (line.size() > 7 && !directive && line.at(1) != 'L') line.setField(7, " ");
+    }
+    resynchronise();
+    refreshLineState();
+}
+
+// ---- cursor movement ----
+
+void Editor::keyMove(int key) {
+    int& line = CurrentLine();
+    switch (key) {
+    case Key::Right:
+        if (line >= LastLine()) return;
+        ++line;
+        break;
+    case Key::Left:
+        if (line <= 2) return;
+        --line;
+        break;
+    case Key::Home: line = 2; break;
+    case Key::End:
+        line = LastLine();
+        while (LineX[static_cast<std::size_t>(line)] <= 0 && line > 4) --line;
+        break;
+    default: return;
+    }
+    IndexStale = true;
+    KeyOutcome = -1;
+}
+
+// Shift or Ctrl with Up or Down: to the nearest line straight above or below the pen.
+void Editor::keyRowMove(int key) {
+    int& line = CurrentLine();
+    const double x0 = LineX[0];
+    const double y0 = LineY[0];
+    auto above = [&](int i) {
+        const auto k = static_cast<std::size_t>(i);
+        return std::abs(LineX[k] - x0) <= 3 && LineY[k] < y0 - kStaffRowHeight;
+    };
+    auto below = [&](int i) {
+        const auto k = static_cast<std::size_t>(i);
+        return std::abs(LineX[k] - x0) <= 3 && LineY[k] > y0 + kStaffRowHeight;
+    };
+    if (key == Key::Up) {
+        while (line > 4)
+            if (above(--line)) break;
+    } else {
+        while (line < LastLine() - 1)
+            if (below(++line)) break;
+    }
+    IndexStale = true;
+    KeyOutcome = -1;
+}
+
+void Editor::moveCursorTo(int line) {
+    for (int i = std::max(SelStart, 1); i <= std::min(SelEnd, LastLine()); ++i)
+        labels[static_cast<std::size_t>(i)].colour = ColourBlack;
+    SelStart = SelEnd = 0;
+    CurrentLine() = line;
+    resynchronise();
+    if (EditMode == 1) {
+        refreshLineState();
+        focus = Focus::Score;
+    }
+}
+
+// ---- small toggles and window keys ----
+
+void Editor::keyToggleRecord(int) { RecordVisible = !RecordVisible; }
+void Editor::keyShiftR(int) { IndexStale = true; }
+void Editor::keyViewCheck(int) { ViewCheck = ViewCheck == 0 ? 1 : 0; }
+void Editor::keyEditor(int) { editorClick(); }
+
+void Editor::keyPlay(int) {
+    Auditioner* player = m_services.auditioner;
+    if (!player) return;
+    if (m_shift == Shift::None) player->playPause();
+    else if (m_shift == Shift::Shift && EditMode == 1) player->playFrom(CurrentLine());
+    else player->playFromStart();
+}
+
+void Editor::keyWindow(int key) {
+    EditorHost* host = m_services.host;
+    if (!host) return;
+    if (key == Key::F(4) || key == Key::Letter('Q')) host->exitRequested();
+    else if (key == Key::Letter('O')) host->loadFileRequested();
+    else if (key == Key::Letter('M') && m_shift == Shift::Ctrl) host->instrumentClick(10);
+    else if (key == Key::Letter('M')) host->toggleMidiIn();
+    else if (key == Key::Letter('N')) host->toggleMicIn();
+}
+
+void Editor::keyViewerEsc(int) {
+    if (m_services.auditioner) m_services.auditioner->stopAllNotes();
+    SelStart = SelEnd = 0;
+    for (int i = 1; i <= LastLine(); ++i) labels[static_cast<std::size_t>(i)].colour = ColourBlack;
+}
+
+void Editor::keyViewerP(int) {
+    ViewCheck = ViewCheck == 0 ? 1 : 0;
+    if (m_services.auditioner) m_services.auditioner->stopAllNotes();
+}
+
+void Editor::keyViewerTempo(int key) {
+    const bool down = key == Key::Left || key == Key::Comma;
+    LiveTempo = std::clamp(LiveTempo + (down ? -1 : 1), 20, 320);
+}
+
+void Editor::keyViewerScroll(int key) {
+    constexpr int kLargeChange = 10;
+    int value = ScrollValue;
+    if (key == Key::Up) value -= 1;
+    else if (key == Key::Down) value += 1;
+    else if (key == Key::PageUp) value -= kLargeChange;
+    else if (key == Key::PageDown) value += kLargeChange;
+    else if (key == Key::Home) value = 0;
+    else if (key == Key::End) value = ScrollMax;
+    ScrollValue = std::clamp(value, 0, ScrollMax);
+}
+
+double KnobPosition(int tempo) { return (tempo - 20) / 300.0 * 1331 + 500; }
+
+} // namespace tahrir::edit

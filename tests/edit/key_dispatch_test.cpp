@@ -1,0 +1,117 @@
+// Decoding a key press: head-line protection, shift states, movement and the closing step.
+
+#include "editor_fixture.h"
+
+namespace tahrir::edit::test {
+
+using KeyDispatch = EditorTest;
+
+TEST_F(KeyDispatch, HeadLinesTakeOnlyRhythmTempoAndMovementKeys) {
+    load({"13  8    "});
+    key(Key::Home);
+    ASSERT_EQ(current(), 2);
+    const std::string before = line(2);
+    key(K('S'));
+    key(Key::Del);
+    key(Key::F(2), kCtrl);
+    EXPECT_EQ(line(2), before);
+    EXPECT_EQ(last(), 4);
+    EXPECT_TRUE(host.titles.empty());
+
+    host.answers = {std::string("90")};
+    key(K('T')); // line 2 is the tempo line: its dialog opens
+    ASSERT_EQ(host.titles, std::vector<std::string>{"Tempo"});
+    EXPECT_EQ(trimmed(2), "TEMPO90");
+    EXPECT_DOUBLE_EQ(doc.InitialTempo, 90);
+
+    key(Key::Left); // stops at line 2
+    key(Key::Left);
+    EXPECT_EQ(current(), 2);
+    EXPECT_EQ(editor->KeyOutcome, -4);
+}
+
+TEST_F(KeyDispatch, RightStopsAtTheLastLineAndEndSkipsUndrawnLines) {
+    load({"13  8    ", "23  8    "});
+    key(Key::End);
+    EXPECT_EQ(current(), 5);
+    key(Key::Right);
+    EXPECT_EQ(current(), 5);
+    EXPECT_EQ(editor->KeyOutcome, -4);
+    // Lines that drew nothing: End walks back, never past line 4.
+    for (int i = 4; i <= 5; ++i) editor->LineX[static_cast<std::size_t>(i)] = -1;
+    key(Key::End);
+    EXPECT_EQ(current(), 4);
+}
+
+TEST_F(KeyDispatch, MovingDiscardsThePenAndResynchronises) {
+    load({"13  8    ", "23  8    "});
+    key(Key::Digit(6));
+    EXPECT_EQ(penTrimmed(), "63  8");
+    key(Key::Right);
+    key(Key::Left);
+    EXPECT_EQ(penTrimmed(), "13  8");
+    EXPECT_EQ(trimmed(4), "13  8");
+    EXPECT_EQ(editor->RCDTxt, line(4));
+    EXPECT_EQ(editor->KeyOutcome, -1);
+}
+
+TEST_F(KeyDispatch, RowMovesFindTheLineStraightAboveOrBelow) {
+    // Nineteen symbols a row in the plain layout: line 4 and line 23 share an x.
+    load(std::vector<std::string>(38, "13  8    "));
+    key(Key::Down, kShift);
+    EXPECT_EQ(current(), 23);
+    key(Key::Down, kCtrl);
+    EXPECT_EQ(current(), 40); // no third row: stops at LastLine - 1
+    key(Key::Home, kShift);
+    EXPECT_EQ(current(), 2);
+    for (int i = 0; i < 25; ++i) key(Key::Right);
+    EXPECT_EQ(current(), 27);
+    key(Key::Up, kShift); // x 17: line 9 at x 20 is the first within 3 units
+    EXPECT_EQ(current(), 9);
+}
+
+TEST_F(KeyDispatch, CtrlShiftIsPlainInTheEditorAndIgnoredInTheViewer) {
+    load({"13  8    ", "23  8    "});
+    host.answers = {std::string("100")};
+    key(K('T'), kShift | kCtrl); // plain T: a tempo line with its dialog
+    EXPECT_EQ(trimmed(4), "TEMPO100");
+    EXPECT_EQ(last(), 6);
+
+    editor->editorClick();
+    ASSERT_EQ(editor->EditMode, 0);
+    const int scroll = editor->ScrollValue;
+    key(Key::Down, kShift | kCtrl);
+    EXPECT_EQ(editor->ScrollValue, scroll);
+    key(Key::Down);
+    EXPECT_EQ(editor->ScrollValue, std::min(scroll + 1, editor->ScrollMax));
+    key(Key::Left); // the viewer's Left is the live tempo
+    EXPECT_EQ(editor->LiveTempo, 59);
+    EXPECT_EQ(current(), 5);
+}
+
+TEST_F(KeyDispatch, UnlistedKeysCostNothing) {
+    load({"13  8    ", "23  8    "});
+    const int runs = editor->LineStateRuns;
+    key(Key::Digit(5), kShift); // listed but leaves IndexStale clear
+    key(K('Q'));
+    key(K('J'), kCtrl);
+    EXPECT_EQ(editor->LineStateRuns, runs);
+    EXPECT_EQ(penTrimmed(), "13  6");
+    key(Key::Right); // movement marks the index stale
+    EXPECT_EQ(editor->LineStateRuns, runs + 1);
+}
+
+TEST_F(KeyDispatch, EnteringTheEditorClampsTheCursorAndBlanksBeams) {
+    load({"13  8 C  ", "TEMPO 80C", "L-word C "});
+    editor->editorClick();
+    doc.Sheet.CurrentLine = 99;
+    doc.Sheet[1].setField(7, "K");
+    editor->editorClick();
+    EXPECT_EQ(current(), 4);
+    EXPECT_EQ(line(4).substr(0, 9), "13  8    ");
+    EXPECT_EQ(trimmed(5), "TEMPO 80C");
+    EXPECT_EQ(trimmed(6), "L-word C");
+    EXPECT_EQ(line(1).substr(0, 8), "      KG"); // the key signature's Si stays
+}
+
+} // namespace tahrir::edit::test

@@ -1,0 +1,117 @@
+// Label clicks, bands, and the lines that the text and command tools build.
+
+#include "editor_fixture.h"
+
+namespace tahrir::edit::test {
+
+using MouseText = EditorTest;
+
+TEST_F(MouseText, ClicksMoveTheCursorAndShiftClicksExtendASelection) {
+    load({"13  8", "23  8", "33  8", "43  8"});
+    editor->labelMouseDown(6, 1, kShift); // no selection yet: nothing
+    EXPECT_EQ(current(), 4);
+    EXPECT_EQ(editor->SelEnd, 0);
+
+    editor->labelMouseDown(6, 1, 0);
+    EXPECT_EQ(current(), 6);
+    EXPECT_EQ(penTrimmed(), "33  8");
+    EXPECT_EQ(editor->labels[0].left, editor->labels[6].left);
+
+    key(K('A'), kCtrl);
+    editor->labelMouseDown(5, 1, kShift); // the other end of the selection
+    EXPECT_EQ(editor->SelStart, 4);
+    EXPECT_EQ(editor->SelEnd, 5);
+    EXPECT_EQ(editor->labels[5].colour, ColourBlue);
+    EXPECT_EQ(editor->labels[6].colour, ColourBlack);
+    EXPECT_EQ(current(), 6);
+
+    editor->labelClick(7);
+    EXPECT_EQ(current(), 7);
+    EXPECT_EQ(editor->SelEnd, 0);
+    EXPECT_EQ(editor->labels[5].colour, ColourBlack);
+}
+
+TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
+    load({"13  8", "23  8", "33  8", "43  8"});
+    editor->picMouseDown(-50, -50);
+    editor->picMouseMove(-40, -40, true);
+    editor->picMouseUp();
+    EXPECT_EQ(editor->SelStart, 0);
+    EXPECT_EQ(editor->SelEnd, 0);
+    EXPECT_FALSE(editor->lit.test(68));
+
+    // Drawn from the right to the left: the band still spans both labels.
+    const LineLabel& a = editor->labels[4];
+    const LineLabel& b = editor->labels[6];
+    editor->picMouseDown(b.left + 0.5, b.top + 0.5);
+    editor->picMouseMove(a.left - 0.5, a.top - 0.5, true);
+    EXPECT_TRUE(editor->band.visible);
+    editor->picMouseUp();
+    EXPECT_FALSE(editor->band.visible);
+    EXPECT_EQ(editor->SelStart, 5);
+    EXPECT_EQ(editor->SelEnd, 6);
+    EXPECT_TRUE(editor->lit.test(68));
+    EXPECT_TRUE(editor->lit.test(69));
+
+    editor->picMouseDown(a.left, a.top); // line 4 alone: an empty selection in effect
+    editor->picMouseUp();
+    EXPECT_EQ(editor->SelStart, 5);
+    EXPECT_EQ(editor->SelEnd, 4);
+    key(Key::Del);
+    EXPECT_EQ(last(), 7);
+}
+
+TEST_F(MouseText, TextToolBuildsOneLineFromItsBox) {
+    load({"L-Title", "13  8"});
+    EXPECT_TRUE(editor->textFrame.visible);
+    EXPECT_EQ(editor->textFrame.text, "Title");
+    EXPECT_EQ(editor->textFrame.option, 0);
+    EXPECT_EQ(editor->labels[0].caption, "(Title     )");
+    key(K('E'));
+    EXPECT_EQ(editor->focus, Focus::TextBox);
+
+    editor->textToolApply("Dastgah\r\nShur", 1);
+    EXPECT_EQ(trimmed(4), "L^Dastgah  Shur");
+    EXPECT_EQ(current(), 5);
+    EXPECT_FALSE(editor->textFrame.visible);
+
+    key(Key::Left);
+    editor->textToolApply("", 5);
+    EXPECT_EQ(line(4), core::Scratch("L>"));
+    key(Key::Left);
+    editor->textToolApply(std::string(40, 'w'), -1); // no option: a spacer with words
+    EXPECT_EQ(line(4), "L " + std::string(30, 'w'));
+}
+
+TEST_F(MouseText, CommandToolFillsItsListAndAsksForAFont) {
+    load({"LCtfs=2", "13  8"});
+    EXPECT_TRUE(editor->commandFrame.visible);
+    EXPECT_EQ(editor->commandFrame.text, "tfs=2");
+    EXPECT_EQ(editor->commandFrame.listIndex, 0);
+    editor->commandListClick(4);
+    EXPECT_EQ(editor->commandFrame.text, "TRP=");
+
+    host.font = "Nazli";
+    editor->commandToolApply("fon=whatever");
+    EXPECT_EQ(trimmed(4), "LCFon=Nazli");
+    EXPECT_EQ(editor->TextFontName, "Nazli");
+    key(Key::Left);
+    editor->commandToolApply("TOP=40\n");
+    EXPECT_EQ(trimmed(4), "LCTOP=40");
+}
+
+TEST_F(MouseText, ShiftFunctionKeysInsertTextAndBarLines) {
+    load({"13  8"});
+    key(Key::F(7), kShift);
+    EXPECT_EQ(trimmed(4), "03 -1");
+    key(Key::F(4), kShift);
+    EXPECT_EQ(trimmed(5), "LC");
+    key(Key::F(2), kShift);
+    EXPECT_EQ(trimmed(6), "L^Ms=1");
+    key(Key::F(8), kShift); // 6000 / (60 x 1 x 8)
+    EXPECT_EQ(trimmed(7), "LvT=12");
+    key(Key::F(1), kShift);
+    EXPECT_EQ(last(), 8);
+}
+
+} // namespace tahrir::edit::test
