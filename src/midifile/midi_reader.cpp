@@ -65,16 +65,16 @@ struct Event {
 
 // Walks the events of one track body, calling `visit(event)` for each; `visit` returns
 // false to stop. The walk ends at the end of the body, at FF 2F, at a truncated event or
-// at a status byte that cannot be decoded.
+// at a status byte that cannot be decoded; true only when it ended at FF 2F.
 template <typename Visit>
-void WalkTrack(ByteSpan body, Visit&& visit) {
+bool WalkTrack(ByteSpan body, Visit&& visit) {
     Cursor in{body};
     Event e;
     int running = 0;
     while (!in.atEnd()) {
         std::uint32_t delta = 0;
         std::uint8_t first = 0;
-        if (!in.vlq(delta) || !in.byte(first)) return;
+        if (!in.vlq(delta) || !in.byte(first)) return false;
         e.tick += delta;
         e.metaType = -1;
         e.data = {};
@@ -89,26 +89,28 @@ void WalkTrack(ByteSpan body, Visit&& visit) {
         if (e.status == 0xFF) {
             std::uint8_t type = 0;
             std::uint32_t length = 0;
-            if (!in.byte(type) || !in.vlq(length)) return;
+            if (!in.byte(type) || !in.vlq(length)) return false;
             e.metaType = type;
             e.data = in.take(length);
-            if (e.data.size() < length) return;
+            if (e.data.size() < length) return false;
         } else if (e.status == 0xF0 || e.status == 0xF7) {
             std::uint32_t length = 0;
-            if (!in.vlq(length)) return;
+            if (!in.vlq(length)) return false;
             e.data = in.take(length);
-            if (e.data.size() < length) return;
+            if (e.data.size() < length) return false;
         } else if (e.status >= 0x80 && e.status < 0xF0) {
             std::uint8_t d1 = 0, d2 = 0;
             const bool oneByte = e.status >= 0xC0 && e.status < 0xE0;
-            if (!in.byte(d1) || (!oneByte && !in.byte(d2))) return;
+            if (!in.byte(d1) || (!oneByte && !in.byte(d2))) return false;
             e.d1 = d1;
             e.d2 = oneByte ? 0 : d2;
         } else {
             decodable = false;
         }
-        if (!visit(e) || !decodable || e.metaType == 0x2F) return;
+        if (!visit(e) || !decodable) return false;
+        if (e.metaType == 0x2F) return true;
     }
+    return false;
 }
 
 struct TrackRange {
@@ -176,7 +178,7 @@ bool DumpTrack(ByteSpan body, int track, MidiFileInfo& info, DumpSink& sink) {
     std::string& name = info.trackNames.emplace_back();
     bool named = false;
     bool cancelled = false;
-    WalkTrack(body, [&](const Event& e) {
+    const bool ended = WalkTrack(body, [&](const Event& e) {
         if (sink.cancelled()) {
             cancelled = true;
             return false;
@@ -208,8 +210,12 @@ bool DumpTrack(ByteSpan body, int track, MidiFileInfo& info, DumpSink& sink) {
         sink.addLine(std::move(line));
         return true;
     });
-    if (cancelled) sink.addLine("Terminated");
-    return !cancelled;
+    if (cancelled) {
+        sink.addLine("Terminated");
+        return false;
+    }
+    if (!ended) ++info.unfinishedTracks;
+    return true;
 }
 
 // The header lines; false when the bytes are not a MIDI file.

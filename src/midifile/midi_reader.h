@@ -60,6 +60,7 @@ struct MidiFileInfo {
     std::vector<std::string> trackNames;          // the first track name of each track
     int MidiTempoText = 0;        // beats a minute of the last tempo event seen
     std::string MidiRhythmText;   // "n/d" of the last time signature seen
+    int unfinishedTracks = 0;     // tracks cut short or left without an end-of-track event
 
     bool complete() const { return outcome == ReadOutcome::Complete; }
     // Ticks a quarter for note-length decisions: 480 when the division is below 1.
