@@ -48,4 +48,18 @@ private:
     std::vector<Entry> m_entries;
 };
 
+// Hands every message to several sinks in turn (a recording beside a live output).
+class TeeSink : public MidiSink {
+public:
+    void add(MidiSink* sink) {
+        if (sink) m_sinks.push_back(sink);
+    }
+    void send(std::uint32_t message, double seconds) override {
+        for (MidiSink* s : m_sinks) s->send(message, seconds);
+    }
+
+private:
+    std::vector<MidiSink*> m_sinks;
+};
+
 } // namespace tahrir::play
