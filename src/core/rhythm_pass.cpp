@@ -1,7 +1,237 @@
 #include "core/rhythm_pass.h"
 
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "core/beam_patterns.h"
+#include "core/line_kind.h"
+
 namespace tahrir::core {
 
-void RhythmPass(ScoreSheet&) {}
+namespace {
+
+constexpr int kMaxGroup = 5;        // a note and the four after it
+constexpr int kPayloadColumn = 6;   // rhythm payload and line 3's measure
+constexpr int kFirstMusicLine = 4;
+
+// Rhythm changes seen by the pass; "RHITHM" lines leave the measure as it is.
+constexpr std::string_view kRhythmTokens[] = {"RHYTHM", "RHYTM", "RHITM"};
+
+// The leading number of a field: blanks skipped, an optional sign, digits up to the
+// first other character; 0 when there are none.
+int LeadingNumber(std::string_view text) {
+    long value = 0;
+    int sign = 1;
+    bool started = false;
+    for (char c : text) {
+        if (c == ' ') continue;
+        if (!started && (c == '-' || c == '+')) {
+            sign = c == '-' ? -1 : 1;
+            started = true;
+            continue;
+        }
+        if (c < '0' || c > '9') break;
+        started = true;
+        value = std::min(value * 10 + (c - '0'), 1000000L);
+    }
+    return static_cast<int>(sign * value);
+}
+
+int TupletSize(const ScoreLine& line) {
+    const std::string mark = line.field(8, 2);
+    if (mark[0] != 'L') return 0;
+    switch (mark[1]) {
+    case '3': return 3;
+    case '5': return 5;
+    case '7': return 7;
+    case '9': return 9;
+    default: return 0;
+    }
+}
+
+bool IsRhythmChange(const ScoreLine& line) {
+    return std::any_of(std::begin(kRhythmTokens), std::end(kRhythmTokens),
+                       [&](std::string_view token) { return line.startsWith(token); });
+}
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// A rhythm line's measure is read from column 6 on, whatever the token's length.
+std::string_view PayloadOf(const ScoreLine& line) {
+    const std::string_view text(line.text());
+    return text.size() < kPayloadColumn ? std::string_view() : text.substr(kPayloadColumn - 1);
+}
+
+// What the pass needs of a line whose step is a digit and whose duration reads.
+struct NoteRead {
+    bool isNote = false;
+    bool pitched = false; // step 1..9; a rest or barline has step 0
+    int duration = 0;     // 32nds; -1 for a grace note or barline
+    int tuplet = 0;       // 3, 5, 7, 9 for a tuplet mark, else 0
+};
+
+NoteRead ReadNote(const ScoreLine& line) {
+    const char step = line.at(1);
+    if (!IsDigit(step)) return {};
+    const std::string word = line.field(3, 3);
+    int duration = -1;
+    if (word != " -1") {
+        const auto ticks = DurationTicks(word);
+        if (!ticks) return {};
+        duration = *ticks;
+    }
+    return {true, step != '0', duration, TupletSize(line)};
+}
+
+// A line that may follow another inside a beam group.
+bool ContinuesGroup(const NoteRead& note) {
+    return note.isNote && note.pitched && note.duration >= 0 && note.tuplet == 0;
+}
+
+bool IsShort(int duration) { return BeamLevel(duration) > 0; }
+
+bool IsLong(int duration) {
+    constexpr int kLong[] = {8, 12, 16, 20, 24, 28, 32, 48};
+    return std::find(std::begin(kLong), std::end(kLong), duration) != std::end(kLong);
+}
+
+// One forward walk over the sheet, holding the measure and the place in it.
+class BeamWalk {
+public:
+    explicit BeamWalk(ScoreSheet& sheet)
+        : m_sheet(sheet), m_last(std::clamp(sheet.LastLine, 0, MaxLines)) {}
+
+    void run() {
+        clear();
+        m_measure = ReadMeasure(PayloadOf(m_sheet[3]));
+        for (int line = kFirstMusicLine; line <= m_last;) line = step(line);
+    }
+
+private:
+    // Stored codes are discarded; line 1's column 7 is the key signature's Si.
+    void clear() {
+        for (int i = 2; i <= m_last; ++i) {
+            ScoreLine& line = m_sheet[i];
+            if (IsDigit(line.at(1)) && line.size() >= 7) line.set(NoteField::BeamCode, " ");
+        }
+    }
+
+    // Handles the line at `index` and returns the next line to look at.
+    int step(int index) {
+        const ScoreLine& line = m_sheet[index];
+        if (IsRhythmChange(line)) {
+            m_measure = ReadMeasure(PayloadOf(line));
+            m_beatPosition = 0; // the new measure starts here
+            return index + 1;
+        }
+        const NoteRead note = ReadNote(line);
+        if (!note.isNote) return index + 1;
+        if (note.duration < 0) {
+            if (!note.pitched) m_beatPosition = 0; // a barline; a grace note takes no time
+            return index + 1;
+        }
+        if (note.tuplet > 0) return walkTuplet(index, note.tuplet);
+        if (note.pitched && IsShort(note.duration)) return beamFrom(index, note.duration);
+        if (!note.pitched || IsLong(note.duration)) advance(note.duration);
+        return index + 1;
+    }
+
+    // Matches the note at `index` and up to four followers against the pattern table.
+    int beamFrom(int index, int first) {
+        std::array<int, kMaxGroup> durations{first};
+        int count = 1;
+        while (count < kMaxGroup && index + count <= m_last) {
+            const NoteRead next = ReadNote(m_sheet[index + count]);
+            if (!ContinuesGroup(next)) break;
+            durations[static_cast<std::size_t>(count++)] = next.duration;
+        }
+        const BeamMatch match =
+            MatchBeamPattern(std::span<const int>(durations.data(), static_cast<std::size_t>(count)), room());
+        if (match.size > 1) writeGroup(index, match.size, match.closing);
+        int total = 0;
+        for (int i = 0; i < match.size; ++i) total += durations[static_cast<std::size_t>(i)];
+        advance(total);
+        return index + match.size;
+    }
+
+    // A tuplet is walked as one unit: its marked note and the notes after it, up to its
+    // size. The marked note takes no measure time, which fits three notes into two. The
+    // tuplet is beamed on its own when all its notes share one beam level and it fits the
+    // beat; no other group reaches into it.
+    int walkTuplet(int index, int size) {
+        const NoteRead head = ReadNote(m_sheet[index]);
+        int count = 1;
+        int time = 0;
+        bool beamable = head.pitched && IsShort(head.duration);
+        while (count < size && index + count <= m_last) {
+            const NoteRead next = ReadNote(m_sheet[index + count]);
+            if (!next.isNote || next.duration < 0 || next.tuplet > 0) break;
+            beamable = beamable && next.pitched && BeamLevel(next.duration) == BeamLevel(head.duration);
+            time += next.duration;
+            ++count;
+        }
+        if (beamable && count > 1 && time <= room()) writeGroup(index, count, 'c');
+        advance(time);
+        return index + count;
+    }
+
+    void writeGroup(int first, int size, char closing) {
+        for (int i = 0; i < size - 1; ++i) m_sheet[first + i].set(NoteField::BeamCode, "C");
+        m_sheet[first + size - 1].set(NoteField::BeamCode, std::string(1, closing));
+    }
+
+    // 32nds left before the end of the beat, and never beyond the end of the measure.
+    int room() const {
+        const int beat = m_measure.beatTicks();
+        const int measure = static_cast<int>(m_measure.MeasureTicks);
+        return std::max(0, std::min(beat - m_beatPosition % beat, measure - m_beatPosition));
+    }
+
+    void advance(int ticks) {
+        m_beatPosition += ticks;
+        if (static_cast<float>(m_beatPosition) >= m_measure.MeasureTicks) m_beatPosition = 0;
+    }
+
+    ScoreSheet& m_sheet;
+    int m_last;
+    Measure m_measure;
+    int m_beatPosition = 0; // 32nds since the last barline
+};
+
+} // namespace
+
+Measure ReadMeasure(std::string_view payload) {
+    Measure measure;
+    measure.numerator = LeadingNumber(payload.substr(0, 3));
+    const auto slash = payload.find('/');
+    measure.denominator = slash == std::string_view::npos ? 0 : LeadingNumber(payload.substr(slash + 1, 2));
+    measure.CompoundMeasure = (measure.numerator >= 6 && measure.denominator == 8) ||
+                              (measure.numerator >= 12 && measure.denominator == 16);
+    if (measure.denominator == 0) return measure;
+    // Integer part of numerator / denominator x 32, in single precision.
+    const float ticks = static_cast<float>(measure.numerator) / static_cast<float>(measure.denominator) * 32.0f;
+    const float whole = static_cast<float>(static_cast<long>(ticks));
+    // No length at all (or a negative one from a damaged line) turns the bar check off.
+    measure.MeasureTicks = whole > 0.0f ? whole : kNoBarCheck;
+    return measure;
+}
+
+BeamMatch MatchBeamPattern(std::span<const int> durations, int room) {
+    if (durations.empty()) return {};
+    const PatternRange range = PatternsStartingWith(durations[0]);
+    for (int i = range.begin; i < range.end; ++i) {
+        const BeamPattern& row = kBeamPatterns[i];
+        const auto length = static_cast<std::size_t>(row.length());
+        if (length > durations.size() || row.sum() > room) continue;
+        if (!std::equal(row.durations.begin(), row.durations.begin() + static_cast<std::ptrdiff_t>(length),
+                        durations.begin()))
+            continue;
+        return {row.groupSize(), row.groupSize() > 1 ? row.closing : ' '};
+    }
+    return {};
+}
+
+void RhythmPass(ScoreSheet& sheet) { BeamWalk(sheet).run(); }
 
 } // namespace tahrir::core

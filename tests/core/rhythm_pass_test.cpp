@@ -1,0 +1,209 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/beam_patterns.h"
+#include "core/line_kind.h"
+#include "core/rhythm_pass.h"
+
+using namespace tahrir::core;
+
+namespace {
+
+std::string Note(int duration, const std::string& mark = "  ") {
+    std::string word = std::to_string(duration);
+    return "14" + std::string(3 - word.size(), ' ') + word + "  " + mark;
+}
+
+// A sheet with the fixed head (key signature, tempo, rhythm) and the music from line 4.
+ScoreSheet MakeSheet(const std::string& rhythm, const std::vector<std::string>& music) {
+    ScoreSheet sheet;
+    sheet[1] = "       G  ";
+    sheet[2] = "TEMPO 60";
+    sheet[3] = "RHYTM" + rhythm;
+    int index = 3;
+    for (const auto& line : music) sheet[++index] = line;
+    sheet.LastLine = index;
+    return sheet;
+}
+
+ScoreSheet NoteSheet(const std::string& rhythm, const std::vector<int>& durations) {
+    std::vector<std::string> music;
+    for (int d : durations) music.push_back(Note(d));
+    return MakeSheet(rhythm, music);
+}
+
+// Column 7 of the music lines ("|" for a line that is not a note, rest or barline).
+std::string Codes(const ScoreSheet& sheet) {
+    std::string out;
+    for (int i = 4; i <= sheet.LastLine; ++i) {
+        const char step = sheet[i].at(1);
+        out += step >= '0' && step <= '9' ? sheet[i].at(7) : '|';
+    }
+    return out;
+}
+
+std::string Beamed(const std::string& rhythm, const std::vector<int>& durations) {
+    ScoreSheet sheet = NoteSheet(rhythm, durations);
+    RhythmPass(sheet);
+    return Codes(sheet);
+}
+
+// The renderer's reading of a beam code: which second and third beams join a member to
+// the one before it. 'F' full, 'L' stub out of the earlier note, 'R' stub into the later.
+struct Joint {
+    char second;
+    char third;
+};
+
+Joint JointOf(char code, int level) {
+    // Beam kind by code, for an eighth, a 16th and a 32nd (the first kind of a flushing code).
+    static const std::pair<char, std::array<int, 3>> kinds[] = {
+        {'C', {10, 20, 30}}, {'e', {10, 20, 30}}, {'1', {11, 21, 31}}, {'2', {0, 22, 32}},
+        {'3', {0, 23, 33}},  {'4', {14, 24, 32}}, {'0', {26, 0, 0}},   {'5', {14, 24, 0}},
+        {'6', {36, 0, 21}},  {'7', {26, 0, 37}},  {'8', {0, 24, 0}},   {'9', {0, 24, 0}},
+        {'c', {15, 25, 35}}};
+    static const std::pair<int, Joint> drawn[] = {
+        {14, {'L', ' '}}, {20, {'F', ' '}}, {23, {'F', ' '}}, {25, {'F', ' '}}, {22, {'R', ' '}},
+        {24, {'F', 'L'}}, {26, {'L', 'L'}}, {30, {'F', 'F'}}, {33, {'F', 'F'}}, {35, {'F', 'F'}},
+        {31, {'F', ' '}}, {32, {'F', 'R'}}, {36, {'L', 'L'}}, {37, {'R', 'R'}}};
+    int kind = 0;
+    for (const auto& [c, k] : kinds)
+        if (c == code) kind = k[static_cast<std::size_t>(level - 1)];
+    for (const auto& [k, joint] : drawn)
+        if (k == kind) return joint;
+    return {' ', ' '};
+}
+
+// True when every note of the group gets exactly its own number of beams.
+bool DrawsCorrectly(const std::vector<int>& durations, const std::string& codes) {
+    const std::size_t n = durations.size();
+    std::vector<Joint> joints(n, Joint{' ', ' '});
+    for (std::size_t i = 1; i < n; ++i) joints[i] = JointOf(codes[i], BeamLevel(durations[i]));
+    for (std::size_t i = 0; i < n; ++i) {
+        for (int level = 2; level <= 3; ++level) {
+            auto at = [&](const Joint& j) { return level == 2 ? j.second : j.third; };
+            const bool fromLeft = i > 0 && (at(joints[i]) == 'F' || at(joints[i]) == 'R');
+            const bool toRight = i + 1 < n && (at(joints[i + 1]) == 'F' || at(joints[i + 1]) == 'L');
+            if ((fromLeft || toRight) != (level <= BeamLevel(durations[i]))) return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+TEST(BeamPatterns, EveryRowFitsABeatAndDrawsItsDurations) {
+    std::vector<std::array<int, 5>> seen;
+    for (const BeamPattern& row : kBeamPatterns) {
+        const int size = row.groupSize();
+        ASSERT_GE(size, 1);
+        ASSERT_LE(size, row.length());
+        EXPECT_LE(row.sum(), 12) << "no figure is longer than a compound beat";
+        for (int i = 0; i < row.length(); ++i) EXPECT_GT(BeamLevel(row.durations[static_cast<std::size_t>(i)]), 0);
+        EXPECT_EQ(std::count(seen.begin(), seen.end(), row.durations), 0) << "a figure listed twice";
+        seen.push_back(row.durations);
+        if (size < 2) continue;
+        const std::vector<int> group(row.durations.begin(), row.durations.begin() + size);
+        const std::string codes = std::string(static_cast<std::size_t>(size - 1), 'C') + row.closing;
+        EXPECT_NE(row.closing, 'C');
+        EXPECT_TRUE(DrawsCorrectly(group, codes)) << "figure starting " << group[0] << " of " << size
+                                                  << " closed by " << row.closing;
+    }
+}
+
+TEST(ReadMeasure, LengthAndCompoundTime) {
+    EXPECT_EQ(ReadMeasure("4/4").MeasureTicks, 32.0f);
+    EXPECT_EQ(ReadMeasure("3/8").MeasureTicks, 12.0f);
+    EXPECT_FALSE(ReadMeasure("3/8").CompoundMeasure);
+    EXPECT_TRUE(ReadMeasure("6/8").CompoundMeasure);
+    EXPECT_TRUE(ReadMeasure("12/16").CompoundMeasure);
+    EXPECT_FALSE(ReadMeasure("9/16").CompoundMeasure);
+    EXPECT_EQ(ReadMeasure("1/3").MeasureTicks, 10.0f) << "integer part of 10.67";
+    EXPECT_EQ(ReadMeasure("32/32").MeasureTicks, 32.0f);
+    EXPECT_EQ(ReadMeasure("4/0").MeasureTicks, kNoBarCheck);
+    EXPECT_EQ(ReadMeasure("0/4").MeasureTicks, kNoBarCheck);
+    EXPECT_EQ(ReadMeasure("M4/4").MeasureTicks, kNoBarCheck) << "six-letter spelling reads 0";
+    EXPECT_EQ(ReadMeasure("-3/4").MeasureTicks, kNoBarCheck);
+    EXPECT_EQ(ReadMeasure("").MeasureTicks, kNoBarCheck);
+}
+
+TEST(RhythmPass, CommonFiguresGroupByTheBeat) {
+    EXPECT_EQ(Beamed("4/4", {4, 4, 4, 4, 4, 4, 4, 4}), "CcCcCcCc");
+    EXPECT_EQ(Beamed("6/8", {4, 4, 4, 4, 4, 4}), "CCcCCc");
+    EXPECT_EQ(Beamed("2/4", {2, 2, 2, 2, 2, 2, 2, 2}), "CCCcCCCc");
+    EXPECT_EQ(Beamed("2/4", {6, 2, 2, 6}), "C2C4") << "dotted eighth with its sixteenth";
+    EXPECT_EQ(Beamed("2/4", {4, 2, 2, 2, 2, 4}), " CcCCc") << "eighth alone, then the 16ths beam";
+    // 2 + 4 fill six 32nds; the next eighth would cross into the second beat.
+    EXPECT_EQ(Beamed("4/4", {2, 4, 4, 2}), "C4  ");
+    EXPECT_EQ(Beamed("4/4", {8, 4, 4, 16}), " Cc ");
+    // 3/8 is not compound: a beat of 8, then what is left of the measure (4).
+    EXPECT_EQ(Beamed("3/8", {4, 4, 4, 4, 4, 4}), "Cc Cc ");
+    EXPECT_EQ(Beamed("1/8", {4, 4}), "  ") << "a measure of one eighth";
+    EXPECT_EQ(Beamed("4/0", {4, 4, 4, 4}), "CcCc") << "no bar check: beats of 8 run on";
+}
+
+TEST(RhythmPass, GroupsStopAtRestsBarlinesGraceNotesAndDirectives) {
+    ScoreSheet sheet = MakeSheet("2/4", {Note(4), "03  4    ", Note(4), "03 -1", Note(2), Note(2),
+                                         "14 -1", Note(2), Note(2), "TEMPO 90", Note(4), Note(4)});
+    RhythmPass(sheet);
+    // The barline restarts the count, so the 16ths after it are at the start of a beat.
+    EXPECT_EQ(Codes(sheet), "    Cc Cc|Cc");
+}
+
+TEST(RhythmPass, TupletTakesTheTimeOfItsLastNotes) {
+    // Three eighths marked "L3" fill one beat of 2/4; the next two eighths fill the other.
+    ScoreSheet sheet = MakeSheet("2/4", {Note(4, "L3"), Note(4), Note(4), Note(4), Note(4)});
+    RhythmPass(sheet);
+    EXPECT_EQ(Codes(sheet), "CCcCc");
+    // A tuplet is never part of a group that begins before it.
+    ScoreSheet before = MakeSheet("2/4", {Note(2), Note(2, "L3"), Note(2), Note(2), Note(4)});
+    RhythmPass(before);
+    EXPECT_EQ(Codes(before), " CCc ") << "16th alone, the triplet, then an eighth alone";
+}
+
+TEST(RhythmPass, StoredCodesAreBlankedAndOtherColumnsKept) {
+    ScoreSheet sheet = MakeSheet("4/4", {"14  8 C TR", "03  8 e", "14  4 7", "14  4 C", "L_abcdefgh",
+                                         "TEMPO 120"});
+    sheet[1] = "DBSKNDBG  ";
+    RhythmPass(sheet);
+    EXPECT_EQ(sheet[1].text(), "DBSKNDBG  ") << "column 7 of line 1 is the key signature's Si";
+    EXPECT_EQ(sheet[4].text(), "14  8   TR");
+    EXPECT_EQ(sheet[5].text(), "03  8  ");
+    EXPECT_EQ(sheet[6].text(), "14  4 C") << "recomputed, not kept";
+    EXPECT_EQ(sheet[7].text(), "14  4 c");
+    EXPECT_EQ(sheet[8].text(), "L_abcdefgh");
+    EXPECT_EQ(sheet[9].text(), "TEMPO 120");
+}
+
+TEST(RhythmPass, RhythmChangesMidScore) {
+    const std::string eighths[] = {Note(4), Note(4), Note(4), Note(4), Note(4), Note(4)};
+    auto run = [&](const std::string& change) {
+        std::vector<std::string> music(std::begin(eighths), std::end(eighths));
+        music.push_back("03 -1");
+        music.push_back(change);
+        music.insert(music.end(), std::begin(eighths), std::end(eighths));
+        ScoreSheet sheet = MakeSheet("3/8", music);
+        RhythmPass(sheet);
+        return Codes(sheet);
+    };
+    // 3/8 beams 8 + 4: two eighths, then one alone.
+    EXPECT_EQ(run("RHYTM6/8"), "Cc Cc  |CCcCCc");
+    EXPECT_EQ(run("RHITM6/8"), "Cc Cc  |CCcCCc");
+    EXPECT_EQ(run("RHYTHM6/8"), "Cc Cc  |CcCcCc") << "six letters: numerator 0, bar check off";
+    EXPECT_EQ(run("RHITHM6/8"), "Cc Cc  |Cc Cc ") << "not a rhythm change here: 3/8 goes on";
+}
+
+TEST(RhythmPass, FullSheetAndRepeatedRuns) {
+    std::vector<int> durations(MaxLines - 3, 4);
+    ScoreSheet sheet = NoteSheet("4/4", durations);
+    ASSERT_EQ(sheet.LastLine, MaxLines);
+    RhythmPass(sheet);
+    const std::string first = Codes(sheet);
+    EXPECT_EQ(first.find("CC"), std::string::npos);
+    EXPECT_NE(first.back(), 'C') << "the look-ahead stops at the last line";
+    RhythmPass(sheet);
+    EXPECT_EQ(Codes(sheet), first);
+}
