@@ -1,8 +1,281 @@
+// Editing: feeds key tokens to the score view's key handler and saves the result.
+
+#include <cstdio>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <sstream>
+
 #include "cli/cli_args.h"
 #include "cli/commands.h"
+#include "core/app_folder.h"
+#include "core/cp1256.h"
+#include "core/line_kind.h"
+#include "core/load_file.h"
+#include "core/page_store.h"
+#include "core/score_writer.h"
+#include "core/session.h"
+#include "edit/editor.h"
+#include "edit/file_undo_pages.h"
+#include "edit/key_codes.h"
+#include "play/midi_out.h"
+#include "play/note_player.h"
+#include "play/play_state.h"
+#include "render/page_layout.h"
 
 namespace tahrir::cli {
 
-int RunType(const Argv&) { return Fail(ExitUsage, "this command is not available yet"); }
+namespace {
+
+using edit::Editor;
+
+// The page layout of the renderer, as the editor asks for it after each command.
+class RenderLayout : public edit::LayoutService {
+public:
+    edit::LayoutFacts relayout(const core::ScoreSheet& sheet, core::PositionTable& positions) override {
+        const render::LayoutResult result = render::RefreshView(sheet, m_options);
+        positions = result.positions;
+        edit::LayoutFacts facts;
+        facts.measureCount = result.MeasureNumber + 1;
+        facts.leftMargin = m_options.LeftMargin;
+        // The walk leaves the last rhythm word it read.
+        for (int i = 3; i <= sheet.LastLine; ++i) {
+            const std::string& text = sheet[i].text();
+            if (core::IsRhythmLine(text)) facts.rhythmWord = text.substr(0, text.find(' '));
+        }
+        return facts;
+    }
+
+private:
+    render::LayoutOptions m_options;
+};
+
+// Sounds typed notes through the player's audition and keeps what was sounded.
+class RecordingAuditioner : public edit::Auditioner {
+public:
+    RecordingAuditioner() : m_player(m_midi, m_state, m_controls) {}
+    void soundNote(const edit::NoteSound& note) override {
+        const char accidental = note.accidental.size() >= 3 ? note.accidental[2] : ' ';
+        if (const auto sounded = m_player.auditionNote(note.step, note.octave, accidental))
+            sounded_.push_back(*sounded);
+    }
+    const std::vector<play::AuditionedNote>& sounded() const { return sounded_; }
+
+private:
+    play::MidiOut m_midi;
+    play::RunState m_state;
+    play::PlayControls m_controls;
+    play::NotePlayer m_player;
+    std::vector<play::AuditionedNote> sounded_;
+};
+
+// Input boxes answered in order from --answers; message boxes collected.
+class AnswerHost : public edit::EditorHost {
+public:
+    explicit AnswerHost(std::vector<std::string> answers) : m_answers(std::move(answers)) {}
+    std::optional<std::string> inputBox(const std::string&, const std::string&) override {
+        if (m_next >= m_answers.size()) return std::nullopt;
+        return core::Utf8ToCp1256(m_answers[m_next++]);
+    }
+    void messageBox(const std::string& text) override { messages.push_back(text); }
+    std::vector<std::string> messages;
+
+private:
+    std::vector<std::string> m_answers;
+    std::size_t m_next = 0;
+};
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    std::string part;
+    std::istringstream in(text);
+    while (std::getline(in, part, separator)) parts.push_back(part);
+    if (!text.empty() && text.back() == separator) parts.emplace_back();
+    return parts;
+}
+
+const std::map<std::string, int>& NamedKeys() {
+    using namespace edit::Key;
+    static const std::map<std::string, int> keys = {
+        {"Enter", Enter},   {"Ins", Ins},           {"Del", Del},         {"Backspace", Backspace},
+        {"Esc", Esc},       {"Space", Space},       {"Left", Left},       {"Right", Right},
+        {"Up", Up},         {"Down", Down},         {"Home", Home},       {"End", End},
+        {"PageUp", PageUp}, {"PageDown", PageDown}, {"Grave", Grave},     {"Equals", Equals},
+        {"Comma", Comma},   {"Period", Period},     {"NumPlus", NumPlus}, {"NumMinus", NumMinus},
+    };
+    return keys;
+}
+
+std::optional<int> KeyCode(const std::string& name) {
+    if (name.size() == 1 && ((name[0] >= 'A' && name[0] <= 'Z') || (name[0] >= '0' && name[0] <= '9')))
+        return static_cast<int>(name[0]);
+    if (name.size() >= 2 && name.size() <= 3 && name[0] == 'F') {
+        const std::string digits = name.substr(1);
+        if (digits.find_first_not_of("0123456789") == std::string::npos) {
+            const int n = std::stoi(digits);
+            if (n >= 1 && n <= 12) return edit::Key::F(n);
+        }
+    }
+    const auto it = NamedKeys().find(name);
+    return it == NamedKeys().end() ? std::nullopt : std::optional<int>(it->second);
+}
+
+std::optional<int> Number(const std::string& text) {
+    if (text.empty() || text.size() > 6 || text.find_first_not_of("0123456789") != std::string::npos)
+        return std::nullopt;
+    return std::stoi(text);
+}
+
+void Band(Editor& editor, int from, int to) {
+    const auto& a = editor.labels[static_cast<std::size_t>(from)];
+    const auto& b = editor.labels[static_cast<std::size_t>(to)];
+    editor.picMouseDown(a.left, a.top);
+    editor.picMouseMove(b.left, b.top, true);
+    editor.picMouseUp();
+}
+
+// One parsed token: a key press, a label click, a band or a palette click.
+struct Action {
+    enum Kind { KeyPress, Click, BandDrag, PaletteClick } kind = KeyPress;
+    int a = 0;     // key code, line, first line of the band, palette entry
+    int b = 0;     // last line of the band
+    int shift = 0; // shift state
+};
+
+std::optional<Action> ParseToken(const std::string& token) {
+    const auto colon = token.find(':');
+    if (colon != std::string::npos) {
+        const std::string kind = token.substr(0, colon), arg = token.substr(colon + 1);
+        if (kind == "Band") {
+            const auto dash = arg.find('-');
+            if (dash == std::string::npos) return std::nullopt;
+            const auto a = Number(arg.substr(0, dash)), b = Number(arg.substr(dash + 1));
+            if (!a || !b || *a < 1 || *b < 1 || *a > core::MaxLines || *b > core::MaxLines)
+                return std::nullopt;
+            return Action{Action::BandDrag, *a, *b, 0};
+        }
+        static const std::map<std::string, std::pair<Action::Kind, int>> kinds = {
+            {"Click", {Action::Click, 0}},          {"ShiftClick", {Action::Click, 1}},
+            {"Palette", {Action::PaletteClick, 0}}, {"ShiftPalette", {Action::PaletteClick, 1}},
+            {"CtrlPalette", {Action::PaletteClick, 2}}};
+        const auto it = kinds.find(kind);
+        const auto n = Number(arg);
+        if (it == kinds.end() || !n) return std::nullopt;
+        return Action{it->second.first, *n, 0, it->second.second};
+    }
+    static const std::pair<const char*, int> kModifiers[] = {
+        {"Ctrl+Shift+", 3}, {"Shift+", 1}, {"Ctrl+", 2}, {"Alt+", 4}};
+    int shift = 0;
+    std::string name = token;
+    for (const auto& [prefix, state] : kModifiers) {
+        const std::string p = prefix;
+        if (name.rfind(p, 0) == 0) {
+            shift = state;
+            name = name.substr(p.size());
+            break;
+        }
+    }
+    const auto code = KeyCode(name);
+    if (!code) return std::nullopt;
+    return Action{Action::KeyPress, *code, 0, shift};
+}
+
+void Run(Editor& editor, const Action& action) {
+    switch (action.kind) {
+    case Action::KeyPress: editor.keyPress(action.a, action.shift); break;
+    case Action::Click: editor.labelMouseDown(action.a, 1, action.shift); break;
+    case Action::BandDrag: Band(editor, action.a, action.b); break;
+    case Action::PaletteClick: editor.paletteClick(action.a, action.shift); break;
+    }
+}
+
+std::string Json(std::string_view text) {
+    std::string out = "\"";
+    for (const char c : text) {
+        const auto u = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            out += '\\';
+            out += c;
+        } else if (u < 0x20) {
+            char buffer[8];
+            std::snprintf(buffer, sizeof buffer, "\\u%04x", u);
+            out += buffer;
+        } else {
+            out += c;
+        }
+    }
+    return out + "\"";
+}
+
+void PrintState(Editor& editor, const AnswerHost& host, const RecordingAuditioner& audio) {
+    const core::Document& doc = editor.document();
+    std::ostringstream out;
+    out << "{\"currentLine\": " << doc.Sheet.CurrentLine << ", \"lastLine\": " << doc.Sheet.LastLine
+        << ", \"selStart\": " << editor.SelStart << ", \"selEnd\": " << editor.SelEnd
+        << ", \"undoIndex\": " << doc.UndoIndex << ", \"undoTop\": " << doc.UndoTop
+        << ", \"pen\": " << Json(core::Cp1256ToUtf8(doc.Sheet.PenLine().text())) << ", \"lit\": [";
+    bool first = true;
+    for (int i = 0; i < edit::PaletteSize; ++i) {
+        if (!editor.lit.test(static_cast<std::size_t>(i))) continue;
+        out << (first ? "" : ", ") << i;
+        first = false;
+    }
+    out << "], \"messages\": [";
+    for (std::size_t i = 0; i < host.messages.size(); ++i)
+        out << (i ? ", " : "") << Json(core::Cp1256ToUtf8(host.messages[i]));
+    out << "], \"sounded\": [";
+    for (std::size_t i = 0; i < audio.sounded().size(); ++i)
+        out << (i ? ", " : "") << '[' << audio.sounded()[i].note << ", " << audio.sounded()[i].channel << ']';
+    out << "]}\n";
+    std::cout << out.str();
+}
+
+} // namespace
+
+int RunType(const Argv& argv) {
+    Args args(argv, {{"--keys", "--answers"}, {"--json"}});
+    if (!args.ok()) return Fail(ExitUsage, args.error());
+    const auto out = args.value("-o");
+    if (args.positional().size() != 1 || !out)
+        return Fail(ExitUsage, "usage: type FILE.srv [--keys \"TOKENS\"] [--answers \"A1|A2|...\"] -o OUT.srv [--json]");
+    // Tokens are checked before anything is loaded, so that a typing error costs nothing.
+    std::vector<Action> actions;
+    for (const std::string& t : Split(args.value("--keys").value_or(""), ' ')) {
+        if (t.empty()) continue;
+        const auto action = ParseToken(t);
+        if (!action) return Fail(ExitUsage, "unknown key token \"" + t + "\"");
+        actions.push_back(*action);
+    }
+    const std::string answers = args.value("--answers").value_or("");
+    AnswerHost host(answers.empty() ? std::vector<std::string>() : Split(answers, '|'));
+
+    const core::AppFolderResult folder = core::PrepareAppFolder(args.value("--app-folder"));
+    if (!folder.error.empty()) return Fail(ExitIo, folder.error);
+    core::Session session;
+    core::StartSession(session, folder.folder);
+    core::PageStore store(core::PageStore::PathIn(folder.folder));
+    core::Document doc;
+    const std::string file = args.positional()[0];
+    const core::OpenResult opened = core::OpenScoreFile(doc, session, &store, file);
+    if (!opened.load.loaded()) {
+        const std::string why = opened.message ? *opened.message : opened.load.message;
+        return Fail(ExitIo, (why.empty() ? "Can't read" : why) + " (" + file + ")");
+    }
+
+    RenderLayout layout;
+    RecordingAuditioner audio;
+    edit::MemoryClipboard clipboard;
+    edit::FileUndoPages pages(core::PageStore::PathIn(folder.folder));
+    Editor editor(doc, {&layout, &audio, &clipboard, &host, &pages}, folder.folder);
+    editor.documentReplaced();
+    editor.editorClick();
+    for (const Action& action : actions) Run(editor, action);
+    if (!pages.error().empty()) Fail(ExitOk, "warning: " + pages.error());
+
+    const core::SaveResult saved = core::SaveImage(doc, *out);
+    if (!saved.ok) return Fail(ExitIo, saved.message);
+    if (args.flag("--json")) PrintState(editor, host, audio);
+    return std::cout.flush() ? ExitOk : ExitIo;
+}
 
 } // namespace tahrir::cli

@@ -160,9 +160,10 @@ void Editor::relayout() {
                                                  std::max(LastLine(), 0))] / 10) + 1);
 }
 
+// Sounds the line a command is about to store: the text in RCDTxt.
 void Editor::soundPen() {
     if (!m_services.auditioner || m_services.auditioner->busy()) return;
-    const core::ScoreLine& pen = PenLine();
+    const core::ScoreLine pen(RCDTxt);
     const char stepChar = pen.at(1);
     NoteSound note;
     note.step = std::isdigit(static_cast<unsigned char>(stepChar)) ? stepChar - '0' : 0;

@@ -62,6 +62,8 @@ TEST_F(LineCommands, InsertKeepsTheCursorOnTheOldLineOrStandsOnTheNewOne) {
     key(Key::F(2)); // a directive goes in before the cursor line
     EXPECT_EQ(trimmed(6), "REP{");
     EXPECT_EQ(current(), 7);
+    ASSERT_EQ(audio.notes.size(), 2u); // the stored line is offered, flagged as no pitch
+    EXPECT_EQ(audio.notes[1].pitched, 0);
 }
 
 TEST_F(LineCommands, DeleteNeverTakesLineFour) {
