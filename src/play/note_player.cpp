@@ -277,6 +277,7 @@ void NotePlayer::PlayEvent(int note, double seconds, EventMode mode, int channel
     }
     if (seconds == 0) return;
     waitSounding();
+    if (m_clock->interrupted()) return; // stopped while waiting: nothing more sounds
     if (m_observer && m_line > 3) m_observer->lineSounded(m_line);
     if (!TieHold) {
         if (note > 0 && mode == EventMode::Stop) {

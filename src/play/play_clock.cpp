@@ -1,5 +1,6 @@
 #include "play/play_clock.h"
 
+#include <algorithm>
 #include <thread>
 
 namespace tahrir::play {
@@ -7,6 +8,8 @@ namespace tahrir::play {
 namespace {
 // The scheduler may wake this late; the rest is waited for with yields.
 constexpr auto kWakeEarly = std::chrono::microseconds(1500);
+// Long waits sleep in slices so that Stop is seen within one.
+constexpr auto kSlice = std::chrono::milliseconds(20);
 } // namespace
 
 void RealtimeClock::start() { m_origin = Clock::now(); }
@@ -14,8 +17,11 @@ void RealtimeClock::start() { m_origin = Clock::now(); }
 void RealtimeClock::waitUntil(double seconds) {
     const auto due = m_origin + std::chrono::duration_cast<Clock::duration>(
                                     std::chrono::duration<double>(seconds));
-    if (due - Clock::now() > kWakeEarly) std::this_thread::sleep_until(due - kWakeEarly);
-    while (Clock::now() < due) std::this_thread::yield();
+    while (due - Clock::now() > kWakeEarly) {
+        if (interrupted()) return;
+        std::this_thread::sleep_until(std::min(due - kWakeEarly, Clock::now() + kSlice));
+    }
+    while (Clock::now() < due && !interrupted()) std::this_thread::yield();
 }
 
 void RealtimeClock::pauseFor(double seconds) {

@@ -4,7 +4,9 @@ namespace tahrir::play {
 
 Player::Player(MidiSink* sink)
     : m_midi(sink), m_notes(m_midi, m_state, m_controls),
-      m_scheduler(m_midi, m_notes, m_state, m_controls), m_timer([this] { timerLoop(); }) {}
+      m_scheduler(m_midi, m_notes, m_state, m_controls), m_timer([this] { timerLoop(); }) {
+    m_clock.setInterrupt(&m_controls.StopRequest);
+}
 
 Player::~Player() {
     stop();
