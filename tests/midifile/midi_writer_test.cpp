@@ -4,7 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <random>
+#include <cstdlib>
 
 #include "midifile/midi_reader.h"
 #include "temp_folder.h"
@@ -162,6 +162,29 @@ TEST(MidiWriter, TestMidComesFromTheLogInTheAppFolder) {
 
     std::ofstream(folder.path() / EventLogName) << "9999,60,3,100\r\n";
     EXPECT_NE(WriteTestMid(folder.path(), 60), "");
+}
+
+TEST(MidiWriter, PlayLogOfADemoScoreMatchesItsGoldenFile) {
+    // The log of a play run of the Shur demo at 90 beats; the golden file is refreshed
+    // only with TAHRIR_UPDATE_GOLDEN=1.
+    const std::filesystem::path data = std::filesystem::path(TAHRIR_TEST_DATA) / "midifile";
+    const EventLog log = ReadEventLog(data / "shur_daramad.log");
+    ASSERT_EQ(log.records.size(), 384u);
+    EXPECT_EQ(log.skippedLines, 0);
+    const WriteResult r = WriteMidiFile(log.records, 90);
+    ASSERT_TRUE(r.ok()) << r.error;
+    const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN");
+    if (update != nullptr && std::string(update) == "1") test::WriteBytes(data / "shur_daramad.mid", r.bytes);
+    EXPECT_EQ(r.bytes, test::ReadBytes(data / "shur_daramad.mid"));
+    // Koron and sori notes come out as their plain keys, all on channel 0.
+    DumpList dump;
+    const MidiFileInfo info = ReadMidiBytes(r.bytes, dump);
+    ASSERT_TRUE(info.complete());
+    EXPECT_EQ(info.MidiTracks[0].size(), 192u);
+    for (const std::string& line : dump.lines)
+        if (line.find("Note") != std::string::npos) {
+            ASSERT_NE(line.find(" ch=1 "), std::string::npos) << line;
+        }
 }
 
 } // namespace

@@ -68,6 +68,17 @@ TEST(MidiCsv, ReadsTheExactFileInEveryTempoForm) {
     EXPECT_EQ(Count(rows, "1, 720, Note_off_c, 0, 63, 32"), 1u);
 }
 
+TEST(MidiCsv, ReadsTheGoldenExportOfADemoScore) {
+    if (!HaveTools()) GTEST_SKIP() << "midicsv is not installed";
+    const test::TempFolder folder;
+    const auto golden = std::filesystem::path(TAHRIR_TEST_DATA) / "midifile" / "shur_daramad.mid";
+    const auto rows = MidiCsv(folder, test::ReadBytes(golden));
+    ASSERT_FALSE(rows.empty());
+    EXPECT_EQ(Count(rows, "1, 0, Tempo, 666666"), 1u);
+    EXPECT_EQ(Count(rows, ", Note_on_c, 0, "), 192u);
+    EXPECT_EQ(Count(rows, ", Note_off_c, 0, "), 192u);
+}
+
 TEST(MidiCsv, ReadsTheMicrotonalFile) {
     if (!HaveTools()) GTEST_SKIP() << "midicsv is not installed";
     const test::TempFolder folder;
