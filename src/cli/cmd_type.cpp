@@ -21,7 +21,12 @@
 #include "play/midi_out.h"
 #include "play/note_player.h"
 #include "play/play_state.h"
+#if __has_include("render/page_layout.h")
 #include "render/page_layout.h"
+#define TAHRIR_HAVE_RENDER 1
+#else
+#include "edit/basic_layout.h"
+#endif
 
 namespace tahrir::cli {
 
@@ -29,6 +34,7 @@ namespace {
 
 using edit::Editor;
 
+#ifdef TAHRIR_HAVE_RENDER
 // The page layout of the renderer, as the editor asks for it after each command.
 class RenderLayout : public edit::LayoutService {
 public:
@@ -49,6 +55,9 @@ public:
 private:
     render::LayoutOptions m_options;
 };
+#else
+using RenderLayout = edit::BasicLayout; // until the renderer is part of the build
+#endif
 
 // Sounds typed notes through the player's audition and keeps what was sounded.
 class RecordingAuditioner : public edit::Auditioner {
