@@ -45,12 +45,15 @@ constexpr const char* MetaTextNames[8] = {
 } // namespace
 
 void AppendDumpPrefix(std::string& line, double ms, int track) {
+    // Seconds with three decimals, halves rounded away from zero as the "0.000" format does.
+    const long long whole = std::isfinite(ms) && ms >= 0 && ms < 1e15 ? std::llround(ms) : 0;
     line += "t  ";
-    char buffer[40];
-    const double seconds = std::isfinite(ms) ? ms / 1000 : 0;
-    const auto result =
-        std::to_chars(buffer, buffer + sizeof buffer, seconds, std::chars_format::fixed, 3);
-    line.append(buffer, result.ec == std::errc{} ? result.ptr : buffer);
+    AppendInt(line, whole / 1000);
+    const int frac = static_cast<int>(whole % 1000);
+    line += '.';
+    line += static_cast<char>('0' + frac / 100);
+    line += static_cast<char>('0' + frac / 10 % 10);
+    line += static_cast<char>('0' + frac % 10);
     line += "s  Tr";
     AppendInt(line, track);
     line += "  ";
