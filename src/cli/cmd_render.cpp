@@ -1,10 +1,152 @@
+// Drawing: the page as an image, PDF, SVG or DXF, and the position table as JSON.
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
 #include "cli/cli_args.h"
 #include "cli/commands.h"
+#include "core/app_folder.h"
+#include "core/load_file.h"
+#include "core/session.h"
+#include "render/page_layout.h"
+#include "render/painter_backend.h"
 
 namespace tahrir::cli {
 
-int RunRender(const Argv&) { return Fail(ExitUsage, "this command is not available yet"); }
+namespace {
 
-int RunLayout(const Argv&) { return Fail(ExitUsage, "this command is not available yet"); }
+using namespace tahrir::core;
+using namespace tahrir::render;
+
+// Loads FILE as the open command does, without an undo store. 0 or the exit code.
+int LoadForDrawing(const Args& args, const std::string& file, Document& doc,
+                   Session& session) {
+    const AppFolderResult folder = PrepareAppFolder(args.value("--app-folder"));
+    if (!folder.error.empty()) return Fail(ExitIo, folder.error);
+    StartSession(session, folder.folder);
+    const OpenResult opened = OpenScoreFile(doc, session, nullptr, file);
+    if (!opened.load.loaded()) {
+        const std::string why = opened.message ? *opened.message
+                                : opened.load.message.empty() ? "Can't read " + file
+                                                              : opened.load.message;
+        return Fail(ExitIo, why + (why.find(file) == std::string::npos ? " (" + file + ")" : ""));
+    }
+    // The painter finds the music font in the data folder, else in the shipped data.
+    if (std::getenv("TAHRIR_DATA_DIR") == nullptr) {
+        std::filesystem::path dir = folder.folder;
+        if (!std::filesystem::exists(dir / "fonts" / "bravura.otf")) dir = ShippedDataFolder();
+        if (!dir.empty()) setenv("TAHRIR_DATA_DIR", dir.string().c_str(), 0);
+    }
+    return ExitOk;
+}
+
+// --view, --zoom and --width-units into layout options; the error text when one is bad.
+std::string ReadView(Args& args, LayoutOptions& options) {
+    if (const auto view = args.value("--view")) {
+        if (*view != "page" && *view != "working") return "--view takes page or working";
+        options.ViewMode = *view == "working" ? 1 : 0;
+    }
+    const auto zoom = args.number("--zoom");
+    const auto width = args.number("--width-units");
+    if (!args.ok()) return args.error();
+    if (zoom) {
+        if (*zoom <= 0 || *zoom > 30) return "--zoom takes a number above 0 and up to 30";
+        options.ZoomBase = *zoom;
+    }
+    if (width) {
+        if (*width <= 0 || *width > 500) return "--width-units takes a number above 0 and up to 500";
+        options.PageWidthUnits = *width;
+    }
+    return {};
+}
+
+std::string Number(double v) {
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%.4g", v);
+    return buf;
+}
+
+void WriteLayoutJson(std::ostream& out, const LayoutResult& r, int lastLine) {
+    out << "{\"rows\": " << r.rows << ", \"rowRatios\": [";
+    for (int i = 1; i <= r.rows && i < static_cast<int>(r.RowRatios.size()); ++i)
+        out << (i > 1 ? ", " : "") << Number(r.RowRatios[i]);
+    out << "], \"measures\": [";
+    bool first = true;
+    for (const MeasureLabel& m : r.measures) {
+        if (m.number <= 0) continue;
+        out << (first ? "" : ", ") << "{\"number\": " << m.number << ", \"x\": " << Number(m.x)
+            << ", \"y\": " << Number(m.y) << ", \"visible\": " << (m.visible ? "true" : "false")
+            << '}';
+        first = false;
+    }
+    out << "], \"lines\": [";
+    for (int i = 1; i <= lastLine; ++i) {
+        out << (i > 1 ? ", " : "") << "{\"index\": " << i
+            << ", \"x\": " << Number(r.positions.LinePosX[i])
+            << ", \"y\": " << Number(r.positions.LinePosY[i]) << '}';
+    }
+    out << "]}\n";
+}
+
+} // namespace
+
+int RunRender(const Argv& argv) {
+    Args args(argv, {{"-o", "--view", "--zoom", "--width-units"}, {"--print"}});
+    if (!args.ok()) return Fail(ExitUsage, args.error());
+    const auto out = args.value("-o");
+    if (args.positional().size() != 1 || !out)
+        return Fail(ExitUsage, "usage: render FILE.srv -o OUT.(png|pdf|svg|dxf) [--view "
+                               "page|working] [--zoom Z] [--width-units W] [--print]");
+    LayoutOptions options;
+    if (const std::string bad = ReadView(args, options); !bad.empty()) return Fail(ExitUsage, bad);
+    const std::filesystem::path target(*out);
+    std::string ext = target.extension().string();
+    for (char& c : ext) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (ext != ".png" && ext != ".pdf" && ext != ".svg" && ext != ".dxf")
+        return Fail(ExitUsage, "the output must end in .png, .pdf, .svg or .dxf");
+
+    Document doc;
+    Session session;
+    if (const int rc = LoadForDrawing(args, args.positional()[0], doc, session); rc != ExitOk)
+        return rc;
+    options.ChPrint = args.flag("--print");
+    options.DxfEnabled = ext == ".dxf";
+    options.ScoreFileName = std::filesystem::path(args.positional()[0]).filename().string();
+    options.Description = doc.Description;
+    options.TextFontName = session.TextFontName;
+    options.StoredTempo = doc.InitialTempo;
+    const LayoutResult layout = RefreshView(doc.Sheet, options);
+    if (ext == ".dxf") {
+        std::ofstream file(target, std::ios::binary);
+        file << layout.dxf;
+        if (!file) return Fail(ExitIo, "cannot write " + target.string());
+        return ExitOk;
+    }
+    ImageOptions image;
+    image.print = options.ChPrint;
+    const std::string error = WritePage(layout, target, image);
+    return error.empty() ? ExitOk : Fail(ExitIo, error);
+}
+
+int RunLayout(const Argv& argv) {
+    Args args(argv, {{"--view", "--zoom", "--width-units"}, {"--json"}});
+    if (!args.ok()) return Fail(ExitUsage, args.error());
+    if (args.positional().size() != 1 || !args.flag("--json"))
+        return Fail(ExitUsage, "usage: layout FILE.srv --json [--view page|working]");
+    LayoutOptions options;
+    if (const std::string bad = ReadView(args, options); !bad.empty()) return Fail(ExitUsage, bad);
+    Document doc;
+    Session session;
+    if (const int rc = LoadForDrawing(args, args.positional()[0], doc, session); rc != ExitOk)
+        return rc;
+    options.TextFontName = session.TextFontName;
+    options.StoredTempo = doc.InitialTempo;
+    const LayoutResult layout = RefreshView(doc.Sheet, options);
+    WriteLayoutJson(std::cout, layout, doc.Sheet.LastLine);
+    return ExitOk;
+}
 
 } // namespace tahrir::cli

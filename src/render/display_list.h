@@ -1,0 +1,51 @@
+#pragma once
+// What the layout walk draws, in staff units (y grows downward), before any back end
+// turns it into pixels, PDF, SVG or DXF.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tahrir::render {
+
+enum class ItemKind : std::uint8_t { Glyph, Stroke, Arc, Text, MeasureLabel };
+// Stroke widths follow the drawing width the renderer sets around notes and beams.
+enum class WidthClass : std::uint8_t { Normal, Stem, Beam };
+enum class FontRole : std::uint8_t { Music, Text };
+
+inline constexpr std::uint32_t kBlack = 0x000000;
+inline constexpr std::uint32_t kRed = 0xFF0000;  // over-full measure, current line
+inline constexpr std::uint32_t kBlue = 0x0000FF; // measure numbers
+
+// Targets an item goes to: the screen picture, the print target, or both.
+enum Target : std::uint8_t { OnScreen = 1, OnPrint = 2, OnBoth = 3 };
+
+struct DisplayItem {
+    ItemKind kind = ItemKind::Glyph;
+    int line = 0; // sheet index the item belongs to, 0 for none
+    // Glyph and text: pen position (top left of the text cell). Stroke: from (x, y) to
+    // (x2, y2). Arc: centre (x, y), radius x2, angles a0..a1 in radians.
+    double x = 0, y = 0, x2 = 0, y2 = 0;
+    double a0 = 0, a1 = 0;
+    double size = 1; // font size as a share of the music font size (4 staff units)
+    WidthClass width = WidthClass::Normal;
+    FontRole font = FontRole::Music;
+    bool dashed = false;
+    bool visible = true;
+    bool stemDown = false; // beamed head whose stem hangs down
+    std::uint8_t target = OnScreen;
+    std::uint32_t colour = kBlack;
+    std::string text; // glyph codes (code page 1256 bytes) or UTF-8 text
+};
+
+struct DisplayList {
+    std::vector<DisplayItem> items;
+    double widthUnits = 0;  // the picture's width in staff units
+    double heightUnits = 0; // the picture's height in staff units
+
+    void clear() { items.clear(); }
+    // One line per item, numbers to two decimals: the form golden tests compare.
+    std::string dump() const;
+};
+
+} // namespace tahrir::render

@@ -1,0 +1,367 @@
+// Notes, rests, accidentals, dots, ledger lines and beams of the layout walk.
+
+#include <cmath>
+#include <cstring>
+
+#include "core/line_kind.h"
+#include "render/page_walk.h"
+
+namespace tahrir::render {
+
+namespace {
+
+// Screen glyphs, stem places and lengths, advances, dot offsets and the DXF head letter.
+constexpr NoteShape kWhole{32, "w", "w", 0, 0, 0, 8, 2, 0, "d"};
+constexpr NoteShape kHalf{16, "h", "H", 1.64, 0.27, 3.2, 4, 2, 0, "e"};
+constexpr NoteShape kQuarter{8, "q", "Q", 1.34, 0.27, 3.2, 4, 1.2, 0, "r"};
+constexpr NoteShape kEighth{4, "e", "E", 1.34, 0.27, 3.2, 3, 1.2, 1, "r"};
+constexpr NoteShape kSixteenth{2, "x", "X", 1.34, 0.27, 3.2, 3, 1.2, 2, "r"};
+constexpr NoteShape kThirtySecond{1, "r", "R", 1.34, 0.27, 3.5, 3, 1.2, 3, "r"};
+constexpr NoteShape kGrace{-1, "g", "G", 1.64, 0.27, 3.2, 2, 0, 0, "e"};
+
+struct DurationRow {
+    int ticks;
+    const NoteShape* shape;
+    bool dotted;
+};
+constexpr DurationRow kDurations[] = {
+    {1, &kThirtySecond, false}, {2, &kSixteenth, false}, {3, &kSixteenth, true},
+    {4, &kEighth, false},       {6, &kEighth, true},     {8, &kQuarter, false},
+    {12, &kQuarter, true},      {16, &kHalf, false},     {20, &kHalf, true},
+    {24, &kHalf, true},         {28, &kHalf, true},      {32, &kWhole, false},
+    {48, &kWhole, true},
+};
+
+const DurationRow* FindDuration(int ticks) {
+    for (const auto& row : kDurations)
+        if (row.ticks == ticks) return &row;
+    return nullptr;
+}
+
+// Rests: screen y below the staff base, DXF y, advance, dot offset, glyph, DXF letters.
+struct RestShape {
+    const NoteShape* family;
+    double y, dxfY, advance, dotOffset;
+    const char* glyph;
+    int dxfCount;
+    const char* dxfLetter;
+};
+constexpr RestShape kRests[] = {
+    {&kWhole, -8.3, 0.6, 8, 1.4, "-", 1, "j"},
+    {&kHalf, -7.6, 1.26, 6, 1.4, "-", 1, "j"},
+    {&kQuarter, -7.5, 1.2, 4, 1.2, "D", 1, "l"},
+    {&kEighth, -8, 0.9, 3, 1.2, "a", 1, "m"},
+    {&kSixteenth, -7.5, 0.9, 3, 1.2, "d", 2, "m"},
+    {&kThirtySecond, -7, 0.9, 3, 1.2, "\xAE", 3, "m"},
+};
+
+// Beam kinds by beam code for the eighth, 16th and 32nd; 'F' closes the group there and
+// the kind after it opens the next one with the same note.
+struct BeamWord {
+    char code;
+    const char* kinds[3];
+};
+constexpr BeamWord kBeamWords[] = {
+    {'C', {"10", "20", "30"}},     {'e', {"10", "20", "30"}},
+    {'1', {"11", "21", "31"}},     {'2', {"10", "22", "32"}},
+    {'3', {"10", "23", "33"}},     {'4', {"14", "24", "32"}},
+    {'0', {"26", "20", "30"}},     {'5', {"14F10", "24F10", "30"}},
+    {'6', {"36", "20", "21"}},     {'7', {"26F20F10", "20", "37"}},
+    {'8', {"10", "24", "30"}},     {'9', {"10", "24", "30"}},
+    {'c', {"15F", "25F", "35F"}},
+};
+
+// Second and third beams between members i-1 and i, by the tens and units of a kind.
+enum class Part { None, Full, Left, Right };
+struct BeamRule {
+    int tens, units;
+    Part second, third;
+};
+constexpr BeamRule kBeamRules[] = {
+    {1, 4, Part::Left, Part::None},  {2, 0, Part::Full, Part::None},
+    {2, 3, Part::Full, Part::None},  {2, 5, Part::Full, Part::None},
+    {2, 2, Part::Right, Part::None}, {2, 4, Part::Full, Part::Left},
+    {2, 6, Part::Left, Part::Left},  {3, 0, Part::Full, Part::Full},
+    {3, 3, Part::Full, Part::Full},  {3, 5, Part::Full, Part::Full},
+    {3, 1, Part::Full, Part::None},  {3, 2, Part::Full, Part::Right},
+    {3, 6, Part::Left, Part::Left},  {3, 7, Part::Right, Part::Right},
+};
+
+constexpr double kBeamX[3] = {1.06, 1.08, 1.1};
+
+const char* AccidentalGlyph(char letter) {
+    switch (letter) {
+    case 'D': return "#";
+    case 'B': return "b";
+    case 'N': return "n";
+    case 'S': return "<";
+    case 'K': return "!";
+    default: return nullptr;
+    }
+}
+
+bool IsTuplet(std::string_view mark) {
+    return mark == "L3" || mark == "L5" || mark == "L7" || mark == "L9";
+}
+
+} // namespace
+
+void PageWalk::noteLine(int i) {
+    const std::string s(line(i));
+    if (s[0] < '0' || s[0] > '9') return;
+    const int step = s[0] - '0';
+    const int octave = s[1] >= '0' && s[1] <= '9' ? s[1] - '0' : 0;
+    const std::string_view word = std::string_view(s).substr(2, 3);
+    const int ticks = word == " -1" ? -1 : core::DurationTicks(word).value_or(0);
+    const std::string_view mark = std::string_view(s).substr(7, 2);
+    if (step == 0) {
+        if (ticks == -1) {
+            if (m_opt.ViewMode == 1) drawGrace(i, -6, octave, ")(");
+        } else if (const DurationRow* row = FindDuration(ticks)) {
+            drawRest(i, row->shape->ticks, row->dotted);
+        }
+    } else if (ticks == -1) {
+        drawGrace(i, step, octave, nullptr);
+    } else if (const DurationRow* row = FindDuration(ticks)) {
+        drawNote(i, *row->shape, step, octave, row->dotted);
+    }
+    // A tuplet's marked note takes no measure time: the group counts one note short.
+    if (ticks > 0 && !IsTuplet(mark)) MeasureFill += ticks;
+}
+
+void PageWalk::drawNote(int i, const NoteShape& shape, int step, int octave, bool dotted) {
+    const std::string s(line(i));
+    const char acc = s[5];
+    const char beam = s[6];
+    const int pos = step + 7 * octave - 24;
+    const double h = pos * 0.5;
+    GlyphY = -h - 5.55 + StaffBaseY;
+    if (acc != ' ') DrawAccidental(step, octave, acc);
+    if (h < -0.5 || h > 4.5) DrawLedgerLines(h);
+    dxfNote(shape, step, octave);
+    const bool beamed = shape.flags > 0 && beam != ' ';
+    // A beam group keeps the direction its first note chose.
+    if (beam == ' ' || (beam == 'C' && !GroupOpen))
+        StemDir = pos > 4 ? StemDirection::Down : StemDirection::Up;
+    const bool down = StemDir == StemDirection::Down;
+    std::string caption = beamed ? "N" : (down ? shape.down : shape.up);
+    if (dotted && m_opt.ViewMode == 1) caption += " .";
+    glyph(i, PenX, GlyphY, caption);
+    if (beamed && Paint && !m_out.list.items.empty()) m_out.list.items.back().stemDown = down;
+    setPos(i, PenX, StaffBaseY);
+    if (beamed) beamMember(shape, beam);
+    if (dotted && m_opt.ViewMode == 0) {
+        PenX += shape.dotOffset;
+        DrawDot(step, octave, false);
+        PenX -= shape.dotOffset;
+    }
+    DrawMark(i, step, octave);
+    if (std::strchr("NKDBS", acc) && acc != '\0') PenX += 2.5 * RowScale;
+    PenX += shape.advance * RowScale;
+}
+
+void PageWalk::drawGrace(int i, int step, int octave, const char* caption) {
+    const int pos = step + 7 * octave - 24;
+    const double h = pos * 0.5;
+    GlyphY = -h - 5.55 + StaffBaseY;
+    const char acc = line(i)[5];
+    if (caption == nullptr && acc != ' ') DrawAccidental(step, octave, acc);
+    if (h < -0.5 || h > 4.5) DrawLedgerLines(h);
+    if (caption == nullptr) {
+        dxfNote(kGrace, step, octave);
+        StemDir = pos > 4 ? StemDirection::Down : StemDirection::Up;
+        caption = StemDir == StemDirection::Down ? kGrace.down : kGrace.up;
+    }
+    glyph(i, PenX, GlyphY, caption);
+    setPos(i, PenX, StaffBaseY);
+    DrawMark(i, step, octave);
+    if (acc != ' ' && std::strchr("NKDBS", acc)) PenX += 2.5 * RowScale;
+    PenX += kGrace.advance * RowScale;
+}
+
+void PageWalk::drawRest(int i, int ticks, bool dotted) {
+    const RestShape* rest = nullptr;
+    for (const auto& r : kRests)
+        if (r.family->ticks == ticks) rest = &r;
+    if (rest == nullptr) return;
+    GlyphY = StaffBaseY + rest->y;
+    if (rest->glyph[0] == '-') {
+        for (double d : {0.0, 0.1, 0.2}) glyph(i, PenX, GlyphY - d, "-");
+    } else {
+        glyph(i, PenX, GlyphY, rest->glyph);
+    }
+    for (int k = 0; k < rest->dxfCount; ++k) {
+        const double y = k == 0 ? DxfBaseY + rest->dxfY : DxfBaseY + (k == 1 ? 1.44 : 1.96);
+        m_dxf.text(DxfLayer, PenX + (k == 0 ? 0 : 0.16), y, "2.0", rest->dxfLetter);
+    }
+    setPos(i, PenX, StaffBaseY);
+    if (dotted) {
+        PenX += rest->dotOffset;
+        DrawDot(1, 4, false); // in the space above the middle line
+        PenX -= rest->dotOffset;
+    }
+    PenX += rest->advance * RowScale;
+}
+
+void PageWalk::dxfNote(const NoteShape& shape, int step, int octave) {
+    if (!m_dxf.enabled()) return;
+    const int pos = step + 7 * octave - 24;
+    const double h = pos * 0.5;
+    const bool open = shape.flags == 0 && shape.ticks != 8;
+    const double y = h - (open ? 0.87 : 0.85) + DxfBaseY;
+    m_dxf.text(DxfLayer, PenX, y, "2.0", shape.dxfHead);
+    if (shape.stemLength == 0) return;
+    const bool down = pos > 4;
+    const double x = PenX + (down ? shape.stemDownX : shape.stemUpX);
+    const double y0 = down && shape.flags == 3 ? y - 0.87 : y + 0.87;
+    m_dxf.line(DxfLayer, x, y0, x, down ? y0 - shape.stemLength : y0 + shape.stemLength);
+    if (shape.flags == 0) return;
+    static constexpr double kUp[3][3] = {{2.2}, {2.6, 1.9}, {2.6, 2, 1.4}};
+    static constexpr double kDown[3][3] = {{-0.45}, {-0.85, -0.25}, {-0.85, -0.25, 0.35}};
+    static constexpr const char* kHeight[3] = {"3.2", "3.1", "3.0"};
+    static constexpr const char* kExtra[3] = {" 41\r\n0.6\r\n 50\r\n.\r\n",
+                                              " 41\r\n0.6\r\n 50\r\n.\r\n",
+                                              " 41\r\n0.65\r\n 50\r\n.\r\n"};
+    const int f = shape.flags - 1;
+    for (int k = 0; k < shape.flags; ++k) {
+        const double fy = y + (down ? kDown[f][k] : kUp[f][k]);
+        m_dxf.text(DxfLayer, PenX + kBeamX[f], fy, kHeight[f], "b", kExtra[f]);
+    }
+}
+
+void PageWalk::DrawLedgerLines(double h) {
+    const auto ledger = [&](int i) {
+        m_dxf.line(DxfLayer, PenX - 0.4, i + DxfBaseY, PenX + 2, i + DxfBaseY);
+        stroke(PenX - 0.4, StaffBaseY - i, PenX + 2, StaffBaseY - i);
+    };
+    for (int i = 5; i <= h; ++i) ledger(i);
+    for (int i = -1; i >= h; --i) ledger(i);
+}
+
+void PageWalk::DrawAccidental(int step, int octave, char letter) {
+    const char* g = AccidentalGlyph(letter);
+    if (g == nullptr) return;
+    const double h = (step + 7 * octave - 24) * 0.5;
+    m_dxf.text(DxfLayer, PenX, DxfBaseY + h - (letter == 'S' ? 0.1 : 1.1), "2.0", g);
+    glyph(0, PenX, StaffBaseY - h - 5.5, g);
+    PenX += 1.5 * RowScale;
+}
+
+void PageWalk::DrawDot(int step, int octave, bool fingerLayer) {
+    const int pos = step + 7 * octave - 24;
+    const double h = pos * 0.5;
+    if (fingerLayer) {
+        m_dxf.text("finger", PenX, DxfBaseY + h - (pos % 2 == 0 ? 0.67 : 1.07), "2.0", "a");
+        glyph(0, PenX, StaffBaseY - h - 7.3 - (pos % 2 == 0 ? 0.5 : 0), "\xD8");
+        return;
+    }
+    const double x = StemDir == StemDirection::Down ? PenX + 0.5 : PenX;
+    m_dxf.text(DxfLayer, x, DxfBaseY + h - 0.85, "2.0", "a");
+    // A dot of a note on a line sits in the space above it.
+    glyph(0, x, StaffBaseY - h - 7.3 - (pos % 2 == 0 ? 0.5 : 0), ".");
+}
+
+void PageWalk::beamMember(const NoteShape& shape, char code) {
+    const int column = shape.flags - 1;
+    const double x = PenX + kBeamX[column];
+    if (code == 'C' && !GroupOpen) {
+        DrawBeamGroup();
+        GroupOpen = true;
+        addBeamMember(x, shape.flags * 10);
+        return;
+    }
+    const char* kinds = "00";
+    for (const auto& w : kBeamWords)
+        if (w.code == code) kinds = w.kinds[column];
+    if (code != 'C') GroupOpen = false;
+    for (const char* p = kinds; *p != '\0';) {
+        if (*p == 'F') {
+            DrawBeamGroup();
+            ++p;
+            continue;
+        }
+        const int kind = (p[0] - '0') * 10 + (p[1] - '0');
+        addBeamMember(x, kind == 0 ? shape.flags * 10 : kind);
+        p += 2;
+    }
+}
+
+void PageWalk::addBeamMember(double x, int kind) {
+    const bool down = StemDir == StemDirection::Down;
+    const double y = down ? GlyphY + 9 : GlyphY + 2;
+    Beam.push_back({x, y, !down, kind, DxfBaseY + (StaffBaseY - y)});
+}
+
+void PageWalk::DrawBeamGroup() {
+    if (Beam.empty()) return;
+    for (const BeamMember& m : Beam) {
+        if (m.up) {
+            stroke(m.x - 0.22, m.y, m.x - 0.22, m.y + 3.5, WidthClass::Stem);
+        } else {
+            stroke(m.x - 0.24, m.y, m.x - 0.24, m.y - 3.2, WidthClass::Stem);
+        }
+    }
+    for (std::size_t i = 1; i < Beam.size(); ++i) {
+        const BeamMember& a = Beam[i - 1];
+        const BeamMember& b = Beam[i];
+        stroke(a.x - 0.2, a.y, b.x - 0.2, b.y, WidthClass::Beam);
+        const double sign = b.up ? 1 : -1;
+        const auto part = [&](Part p, double offset) {
+            double f0 = 0, f1 = 1;
+            if (p == Part::None) return;
+            if (p == Part::Left) f1 = 0.4;
+            if (p == Part::Right) f0 = 0.6;
+            const auto at = [&](double f, double& x, double& y) {
+                x = a.x - 0.2 + (b.x - a.x) * f;
+                y = a.y + (b.y - a.y) * f + offset;
+            };
+            double x0, y0, x1, y1;
+            at(f0, x0, y0);
+            at(f1, x1, y1);
+            stroke(x0, y0, x1, y1, WidthClass::Beam);
+        };
+        // Kinds missing from the rule table (34 among them) draw the main beam only.
+        for (const BeamRule& r : kBeamRules) {
+            if (r.tens != b.kind / 10 || r.units != b.kind % 10) continue;
+            part(r.second, 0.75 * sign);
+            part(r.third, 2 * 0.73 * sign);
+        }
+    }
+    dxfBeam();
+    Beam.clear();
+}
+
+void PageWalk::dxfBeam() {
+    if (!m_dxf.enabled() || Beam.size() < 2) return;
+    const BeamMember& first = Beam.front();
+    const BeamMember& last = Beam.back();
+    double y0 = first.dxfY, y1 = last.dxfY;
+    // Move the far end until no inner stem passes the beam by more than 0.2.
+    for (int round = 0; round < 20; ++round) {
+        bool moved = false;
+        for (double f : {0.33, 0.66}) {
+            const double x = first.x + (last.x - first.x) * f;
+            const BeamMember* near = &Beam[1];
+            for (const auto& m : Beam)
+                if (std::abs(m.x - x) < std::abs(near->x - x)) near = &m;
+            const double t = last.x == first.x ? 0 : (near->x - first.x) / (last.x - first.x);
+            const double yLine = y0 + (y1 - y0) * t;
+            const double over = first.up ? near->dxfY - yLine : yLine - near->dxfY;
+            if (over > 0.2) {
+                y1 += first.up ? over : -over;
+                moved = true;
+            }
+        }
+        if (!moved) break;
+    }
+    m_dxf.polyline("3", first.x, y0, last.x, y1);
+    for (std::size_t k = 0; k < Beam.size(); ++k) {
+        if (Beam[k].kind / 10 < 2) continue;
+        const double off = first.up ? -0.75 : 0.75;
+        const double t = last.x == first.x ? 0 : (Beam[k].x - first.x) / (last.x - first.x);
+        m_dxf.polyline("3", Beam[k].x, y0 + (y1 - y0) * t + off, last.x, y1 + off);
+        break;
+    }
+}
+
+} // namespace tahrir::render

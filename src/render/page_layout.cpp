@@ -1,0 +1,431 @@
+#include "render/page_layout.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/cp1256.h"
+#include "core/line_kind.h"
+#include "render/page_walk.h"
+#include "render/text_util.h"
+
+namespace tahrir::render {
+
+bool IsFinLine(std::string_view s) {
+    if (Upper(s, 5) == "LCFIN") return true;
+    return s.size() > 2 && s[0] == 'L' && Trim(s.substr(2)) == "FIN";
+}
+
+double RowScaleFor(double r) {
+    double scale = 1;
+    if (r >= 0.6 && r < 2) {
+        scale = 1 / r;
+    } else if (r >= 0.5 && r < 0.6) {
+        scale = 1 / (r * 1.5);
+    } else if (r > 0.3 && r < 0.5) {
+        scale = 1 / (r * 1.9);
+    }
+    return scale == 0 ? 1 : scale;
+}
+
+LayoutResult RefreshView(const core::ScoreSheet& sheet, const LayoutOptions& options) {
+    LayoutResult out;
+    PageWalk walk(sheet, options, out);
+    walk.run();
+    return out;
+}
+
+PageWalk::PageWalk(const core::ScoreSheet& sheet, const LayoutOptions& options,
+                   LayoutResult& out)
+    : m_sheet(sheet), m_opt(options), m_out(out) {
+    for (auto& s : m_padded) s.reserve(40);
+}
+
+void PageWalk::run() {
+    LastLine = std::clamp(m_sheet.LastLine, 0, core::MaxLines);
+    LeftMargin = m_opt.LeftMargin;
+    TopMargin = m_opt.TopMargin;
+    StaffGap = m_opt.StaffGap;
+    TextFontName = m_opt.TextFontName;
+    ZoomFactor = m_opt.ZoomBase / 5;
+    if (ZoomFactor <= 0) ZoomFactor = 0.6;
+    const double picWidth = m_opt.ChPrint ? m_opt.PrinterWidthTwips : m_opt.PicWidthTwips;
+    PageWidthUnits = m_opt.PageWidthUnits > 0
+                         ? m_opt.PageWidthUnits
+                         : picWidth / ZoomFactor / ScreenUnit - m_opt.RightMargin;
+    if (PageWidthUnits <= 0 || PageWidthUnits > 500) PageWidthUnits = 100;
+    FillLimit = m_opt.ViewMode == 0 ? 1.0 : 0.9;
+    Passes = m_opt.ViewMode == 0 ? 2 : 1;
+    m_dxf.setEnabled(m_opt.DxfEnabled);
+    m_out.RowRatios.assign(201, 0.0);
+
+    const int outerRounds = m_opt.ChPrint ? 2 : 1;
+    for (Outer = 1; Outer <= outerRounds; ++Outer) {
+        for (RenderPass = 1; RenderPass <= Passes; ++RenderPass) {
+            Paint = RenderPass == Passes;
+            PrintActive = m_opt.ChPrint && Outer == 2 && RenderPass == 2;
+            if (Paint) {
+                m_out.list.clear();
+                m_out.measures.clear();
+            }
+            runPass();
+        }
+    }
+    m_out.dxf = m_dxf.contents();
+    m_out.rows = RowIndex;
+    m_out.PageWidthUnits = PageWidthUnits;
+    m_out.ZoomFactor = ZoomFactor;
+    m_out.ElapsedSeconds = ElapsedSeconds;
+    m_out.MeasureNumber = MeasureNumber;
+    m_out.TextFontName = TextFontName;
+    m_out.printed = m_opt.ChPrint && Passes == 2;
+    m_out.printWidthUnits = m_opt.PrinterWidthTwips / (PrintUnit * ZoomFactor);
+    m_out.printHeightUnits = m_opt.PrinterHeightTwips / (PrintUnit * ZoomFactor);
+    m_out.list.widthUnits = PageWidthUnits + m_opt.RightMargin;
+    m_out.list.heightUnits = StaffGap + StaffBaseY;
+}
+
+std::string_view PageWalk::line(int i) const {
+    auto& buf = const_cast<std::string&>(m_padded[m_padSlot]);
+    m_padSlot ^= 1;
+    buf.clear();
+    if (i >= 0 && i <= LastLine) buf = m_sheet[i].text().substr(0, core::RecordLength);
+    buf.resize(core::RecordLength, ' ');
+    return buf;
+}
+
+// A barline record draws nothing in page view, so the look-ahead passes over it.
+int PageWalk::nextIndex(int i) const {
+    int k = i + 1;
+    while (k <= LastLine) {
+        const std::string& t = m_sheet[k].text();
+        if (!(t.size() >= 5 && t[0] == '0' && t.compare(2, 3, " -1") == 0)) break;
+        ++k;
+    }
+    return k;
+}
+
+int PageWalk::ticksOf(int i) const {
+    const RhythmFields f = SplitRhythm(line(i));
+    if (f.numerator.empty() || f.denominator.empty()) return 0;
+    const double num = Val(f.numerator), den = Val(f.denominator);
+    if (num == 0 || den == 0) return 0;
+    return static_cast<int>(std::floor(num / den * 32));
+}
+
+void PageWalk::takeRowScale() {
+    if (RenderPass == 1) {
+        RowScale = 1;
+        return;
+    }
+    const double r = RowIndex < static_cast<int>(m_out.RowRatios.size())
+                         ? m_out.RowRatios[RowIndex]
+                         : 0.0;
+    RowScale = RowScaleFor(r);
+}
+
+void PageWalk::storeRowRatio() {
+    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
+        m_out.RowRatios.resize(RowIndex + 1, 0.0);
+    m_out.RowRatios[RowIndex] = PageWidthUnits / PenX != 1 ? PenX / PageWidthUnits : RowScale;
+}
+
+void PageWalk::startOfPass() {
+    MeasureNumber = 0;
+    DxfBaseY = 0;
+    StaffBaseY = TopMargin;
+    m_dxf.begin(PageWidthUnits, m_opt.ScoreFileName);
+    RowIndex = 1;
+    if (RenderPass == 1) m_out.RowRatios[1] = 1;
+    takeRowScale();
+    PenX = LeftMargin;
+    GlyphY = 0;
+    const std::string_view header = line(1);
+    for (int step = 1; step <= 7; ++step) KeySignature[step] = header[step - 1];
+    ClefLetter = header[7] == 'F' ? 'F' : 'G';
+    DxfLayer = "1";
+    Beam.clear();
+    GroupOpen = false;
+    RhythmLine = 3;
+
+    const bool tempoLine = Upper(line(2), 5) == "TEMPO";
+    const double v = tempoLine ? Val(line(2).substr(5, 4)) : m_opt.StoredTempo;
+    ActiveTempo = v != 0 ? std::abs(v) : 60;
+    const double scale = RowScale;
+    RowScale = 1;
+    if (v > 0 && v != 5) StartStaffRow();
+    if (tempoLine && v < 0 && v != -2) StartStaffRow();
+    RowScale = scale;
+    DxfLayer = "2";
+    PenX += 0.8 * RowScale;
+    if (tempoLine && v != -2 && v != -5) {
+        const double keep = PenX;
+        DxfLayer = "3";
+        tempoMark(2);
+        PenX = keep;
+    }
+    TextFontScale = 1;
+    MeasureNumberScale = 1;
+
+    MeasureTicks = 0;
+    if (core::IsRhythmLine(Upper(line(3), 6))) {
+        MeasureTicks = ticksOf(3);
+        drawTimeSignature(3);
+    }
+    if (m_opt.ViewMode == 1) {
+        setPos(3, PenX, StaffBaseY - 6.5);
+        glyph(3, PenX, StaffBaseY - 6.5, "0");
+    }
+    placeMeasureLabel(1, PenX - 1.2, StaffBaseY - 6.5, true);
+    MeasureFill = 0;
+    MeasureNumber = 0;
+    BarStartX = 0;
+    LastBarWidth = 0;
+    ElapsedSeconds = 0;
+    StemDir = StemDirection::Blank;
+}
+
+void PageWalk::runPass() {
+    startOfPass();
+    if (PrintActive) {
+        // Title lines of the description, centred on the printed page.
+        const double printWidth = m_opt.PrinterWidthTwips / (PrintUnit * ZoomFactor);
+        std::string_view rest = m_opt.Description;
+        double y = 0;
+        while (true) {
+            const auto cut = rest.find('\n');
+            std::string piece(rest.substr(0, cut));
+            if (!piece.empty() && piece.back() == '\r') piece.pop_back();
+            if (piece.empty()) piece.assign(1, ' ');
+            const double x = printWidth / 2 - static_cast<double>(piece.size()) * 0.5;
+            text(0, x, y, core::Cp1256ToUtf8(piece), 0.5, OnPrint);
+            y += 3;
+            if (cut == std::string_view::npos) break;
+            rest.remove_prefix(cut + 1);
+        }
+    }
+    for (int i = 4; i <= LastLine; ++i) {
+        if (line(i).substr(0, 3) == "END") break;
+        walkLine(i);
+    }
+    DrawBeamGroup();
+    DxfLayer = "3";
+    PenX -= 1;
+    m_dxf.polyline(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
+    m_dxf.polyline(DxfLayer, PenX, StaffBaseY, PenX, StaffBaseY + 4);
+    m_dxf.end();
+}
+
+void PageWalk::walkLine(int i) {
+    m_out.positions.LinePosX[i] = -1;
+    const std::string s(line(i));
+    takeRowScale();
+    const std::string up = Upper(s, 6);
+    if (s.starts_with("REP{")) {
+        DxfLayer = "3";
+        glyph(i, PenX - 0.2 * RowScale - 2, StaffBaseY - 5.5, "]");
+        PenX += 2 * RowScale;
+    }
+    if (!s.starts_with("REP{") && !s.starts_with("REP}")) {
+        if (up.starts_with("TEMPO")) {
+            DxfLayer = "3";
+            const double keep = PenX;
+            tempoMark(i);
+            PenX = keep;
+        } else if (core::IsRhythmLine(up)) {
+            MeasureTicks = ticksOf(i);
+            RhythmLine = i;
+            drawTimeSignature(i);
+            takeRowScale();
+        }
+        ChordX = PenX;
+        ChordY = GlyphY + 6.5;
+        switch (core::ClassifyLine(s, i)) {
+        case core::LineKind::SpacerLine:
+            if (m_opt.ViewMode == 1) {
+                glyph(i, PenX + 2.5 * RowScale, StaffBaseY - 6.5, "/");
+                PenX += 4.5 * RowScale;
+            } else {
+                PenX += RowScale;
+                StemDir = StemDirection::Blank;
+            }
+            break;
+        case core::LineKind::ControlLine: controlLine(i); break;
+        case core::LineKind::TextLine: textLine(i); break;
+        case core::LineKind::NoteLine:
+        case core::LineKind::BarLine: noteLine(i); break;
+        case core::LineKind::DirectiveLine: directiveLine(i); break;
+        default: break;
+        }
+        measureTest(i);
+    }
+    chordSymbol(i);
+}
+
+void PageWalk::controlLine(int i) {
+    const std::string_view s = line(i);
+    const std::string key = Upper(s.substr(2), 4);
+    const double v = Val(s.substr(6, 4));
+    if (key == "TFS=" && v > 0 && v <= 2) TextFontScale = v;
+    if (key == "MFS=" && v > 0 && v <= 2) MeasureNumberScale = v;
+    if (key == "FON=") {
+        const std::string_view name = Trim(s.substr(6));
+        TextFontName = Trim(s.substr(6, 22)).empty() ? m_opt.TextFontName
+                                                       : core::Cp1256ToUtf8(name);
+    }
+    if (key == "LFT=" && v >= 0 && v <= 90) {
+        LeftMargin = v == 0 ? 3 : v * m_opt.PicWidthTwips / ScreenUnit / ZoomFactor / 100;
+    }
+    if (key == "TOP=") {
+        if (v == 0) TopMargin = 26;
+        if (v > 0 && v <= 100) TopMargin = v;
+    }
+    if (key == "DBL=") {
+        if (v == 0) StaffGap = 14;
+        if (v > 0 && v <= 100) StaffGap = v;
+    }
+    if (m_opt.ViewMode == 1) {
+        glyph(i, PenX, StaffBaseY - 7.5, "C");
+        setPos(i, PenX, StaffBaseY);
+        PenX += 1.5 * RowScale;
+    }
+}
+
+void PageWalk::measureTest(int i) {
+    const int n1 = nextIndex(i);
+    const std::string_view next = line(n1);
+    const std::string_view next2 = line(nextIndex(n1));
+    const bool repeatBarNext = next.starts_with("REPB1") || next.starts_with("REPB2") ||
+                               next2.starts_with("REPB1") || next2.starts_with("REPB2");
+    if (MeasureTicks > 0 && MeasureFill >= MeasureTicks) {
+        DxfLayer = "1";
+        const double advance = (RenderPass > 1 ? 2 : 1.8) * RowScale;
+        PenX += advance;
+        if (RenderPass == 2) {
+            const double r = PenX / PageWidthUnits;
+            if (r >= 0.9 && r <= 1) PenX = PageWidthUnits;
+        }
+        const std::uint32_t colour = MeasureFill > MeasureTicks ? kRed : kBlack;
+        ++MeasureNumber;
+        DrawBarline(i, repeatBarNext ? -MeasureNumber : MeasureNumber, colour);
+        ElapsedSeconds += MeasureFill / 8.0 * 60 / ActiveTempo;
+        MeasureFill = 0;
+        PenX += advance;
+        DxfLayer = "2";
+        LastBarWidth = PenX - BarStartX;
+        BarStartX = PenX;
+    } else if (MeasureTicks == 0) {
+        const char beam = line(i)[6];
+        if (PenX + 4 * (PenX - BarStartX) >= PageWidthUnits && (beam == 'c' || beam == ' '))
+            breakRow(true);
+        LastBarWidth = PenX - BarStartX;
+        BarStartX = PenX;
+    } else if (RenderPass == 1 && n1 <= LastLine && nextIndex(n1) > LastLine &&
+               PenX > PageWidthUnits) {
+        storeRowRatio();
+    }
+    if (m_opt.ViewMode == 1 &&
+        PenX + 0.2 * (PenX - BarStartX) >= PageWidthUnits * FillLimit) {
+        const double ratio = PageWidthUnits / PenX;
+        if (ratio != 1) m_out.RowRatios[std::min<std::size_t>(RowIndex, 200)] = ratio;
+        breakRow(true);
+    }
+}
+
+void PageWalk::breakRow(bool showTime) {
+    DxfBaseY -= StaffGap;
+    StaffBaseY += StaffGap;
+    ++RowIndex;
+    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
+        m_out.RowRatios.resize(RowIndex + 1, 0.0);
+    PenX = RowStartX + 2 * RowScale;
+    const double scale = RowScale;
+    RowScale = 1;
+    StartStaffRow();
+    RowScale = scale;
+    if (showTime) drawTimeSignature(RhythmLine);
+}
+
+// The barline and the row decision of measured music.
+void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
+    const double entry = PenX;
+    if (RenderPass == 1) storeRowRatio();
+    const int n1 = nextIndex(i);
+    const int n2 = nextIndex(n1);
+    const std::string next(line(n1));
+    const std::string next2(line(n2));
+    if (next.starts_with("ALL") && next[3] >= '1' && next[3] <= '7') {
+        for (double d : {0.1, 0.2, 0.3}) stroke(PenX - d, StaffBaseY - 4, PenX - d, StaffBaseY);
+    }
+    const bool atLast = n1 > LastLine;
+    const bool finAfter = n1 <= LastLine && n2 > LastLine && IsFinLine(next);
+    if (atLast || finAfter) {
+        PenX = std::min(PenX, PageWidthUnits - 0.9);
+        stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY);
+        m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
+        PenX += 0.3;
+        glyph(i + 1, PenX, StaffBaseY - 5.5, "[");
+    } else {
+        PenX = std::min(PenX, PageWidthUnits);
+        stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY, WidthClass::Normal, colour);
+        m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
+    }
+    // The repeat end stands 1.2 before the barline; the row decision still measures from
+    // the barline itself, so the sign never keeps an over-full row open.
+    if (next.starts_with("REP}") && !next2.starts_with("L  "))
+        glyph(0, PenX - 1.2, StaffBaseY - 5.5, "}");
+    const double W = PageWidthUnits * FillLimit;
+    const bool room = (PenX + 0.1 * (PenX - BarStartX)) / RowScale < W &&
+                      (BarStartX + LastBarWidth) / RowScale < W && PenX + 1 < W;
+    bool ends = false;
+    if (room) {
+        // A spacer line is the forced row break of a score.
+        ends = next.starts_with("L  ") ||
+               (next.starts_with("REP}") && next2.starts_with("L   "));
+    } else {
+        ends = n2 <= LastLine || PenX + 0.5 > PageWidthUnits;
+    }
+    const bool visible = !atLast;
+    if (!ends) {
+        if (number >= 0) placeMeasureLabel(number + 1, PenX, StaffBaseY - 6.5, visible);
+        PenX = entry;
+        return;
+    }
+    if (number >= 0)
+        placeMeasureLabel(number + 1, RowStartX + 3 * RowScale, StaffBaseY + StaffGap - 6.5,
+                          visible);
+    DxfBaseY -= StaffGap;
+    StaffBaseY += StaffGap;
+    PenX = RowStartX + 4 * RowScale;
+    if (Upper(next, 5) != "LCFIN") {
+        const double scale = RowScale;
+        RowScale = 1;
+        StartStaffRow();
+        RowScale = scale;
+    }
+    ++RowIndex;
+    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
+        m_out.RowRatios.resize(RowIndex + 1, 0.0);
+    BarStartX = 0;
+    LastBarWidth = 0;
+}
+
+void PageWalk::placeMeasureLabel(int number, double x, double y, bool visible) {
+    if (!Paint || number <= 0) return;
+    if (number >= static_cast<int>(m_out.measures.size()))
+        m_out.measures.resize(number + 1);
+    const double size = MeasureNumberScale / 1.8;
+    m_out.measures[number] = {number, x, y, size, visible};
+    DisplayItem it;
+    it.kind = ItemKind::MeasureLabel;
+    it.x = x;
+    it.y = y;
+    it.size = size;
+    it.font = FontRole::Text;
+    it.colour = kBlue;
+    it.visible = visible;
+    it.text = std::to_string(number);
+    it.target = PrintActive ? OnBoth : OnScreen;
+    m_out.list.items.push_back(std::move(it));
+}
+
+} // namespace tahrir::render

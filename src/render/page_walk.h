@@ -1,0 +1,126 @@
+#pragma once
+// State and routines of one layout walk. Private to the render module: callers use
+// RefreshView in page_layout.h.
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "render/dxf_writer.h"
+#include "render/page_layout.h"
+
+namespace tahrir::render {
+
+// A line that ends the piece: "LCFIN" or a text line reading "FIN".
+bool IsFinLine(std::string_view s);
+
+enum class StemDirection { Blank, Up, Down };
+
+// Shape numbers of one note value: screen glyphs, stems, advance, beam column.
+struct NoteShape {
+    int ticks;
+    const char* up;
+    const char* down;
+    double stemUpX, stemDownX, stemLength;
+    double advance;
+    double dotOffset;
+    int flags;      // eighth 1, 16th 2, 32nd 3; 0 for no flag
+    const char* dxfHead;
+};
+
+class PageWalk {
+public:
+    PageWalk(const core::ScoreSheet& sheet, const LayoutOptions& options, LayoutResult& out);
+    void run();
+
+private:
+    // page_layout.cpp: passes, lines, measures and rows
+    void runPass();
+    void startOfPass();
+    void walkLine(int i);
+    void controlLine(int i);
+    void measureTest(int i);
+    void breakRow(bool showTime);
+    void DrawBarline(int i, int number, std::uint32_t colour);
+    void placeMeasureLabel(int number, double x, double y, bool visible);
+    void takeRowScale();
+    void storeRowRatio();
+    int ticksOf(int i) const;
+    std::string_view line(int i) const; // padded to 32 columns, blank past LastLine
+    // The next line after i that is not a barline record; LastLine + 1 when none is left.
+    int nextIndex(int i) const;
+
+    // note_drawing.cpp: notes, rests, accidentals, dots, ledger lines, beams
+    void noteLine(int i);
+    void drawNote(int i, const NoteShape& shape, int step, int octave, bool dotted);
+    void drawRest(int i, int ticks, bool dotted);
+    void drawGrace(int i, int step, int octave, const char* glyph);
+    void beamMember(const NoteShape& shape, char code);
+    void addBeamMember(double x, int kind);
+    void DrawBeamGroup();
+    void dxfBeam();
+    void DrawLedgerLines(double h);
+    void DrawAccidental(int step, int octave, char letter);
+    void DrawDot(int step, int octave, bool fingerLayer);
+    void dxfNote(const NoteShape& shape, int step, int octave);
+
+    // sign_drawing.cpp: row start, barline signs, repeats, text, chords, marks
+    void StartStaffRow();
+    void drawTimeSignature(int i);
+    void tempoMark(int i);
+    void directiveLine(int i);
+    void textLine(int i);
+    void chordSymbol(int i);
+    void DrawMark(int i, int step, int octave);
+    void drawTie(int step, int octave);
+    void drawInterval(int i, int step, int octave, char count, char form);
+    void tupletBracket(int i, std::string_view mark);
+
+    // drawing primitives: record into the display list on the painting pass
+    void glyph(int line, double x, double y, std::string text, double size = 1,
+               std::uint32_t colour = kBlack);
+    void stroke(double x1, double y1, double x2, double y2, WidthClass w = WidthClass::Normal,
+                std::uint32_t colour = kBlack, bool dashed = false);
+    void arc(double cx, double cy, double r, double a0, double a1);
+    void text(int line, double x, double y, std::string utf8, double size,
+              std::uint8_t target = 0);
+    void setPos(int i, double x, double y);
+
+    const core::ScoreSheet& m_sheet;
+    const LayoutOptions& m_opt;
+    LayoutResult& m_out;
+    DxfWriter m_dxf;
+    std::string m_padded[2]; // scratch for line(): two lines may be read at once
+    mutable int m_padSlot = 0;
+
+public:
+    // Walk state, named as the renderer's documentation names it.
+    double PenX = 0, StaffBaseY = 0, DxfBaseY = 0, GlyphY = 0;
+    double RowScale = 1, RowStartX = 0, BarStartX = 0, LastBarWidth = 0;
+    double PageWidthUnits = 100, FillLimit = 1, ZoomFactor = 0.6;
+    double LeftMargin = 3, TopMargin = 26, StaffGap = 14;
+    double TextFontScale = 1, MeasureNumberScale = 1;
+    double ElapsedSeconds = 0, ActiveTempo = 60;
+    int RowIndex = 1, MeasureFill = 0, MeasureTicks = 0, MeasureNumber = 0;
+    int RenderPass = 1, Passes = 2, Outer = 1, LastLine = 0;
+    bool Paint = false, PrintActive = false;
+    char ClefLetter = 'G';
+    StemDirection StemDir = StemDirection::Blank;
+    std::array<char, 8> KeySignature{}; // by step 1..7
+    std::string_view DxfLayer = "1";
+    std::string TextFontName;
+    double ChordX = 0, ChordY = 0;
+    int RhythmLine = 3;
+
+    struct BeamMember {
+        double x, y;
+        bool up;
+        int kind;
+        double dxfY; // the stem end in the DXF drawing
+    };
+    std::vector<BeamMember> Beam; // the open group, drawn when it closes
+    bool GroupOpen = false;
+};
+
+} // namespace tahrir::render

@@ -1,0 +1,221 @@
+#include "render/painter_backend.h"
+
+#include <QFile>
+#include <QFontDatabase>
+#include <QGlyphRun>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPageSize>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPdfWriter>
+#include <QRawFont>
+#include <QSvgGenerator>
+#include <QTextOption>
+#include <cmath>
+#include <cstdlib>
+#include <map>
+#include <memory>
+
+#include "render/glyph_table.h"
+
+namespace tahrir::render {
+
+namespace {
+
+constexpr double kMusicEm = 4; // staff units of the music font's em at size 1
+
+QByteArray LoadMusicFont() {
+    std::vector<std::string> candidates;
+    if (const char* dir = std::getenv("TAHRIR_DATA_DIR")) candidates.emplace_back(dir);
+    candidates.emplace_back(TAHRIR_DATA_DIR);
+    for (const auto& dir : candidates) {
+        QFile f(QString::fromStdString(dir + "/fonts/bravura.otf"));
+        if (f.open(QIODevice::ReadOnly)) return f.readAll();
+    }
+    return {};
+}
+
+// Music font glyphs by pixel size; built once per size.
+class MusicFont {
+public:
+    // Kept for the life of the process: font engines must not outlive the GUI at exit.
+    static MusicFont& instance() {
+        static auto* font = new MusicFont;
+        return *font;
+    }
+    bool ok() const { return !m_data.isEmpty(); }
+    const QRawFont& at(double pixelSize) {
+        const int key = static_cast<int>(std::lround(pixelSize * 16));
+        auto it = m_fonts.find(key);
+        if (it == m_fonts.end())
+            it = m_fonts.emplace(key, QRawFont(m_data, key / 16.0)).first;
+        return it->second;
+    }
+    quint32 index(char32_t cp) {
+        auto it = m_index.find(cp);
+        if (it != m_index.end()) return it->second;
+        const QList<quint32> ids = at(40).glyphIndexesForString(QString::fromUcs4(&cp, 1));
+        const quint32 id = ids.isEmpty() ? 0 : ids.front();
+        m_index.emplace(cp, id);
+        return id;
+    }
+
+private:
+    MusicFont() : m_data(LoadMusicFont()) {}
+    QByteArray m_data;
+    std::map<int, QRawFont> m_fonts;
+    std::map<char32_t, quint32> m_index;
+};
+
+QColor ToColor(std::uint32_t rgb) {
+    return QColor((rgb >> 16) & 0xFF, (rgb >> 8) & 0xFF, rgb & 0xFF);
+}
+
+double WidthUnits(WidthClass w) {
+    switch (w) {
+    case WidthClass::Normal: return 0.11;
+    case WidthClass::Stem: return 0.12;
+    case WidthClass::Beam: return 0.42;
+    }
+    return 0.11;
+}
+
+struct Painter {
+    QPainter& p;
+    const PaintOptions& o;
+    QString textFamily;
+
+    QPointF at(double x, double y) const {
+        return {o.originX + x * o.pixelsPerUnit, o.originY + y * o.pixelsPerUnit};
+    }
+
+    QColor colourOf(const DisplayItem& it) const {
+        if (it.line > 0 && it.line == o.currentLine) return Qt::red;
+        if (it.line > 0 && o.selStart > 0 && it.line >= o.selStart && it.line <= o.selEnd)
+            return Qt::blue;
+        return ToColor(it.colour);
+    }
+
+    QPen pen(const DisplayItem& it) const {
+        const double w = o.preview ? 1.0 : WidthUnits(it.width) * o.pixelsPerUnit;
+        QPen pen(colourOf(it), std::max(1.0, w));
+        pen.setCapStyle(Qt::FlatCap);
+        if (it.dashed) pen.setStyle(Qt::DashLine);
+        return pen;
+    }
+
+    void glyph(const DisplayItem& it) {
+        MusicFont& font = MusicFont::instance();
+        if (!font.ok()) return;
+        const double px = kMusicEm * it.size * o.pixelsPerUnit;
+        const QRawFont& raw = font.at(px);
+        const QColor colour = colourOf(it);
+        LayOutCaption(it.text, it.x, it.y, it.size, it.stemDown, [&](const PlacedGlyph& g) {
+            const quint32 id = font.index(g.codepoint);
+            const QPointF origin = at(g.x, g.y);
+            if (o.glyphsAsPaths) {
+                QPainterPath path = raw.pathForGlyph(id);
+                path.translate(origin);
+                p.fillPath(path, colour);
+                return;
+            }
+            QGlyphRun run;
+            run.setRawFont(raw);
+            run.setGlyphIndexes({id});
+            run.setPositions({QPointF(0, 0)});
+            p.setPen(colour);
+            p.drawGlyphRun(origin, run);
+        });
+    }
+
+    void text(const DisplayItem& it, bool centred) {
+        QFont f(textFamily);
+        f.setPixelSize(std::max(1, static_cast<int>(std::lround(kMusicEm * it.size *
+                                                                 o.pixelsPerUnit))));
+        const QString s = QString::fromStdString(it.text);
+        const QFontMetricsF fm(f, p.device());
+        const double width = fm.horizontalAdvance(s);
+        QPointF topLeft = at(it.x, it.y);
+        if (centred) topLeft.rx() -= width / 2;
+        const QRectF box(topLeft, QSizeF(width + fm.height(), fm.height() * 1.5));
+        const QColor colour = colourOf(it);
+        // Right-to-left text keeps its left edge where the layout put it.
+        const Qt::LayoutDirection dir = s.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+        if (o.glyphsAsPaths) {
+            QPainterPath path;
+            path.addText(QPointF(0, 0), f, s);
+            const QRectF b = path.boundingRect();
+            path.translate(topLeft.x() - std::min(0.0, b.left()), topLeft.y() + fm.ascent());
+            p.fillPath(path, colour);
+            return;
+        }
+        QTextOption opt(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignTop);
+        opt.setTextDirection(dir);
+        opt.setWrapMode(QTextOption::NoWrap);
+        p.setFont(f);
+        p.setPen(colour);
+        p.drawText(box, s, opt);
+    }
+
+    void item(const DisplayItem& it) {
+        switch (it.kind) {
+        case ItemKind::Glyph: glyph(it); break;
+        case ItemKind::Stroke:
+            p.setPen(pen(it));
+            p.drawLine(at(it.x, it.y), at(it.x2, it.y2));
+            break;
+        case ItemKind::Arc: {
+            p.setPen(pen(it));
+            p.setBrush(Qt::NoBrush);
+            const double r = it.x2;
+            const QRectF box(at(it.x - r, it.y - r), at(it.x + r, it.y + r));
+            constexpr double kSixteenths = 180 * 16 / M_PI;
+            const int start = static_cast<int>(std::lround(it.a0 * kSixteenths));
+            const int span = static_cast<int>(std::lround((it.a1 - it.a0) * kSixteenths));
+            p.drawArc(box, start, span);
+            break;
+        }
+        case ItemKind::Text: text(it, false); break;
+        case ItemKind::MeasureLabel:
+            if (it.visible) text(it, true);
+            break;
+        }
+    }
+};
+
+} // namespace
+
+void EnsureGuiApplication() {
+    if (QGuiApplication::instance() != nullptr) return;
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int argc = 1;
+    static char name[] = "tahrir";
+    static char* argv[] = {name, nullptr};
+    static auto* app = new QGuiApplication(argc, argv);
+    (void)app;
+}
+
+std::string ResolveTextFont(const std::string& name) {
+    const QStringList families = QFontDatabase::families();
+    if (families.contains(QString::fromStdString(name), Qt::CaseInsensitive)) return name;
+    for (const char* fallback : {"Nazli", "Homa", "DejaVu Sans"})
+        if (families.contains(fallback, Qt::CaseInsensitive)) return fallback;
+    return name;
+}
+
+void PaintDisplayList(QPainter& painter, const DisplayList& list, const PaintOptions& options) {
+    const std::string family =
+        ResolveTextFont(options.textFontName.empty() ? "Arabic Transparent"
+                                                     : options.textFontName);
+    Painter p{painter, options, QString::fromStdString(family)};
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    const std::uint8_t want = options.printTarget ? OnPrint : OnScreen;
+    for (const DisplayItem& it : list.items)
+        if ((it.target & want) != 0) p.item(it);
+    painter.restore();
+}
+
+} // namespace tahrir::render
