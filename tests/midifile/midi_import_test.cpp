@@ -4,6 +4,8 @@
 
 #include <sstream>
 
+#include "core/score_reader.h"
+
 #include "smf_builder.h"
 #include "temp_folder.h"
 
@@ -82,6 +84,25 @@ TEST(MidiImport, WritesTheScoreFileAndLeavesTheSheet) {
     // The importer's count: three notes give LastLine 6, though they run to line 10.
     EXPECT_EQ(doc.Sheet.LastLine, 6);
     EXPECT_EQ(doc.Description, "Ney\r");
+}
+
+TEST(MidiImport, ScoreFileReadsBackThroughTheScoreReader) {
+    const test::TempFolder folder;
+    core::Document doc;
+    const auto file = folder.path() / "ney.srv";
+    ASSERT_EQ(ImportTrack(Parse(TwoTrackFile()), 2, 1, doc, file).status, ImportStatus::Imported);
+    core::Document opened;
+    const core::LoadResult load = core::ParseScore(test::ReadText(file), false, opened);
+    ASSERT_TRUE(load.loaded()) << load.message;
+    EXPECT_EQ(load.droppedLines, 0);
+    EXPECT_EQ(opened.Description, "Ney");
+    // The file keeps every note: seven plain head lines and three notes.
+    EXPECT_EQ(opened.Sheet.LastLine, 10);
+    EXPECT_EQ(opened.Sheet[2].trimmedRight(), "TEMPO90");
+    EXPECT_EQ(opened.Sheet[6].trimmedRight(), "LCOCT=0");
+    EXPECT_EQ(opened.Sheet[8].get(core::NoteField::PitchOctave), "4");
+    EXPECT_EQ(opened.Sheet[9].get(core::NoteField::AccidentalCode), "D");
+    EXPECT_EQ(opened.Sheet[10].get(core::NoteField::DurationField), " 16");
 }
 
 TEST(MidiImport, EmptyTrackKeepsTheHeadLines) {
