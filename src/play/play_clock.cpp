@@ -7,7 +7,7 @@ namespace tahrir::play {
 
 namespace {
 // The scheduler may wake this late; the rest is waited for with yields.
-constexpr auto kWakeEarly = std::chrono::microseconds(1500);
+constexpr auto kWakeEarly = std::chrono::microseconds(400);
 // Long waits sleep in slices so that Stop is seen within one.
 constexpr auto kSlice = std::chrono::milliseconds(20);
 } // namespace
