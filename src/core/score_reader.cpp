@@ -120,7 +120,8 @@ LoadResult ParseScore(std::string_view bytes, bool builtIn, Document& doc) {
         if (doc.LineScrambled) line = UnscrambleLine(line);
         if (count == 1) kept = Scratch(line);
         if ((count == 2 && UpperAscii(std::string_view(line).substr(0, 5)) == "TEMPO") || tempoSeen) {
-            sheet[1] = ScoreLine(kept);
+            // Line 1 never moves once stored, so storing it again would change nothing.
+            if (!tempoSeen) sheet[1] = ScoreLine(kept);
             sheet[count] = ScoreLine(line);
             tempoSeen = true;
         }
