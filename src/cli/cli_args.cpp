@@ -5,17 +5,17 @@
 
 namespace tahrir::cli {
 
-Args::Args(const std::vector<std::string>& argv, const ArgSpec& spec) {
+Args::Args(const std::vector<std::string>& argv, const ArgSpec& accepted) {
     for (std::size_t i = 0; i < argv.size(); ++i) {
         const std::string& a = argv[i];
         if (a.size() > 2 && a.rfind("--", 0) == 0) {
-            if (spec.valued.count(a) || a == "--app-folder") {
+            if (accepted.valued.count(a) || a == "--app-folder") {
                 if (i + 1 >= argv.size()) {
                     m_error = "option " + a + " needs a value";
                     return;
                 }
                 m_values[a] = argv[++i];
-            } else if (spec.flags.count(a)) {
+            } else if (accepted.flags.count(a)) {
                 m_flags.insert(a);
             } else {
                 m_error = "unknown option " + a;

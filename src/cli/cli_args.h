@@ -21,7 +21,7 @@ class Args {
 public:
     // Parses argv after the sub-command name. "--app-folder DIR" is always accepted.
     // On an error, ok() is false and error() says why.
-    Args(const std::vector<std::string>& argv, const ArgSpec& spec);
+    Args(const std::vector<std::string>& argv, const ArgSpec& accepted);
 
     bool ok() const { return m_error.empty(); }
     const std::string& error() const { return m_error; }
