@@ -80,6 +80,9 @@ void TakeTempo(Document& doc) {
 }
 
 bool ReadWholeFile(const std::filesystem::path& path, std::string& bytes) {
+    // Only a plain file: a folder cannot be read and a pipe could wait for ever.
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path, ec)) return false;
     std::ifstream in(path, std::ios::binary);
     if (!in) return false;
     bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());

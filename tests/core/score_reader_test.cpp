@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "core/page_store.h"
 #include "core/score_reader.h"
@@ -201,6 +202,11 @@ TEST_F(Reader, MissingFileAndNoFile) {
     const LoadResult missing = Openp(doc, session, nullptr);
     EXPECT_EQ(missing.status, LoadStatus::Failed);
     EXPECT_NE(missing.message.find("absent.srv"), std::string::npos);
+    doc.CurrentFileName = folder.path().string();
+    EXPECT_EQ(Openp(doc, session, nullptr).status, LoadStatus::Failed) << "a folder";
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    doc.CurrentFileName = (folder / "pipe").string();
+    EXPECT_EQ(Openp(doc, session, nullptr).status, LoadStatus::Failed) << "a pipe, without waiting";
     doc.CurrentFileName = "   ";
     EXPECT_EQ(Openp(doc, session, nullptr).status, LoadStatus::NoFile);
 }
