@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include "play/pitch_table.h"
+#include "play/tuning.h"
+
+namespace tahrir::play {
+namespace {
+
+// The grid positions a mask marks.
+std::vector<int> Marked(const ScaleMask& mask) {
+    std::vector<int> out;
+    for (int i = 0; i < GridSize; ++i)
+        if (mask[static_cast<std::size_t>(i)] == -1) out.push_back(i);
+    return out;
+}
+
+TEST(Tuning, ParsesQuotedAndPlainPairs) {
+    const TuningFile t = ParseTuning("\"Shur (Sol), Re koron\",\" K   KBG\"\r\nMahur,       G\r\n");
+    ASSERT_EQ(t.entries.size(), 2u);
+    EXPECT_TRUE(t.complete);
+    EXPECT_EQ(t.entries[0].name, "Shur (Sol), Re koron"); // a comma inside quotes stays
+    EXPECT_EQ(t.entries[0].line, " K   KBG");
+    EXPECT_EQ(t.entries[1].name, "Mahur");
+    EXPECT_EQ(t.entries[1].line, "G");
+}
+
+TEST(Tuning, OddEntryCountStopsTheLoadingCleanly) {
+    const TuningFile t = ParseTuning("\"A\",\"  K    G\"\r\n\"B\"\r\n");
+    EXPECT_FALSE(t.complete);
+    ASSERT_EQ(t.entries.size(), 1u);
+    EXPECT_EQ(t.entries[0].name, "A");
+    const TuningFile unterminated = ParseTuning("\"A\",\"  K");
+    ASSERT_EQ(unterminated.entries.size(), 1u); // an unclosed quote runs to the end
+    EXPECT_EQ(unterminated.entries[0].line, "  K");
+    EXPECT_TRUE(ParseTuning("").entries.empty());
+}
+
+TEST(Tuning, ShippedFileLoadsWhole) {
+    const TuningFile t = LoadTuning(std::filesystem::path(TAHRIR_DATA_DIR) / "Kookha.tun");
+    ASSERT_TRUE(t.opened);
+    EXPECT_TRUE(t.complete);
+    ASSERT_FALSE(t.entries.empty());
+    for (const ScaleEntry& e : t.entries) {
+        EXPECT_EQ(e.line.size(), 8u) << e.name; // seven letters and the clef
+        EXPECT_TRUE(e.line.back() == 'G' || e.line.back() == 'F') << e.name;
+    }
+    EXPECT_FALSE(LoadTuning("/nonexistent/Kookha.tun").opened);
+}
+
+TEST(Tuning, ApplyingAScaleRewritesLineOne) {
+    core::ScoreSheet sheet;
+    sheet.setLine(1, "       G              ");
+    const TuningFile t = ParseTuning("\"Shur (Mi)\",\"   S   G\"\r\n");
+    EXPECT_FALSE(ApplyScale(sheet, t, -1)); // nothing chosen: line 1 stays
+    EXPECT_FALSE(ApplyScale(sheet, t, 1));
+    EXPECT_EQ(sheet[1].text(), "       G              ");
+    EXPECT_TRUE(ApplyScale(sheet, t, 0));
+    EXPECT_EQ(sheet[1].text(), "   S   G  ");
+}
+
+TEST(Tuning, ScaleMaskMovesEachStepToItsLetter) {
+    EXPECT_EQ(Marked(BuildScaleMask("       ")), (std::vector<int>{1, 5, 9, 11, 15, 19, 23, 25}));
+    // Koron on Do marks 24 and 0, not 1; its octave 25 moves with it.
+    EXPECT_EQ(Marked(BuildScaleMask("K      ")), (std::vector<int>{0, 5, 9, 11, 15, 19, 23, 24}));
+    EXPECT_EQ(Marked(BuildScaleMask("B      ")), (std::vector<int>{5, 9, 11, 15, 19, 23}));
+    EXPECT_EQ(Marked(BuildScaleMask("S      ")), (std::vector<int>{2, 5, 9, 11, 15, 19, 23, 26}));
+    // Shur on Sol: La koron, Si flat.
+    EXPECT_EQ(Marked(BuildScaleMask("     KB")), (std::vector<int>{1, 5, 9, 11, 15, 18, 21, 25}));
+    EXPECT_EQ(Marked(BuildScaleMask("   D")), (std::vector<int>{1, 5, 9, 13, 15, 19, 23, 25}));
+    // Sharp on Do would move its octave to 27, beyond the grid: only 3 is marked.
+    EXPECT_EQ(Marked(BuildScaleMask("D      ")), (std::vector<int>{3, 5, 9, 11, 15, 19, 23}));
+}
+
+TEST(Tuning, DastgahBoxesRewriteTheStepLetters) {
+    EXPECT_EQ(DastgahRow('D'), 0);
+    EXPECT_EQ(DastgahRow('S'), 1);
+    EXPECT_EQ(DastgahRow(' '), 2);
+    EXPECT_EQ(DastgahRow('K'), 3);
+    EXPECT_EQ(DastgahRow('B'), 4);
+    EXPECT_EQ(DastgahRow('x'), -1);
+    core::ScoreSheet sheet;
+    sheet.setLine(1, "  K    G  ");
+    SetStepLetters(sheet, {2, 2, 2, 1, 2, 3, 4});
+    EXPECT_EQ(sheet[1].text(), "   S KBG  ");
+    EXPECT_EQ(StandardTuningTranspose(), TransposeCentre);
+}
+
+} // namespace
+} // namespace tahrir::play
