@@ -166,6 +166,8 @@ LoadResult Openp(Document& doc, const Session& session, PageStore* store) {
     fresh->CurrentTempo = doc.CurrentTempo;
     fresh->PlayTempo = doc.PlayTempo;
     fresh->InitialTempo = doc.InitialTempo;
+    fresh->TempoSlider = doc.TempoSlider; // the tempo state changes only with a tempo line
+    fresh->TempoMarkerTop = doc.TempoMarkerTop;
     const bool builtIn = std::filesystem::path(name) == session.file(std::string(BuiltInFileName));
     try {
         result = ParseScore(bytes, builtIn, *fresh);
