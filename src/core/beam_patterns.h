@@ -216,4 +216,11 @@ constexpr bool PatternTableIsOrdered() {
 }
 static_assert(PatternTableIsOrdered(), "beam patterns must be grouped and longest first");
 
+// The blocks of the table by first duration, worked out when compiling.
+inline constexpr auto kPatternBlocks = [] {
+    std::array<PatternRange, 7> blocks{};
+    for (int first = 1; first < 7; ++first) blocks[static_cast<std::size_t>(first)] = PatternsStartingWith(first);
+    return blocks;
+}();
+
 } // namespace tahrir::core

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <vector>
 
 #include "core/beam_patterns.h"
 #include "core/line_kind.h"
@@ -38,20 +39,15 @@ int LeadingNumber(std::string_view text) {
     return static_cast<int>(sign * value);
 }
 
+// "L3", "L5", "L7", "L9" in columns 8..9: the number of notes of the tuplet.
 int TupletSize(const ScoreLine& line) {
-    const std::string mark = line.field(8, 2);
-    if (mark[0] != 'L') return 0;
-    switch (mark[1]) {
-    case '3': return 3;
-    case '5': return 5;
-    case '7': return 7;
-    case '9': return 9;
-    default: return 0;
-    }
+    const char count = line.at(9);
+    const bool tuplet = line.at(8) == 'L' && (count == '3' || count == '5' || count == '7' || count == '9');
+    return tuplet ? count - '0' : 0;
 }
 
 bool IsRhythmChange(const ScoreLine& line) {
-    return std::any_of(std::begin(kRhythmTokens), std::end(kRhythmTokens),
+    return line.at(1) == 'R' && std::any_of(std::begin(kRhythmTokens), std::end(kRhythmTokens),
                        [&](std::string_view token) { return line.startsWith(token); });
 }
 
@@ -74,7 +70,8 @@ struct NoteRead {
 NoteRead ReadNote(const ScoreLine& line) {
     const char step = line.at(1);
     if (!IsDigit(step)) return {};
-    const std::string word = line.field(3, 3);
+    const char columns[3] = {line.at(3), line.at(4), line.at(5)};
+    const std::string_view word(columns, 3);
     int duration = -1;
     if (word != " -1") {
         const auto ticks = DurationTicks(word);
@@ -109,13 +106,19 @@ public:
     }
 
 private:
-    // Stored codes are discarded; line 1's column 7 is the key signature's Si.
+    // Stored codes are discarded (line 1's column 7 is the key signature's Si), and each
+    // line is read once for the look-ahead.
     void clear() {
+        m_notes.assign(static_cast<std::size_t>(m_last) + 1, NoteRead{});
         for (int i = 2; i <= m_last; ++i) {
             ScoreLine& line = m_sheet[i];
-            if (IsDigit(line.at(1)) && line.size() >= 7) line.set(NoteField::BeamCode, " ");
+            if (!IsDigit(line.at(1))) continue;
+            if (line.size() >= 7) line.setField(7, " ");
+            m_notes[static_cast<std::size_t>(i)] = ReadNote(line);
         }
     }
+
+    const NoteRead& noteAt(int index) const { return m_notes[static_cast<std::size_t>(index)]; }
 
     // Handles the line at `index` and returns the next line to look at.
     int step(int index) {
@@ -125,7 +128,7 @@ private:
             m_beatPosition = 0; // the new measure starts here
             return index + 1;
         }
-        const NoteRead note = ReadNote(line);
+        const NoteRead& note = noteAt(index);
         if (!note.isNote) return index + 1;
         if (note.duration < 0) {
             if (!note.pitched) m_beatPosition = 0; // a barline; a grace note takes no time
@@ -142,7 +145,7 @@ private:
         std::array<int, kMaxGroup> durations{first};
         int count = 1;
         while (count < kMaxGroup && index + count <= m_last) {
-            const NoteRead next = ReadNote(m_sheet[index + count]);
+            const NoteRead& next = noteAt(index + count);
             if (!ContinuesGroup(next)) break;
             durations[static_cast<std::size_t>(count++)] = next.duration;
         }
@@ -160,12 +163,12 @@ private:
     // tuplet is beamed on its own when all its notes share one beam level and it fits the
     // beat; no other group reaches into it.
     int walkTuplet(int index, int size) {
-        const NoteRead head = ReadNote(m_sheet[index]);
+        const NoteRead& head = noteAt(index);
         int count = 1;
         int time = 0;
         bool beamable = head.pitched && IsShort(head.duration);
         while (count < size && index + count <= m_last) {
-            const NoteRead next = ReadNote(m_sheet[index + count]);
+            const NoteRead& next = noteAt(index + count);
             if (!next.isNote || next.duration < 0 || next.tuplet > 0) break;
             beamable = beamable && next.pitched && BeamLevel(next.duration) == BeamLevel(head.duration);
             time += next.duration;
@@ -177,8 +180,8 @@ private:
     }
 
     void writeGroup(int first, int size, char closing) {
-        for (int i = 0; i < size - 1; ++i) m_sheet[first + i].set(NoteField::BeamCode, "C");
-        m_sheet[first + size - 1].set(NoteField::BeamCode, std::string(1, closing));
+        for (int i = 0; i < size - 1; ++i) m_sheet[first + i].setField(7, "C");
+        m_sheet[first + size - 1].setField(7, std::string_view(&closing, 1));
     }
 
     // 32nds left before the end of the beat, and never beyond the end of the measure.
@@ -195,6 +198,7 @@ private:
 
     ScoreSheet& m_sheet;
     int m_last;
+    std::vector<NoteRead> m_notes; // by line index
     Measure m_measure;
     int m_beatPosition = 0; // 32nds since the last barline
 };
@@ -218,15 +222,17 @@ Measure ReadMeasure(std::string_view payload) {
 }
 
 BeamMatch MatchBeamPattern(std::span<const int> durations, int room) {
-    if (durations.empty()) return {};
-    const PatternRange range = PatternsStartingWith(durations[0]);
+    if (durations.empty() || durations[0] < 1 || durations[0] >= static_cast<int>(kPatternBlocks.size()))
+        return {};
+    const PatternRange range = kPatternBlocks[static_cast<std::size_t>(durations[0])];
     for (int i = range.begin; i < range.end; ++i) {
         const BeamPattern& row = kBeamPatterns[i];
-        const auto length = static_cast<std::size_t>(row.length());
-        if (length > durations.size() || row.sum() > room) continue;
-        if (!std::equal(row.durations.begin(), row.durations.begin() + static_cast<std::ptrdiff_t>(length),
-                        durations.begin()))
-            continue;
+        std::size_t n = 1;
+        while (n < row.durations.size() && row.durations[n] != 0 && n < durations.size() &&
+               row.durations[n] == durations[n])
+            ++n;
+        const bool matches = n == row.durations.size() || row.durations[n] == 0;
+        if (!matches || row.sum() > room) continue;
         return {row.groupSize(), row.groupSize() > 1 ? row.closing : ' '};
     }
     return {};
