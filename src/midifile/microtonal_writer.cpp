@@ -59,6 +59,35 @@ std::string Problem(std::size_t index, const std::string& what) {
     return "Event " + std::to_string(index + 1) + " of the play log " + what;
 }
 
+// The records as note ons and offs on their own channels; an error text when one of them
+// cannot be written.
+std::string AppendNotes(Bytes& music, const std::vector<EventRecord>& records, double tempo) {
+    const double ticksPerSecond = Division * tempo / 60;
+    double seconds = 0;
+    long long previous = 0;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const EventRecord& r = records[i];
+        // Time is summed in seconds and rounded once, so that rounding never drifts.
+        seconds += r.seconds;
+        const double at = std::nearbyint(seconds * ticksPerSecond);
+        if (!(r.seconds >= 0) || !(at < 0x0FFFFFFF)) return Problem(i, "has a time a MIDI file cannot hold");
+        if (r.channel < 0 || r.channel > 15)
+            return Problem(i, "has channel " + std::to_string(r.channel) + ", outside 0..15");
+        if (r.key < 0 || r.key > 127)
+            return Problem(i, "has key " + std::to_string(r.key) + ", outside 0..127");
+        const auto tick = static_cast<long long>(at);
+        AppendVlq(music, tick - previous);
+        previous = tick;
+        const auto key = static_cast<std::uint8_t>(r.key);
+        if (r.velocity > 0)
+            music.insert(music.end(), {static_cast<std::uint8_t>(0x90 + r.channel), key,
+                                       static_cast<std::uint8_t>(std::clamp(r.velocity, 1, 127))});
+        else
+            music.insert(music.end(), {static_cast<std::uint8_t>(0x80 + r.channel), key, 0});
+    }
+    return {};
+}
+
 } // namespace
 
 bool AppendVlq(Bytes& out, long long value) {
@@ -92,30 +121,8 @@ WriteResult WriteMicrotonalFile(const std::vector<EventRecord>& records,
         AppendChannelSetup(music, channel, plan.program, plan.bendRange, bend);
     }
     if (countIn) music.insert(music.end(), {0x00, 0xC0 + CountInChannel, Byte(plan.countInProgram)});
-    const double ticksPerSecond = Division * plan.tempo / 60;
-    double seconds = 0;
-    long long previous = 0;
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        const EventRecord& r = records[i];
-        // Time is summed in seconds and rounded once, so that rounding never drifts.
-        seconds += r.seconds;
-        const double at = std::nearbyint(seconds * ticksPerSecond);
-        if (!(r.seconds >= 0) || !(at < 0x0FFFFFFF))
-            return {{}, Problem(i, "has a time a MIDI file cannot hold")};
-        const auto tick = static_cast<long long>(at);
-        if (r.channel < 0 || r.channel > 15)
-            return {{}, Problem(i, "has channel " + std::to_string(r.channel) + ", outside 0..15")};
-        if (r.key < 0 || r.key > 127)
-            return {{}, Problem(i, "has key " + std::to_string(r.key) + ", outside 0..127")};
-        AppendVlq(music, tick - previous);
-        previous = tick;
-        const auto key = static_cast<std::uint8_t>(r.key);
-        if (r.velocity > 0)
-            music.insert(music.end(), {static_cast<std::uint8_t>(0x90 + r.channel), key,
-                                       static_cast<std::uint8_t>(std::clamp(r.velocity, 1, 127))});
-        else
-            music.insert(music.end(), {static_cast<std::uint8_t>(0x80 + r.channel), key, 0});
-    }
+    if (std::string error = AppendNotes(music, records, plan.tempo); !error.empty())
+        return {{}, error};
     music.insert(music.end(), {0x00, 0xFF, 0x2F, 0x00});
     WriteResult result;
     const Bytes header = {0, 1, 0, 2, Division >> 8, Division & 0xFF};

@@ -74,6 +74,22 @@ private:
 
 void PutLine(std::ofstream& out, const std::string& text) { out << text << "\r\n"; }
 
+// The head of the file (two quoted fields, seven plain lines) and of the sheet (lines 1..9).
+void WriteHead(std::ofstream& out, core::ScoreSheet& sheet, const MidiFileInfo& info,
+               const std::string& name) {
+    const std::string tempo = std::to_string(info.MidiTempoText);
+    PutLine(out, std::string("\"") + ImportMagicField + "\"");
+    PutLine(out, "\"" + name + "\"");
+    for (int i = 0; i < 7; ++i) {
+        const std::string tail = i == 1 ? tempo : i == 2 ? info.MidiRhythmText : "";
+        PutLine(out, FileHead[i] + tail);
+    }
+    for (int i = 0; i < 9; ++i) {
+        const std::string tail = i == 1 ? tempo : i == 2 ? info.MidiRhythmText : "";
+        sheet.setLine(i + 1, SheetHead[i] + tail);
+    }
+}
+
 } // namespace
 
 int DurationFor(std::int64_t ticks, int quarter) {
@@ -121,15 +137,7 @@ ImportResult ImportTrack(const MidiFileInfo& info, int track, int octaveShift,
         return result;
     }
     doc.Description = name + "\r";
-    const std::string tempo = std::to_string(info.MidiTempoText);
-    const std::string payload[7] = {"", tempo, info.MidiRhythmText, "", "", "", ""};
-    PutLine(out, std::string("\"") + ImportMagicField + "\"");
-    PutLine(out, "\"" + name + "\"");
-    for (int i = 0; i < 7; ++i) PutLine(out, FileHead[i] + payload[i]);
-    for (int i = 0; i < 9; ++i) {
-        const std::string tail = i == 1 ? tempo : i == 2 ? info.MidiRhythmText : "";
-        doc.Sheet.setLine(i + 1, SheetHead[i] + tail);
-    }
+    WriteHead(out, doc.Sheet, info, name);
     const int quarter = info.quarterTicks();
     for (const MidiNote& note : notes) {
         const std::string line = ImportLine(note.key, note.length, quarter, octaveShift);

@@ -171,11 +171,26 @@ private:
     std::array<std::vector<std::int64_t>, 256> m_stacks;
 };
 
-// Second pass over one track: the dump lines, the notes and the names.
+// What a meta event tells the import: the track's first name, the last tempo and the
+// last measure seen.
+void NoteMeta(const Event& e, MidiFileInfo& info, bool& named) {
+    if (e.metaType == 0x03 && !named) {
+        info.trackNames.back().assign(e.data.begin(), e.data.end());
+        named = true;
+    } else if (e.metaType == 0x51 && TempoMicros(e.data) > 0) {
+        info.MidiTempoText = TempoBpm(TempoMicros(e.data));
+    } else if (e.metaType == 0x58 && e.data.size() >= 2) {
+        info.MidiRhythmText = std::to_string(e.data[0]) + "/" +
+                              std::to_string(e.data[1] < 32 ? (1LL << e.data[1]) : 0);
+    }
+}
+
+// Second pass over one track: the dump lines, the notes and the names. False when the
+// user cancelled.
 bool DumpTrack(ByteSpan body, int track, MidiFileInfo& info, DumpSink& sink) {
     OpenNoteStacks stacks;
     std::vector<MidiNote>& notes = info.MidiTracks.emplace_back();
-    std::string& name = info.trackNames.emplace_back();
+    info.trackNames.emplace_back();
     bool named = false;
     bool cancelled = false;
     const bool ended = WalkTrack(body, [&](const Event& e) {
@@ -189,15 +204,7 @@ bool DumpTrack(ByteSpan body, int track, MidiFileInfo& info, DumpSink& sink) {
         const int kind = e.status & 0xF0;
         if (e.metaType >= 0) {
             AppendMetaText(line, e.metaType, e.data);
-            if (e.metaType == 0x03 && !named) {
-                name.assign(e.data.begin(), e.data.end());
-                named = true;
-            } else if (e.metaType == 0x51 && TempoMicros(e.data) > 0) {
-                info.MidiTempoText = TempoBpm(TempoMicros(e.data));
-            } else if (e.metaType == 0x58 && e.data.size() >= 2) {
-                info.MidiRhythmText = std::to_string(e.data[0]) + "/" +
-                                      std::to_string(e.data[1] < 32 ? (1LL << e.data[1]) : 0);
-            }
+            NoteMeta(e, info, named);
         } else if (e.status == 0xF0 || e.status == 0xF7) {
             AppendSysExText(line, e.status, e.data.size());
         } else {
