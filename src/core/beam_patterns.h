@@ -12,11 +12,15 @@ namespace tahrir::core {
 constexpr int BeamLevel(int duration) {
     switch (duration) {
     case 4:
-    case 6: return 1;
+    case 6:
+        return 1;
     case 2:
-    case 3: return 2;
-    case 1: return 3;
-    default: return 0;
+    case 3:
+        return 2;
+    case 1:
+        return 3;
+    default:
+        return 0;
     }
 }
 
@@ -40,20 +44,23 @@ struct BeamPattern {
 
     constexpr int length() const {
         int n = 0;
-        while (n < 5 && durations[static_cast<std::size_t>(n)] != 0) ++n;
+        while (n < 5 && durations[static_cast<std::size_t>(n)] != 0)
+            ++n;
         return n;
     }
     constexpr int groupSize() const { return group == 0 ? length() : group; }
     // Total of the whole figure: every note of it must fit in what is left of the beat.
     constexpr int sum() const {
         int total = 0;
-        for (int d : durations) total += d;
+        for (int d : durations)
+            total += d;
         return total;
     }
 };
 
 // Rows are grouped by their first duration and, inside a group, longest figure first:
 // the first row that matches is the longest one.
+// clang-format off
 inline constexpr BeamPattern kBeamPatterns[] = {
     // Groups that begin with a 32nd.
     {{1, 1, 1, 1, 4},   'c'},
@@ -186,6 +193,7 @@ inline constexpr BeamPattern kBeamPatterns[] = {
     {{6, 4},            'c'},
     {{6, 6},            'c'},
 };
+// clang-format on
 
 // Rows [begin, end) of the table whose figure starts with `first`; empty for other values.
 struct PatternRange {
@@ -196,9 +204,11 @@ struct PatternRange {
 constexpr PatternRange PatternsStartingWith(int first) {
     PatternRange range;
     const int count = static_cast<int>(std::size(kBeamPatterns));
-    while (range.begin < count && kBeamPatterns[range.begin].durations[0] != first) ++range.begin;
+    while (range.begin < count && kBeamPatterns[range.begin].durations[0] != first)
+        ++range.begin;
     range.end = range.begin;
-    while (range.end < count && kBeamPatterns[range.end].durations[0] == first) ++range.end;
+    while (range.end < count && kBeamPatterns[range.end].durations[0] == first)
+        ++range.end;
     return range;
 }
 
@@ -219,7 +229,8 @@ static_assert(PatternTableIsOrdered(), "beam patterns must be grouped and longes
 // The blocks of the table by first duration, worked out when compiling.
 inline constexpr auto kPatternBlocks = [] {
     std::array<PatternRange, 7> blocks{};
-    for (int first = 1; first < 7; ++first) blocks[static_cast<std::size_t>(first)] = PatternsStartingWith(first);
+    for (int first = 1; first < 7; ++first)
+        blocks[static_cast<std::size_t>(first)] = PatternsStartingWith(first);
     return blocks;
 }();
 

@@ -12,8 +12,8 @@ namespace tahrir::core {
 
 namespace {
 
-constexpr int kMaxGroup = 5;        // a note and the four after it
-constexpr int kPayloadColumn = 6;   // rhythm payload and line 3's measure
+constexpr int kMaxGroup = 5;      // a note and the four after it
+constexpr int kPayloadColumn = 6; // rhythm payload and line 3's measure
 constexpr int kFirstMusicLine = 4;
 
 // Rhythm changes seen by the pass; "RHITHM" lines leave the measure as it is.
@@ -42,16 +42,20 @@ int LeadingNumber(std::string_view text) {
 // "L3", "L5", "L7", "L9" in columns 8..9: the number of notes of the tuplet.
 int TupletSize(const ScoreLine& line) {
     const char count = line.at(9);
-    const bool tuplet = line.at(8) == 'L' && (count == '3' || count == '5' || count == '7' || count == '9');
+    const bool tuplet =
+        line.at(8) == 'L' && (count == '3' || count == '5' || count == '7' || count == '9');
     return tuplet ? count - '0' : 0;
 }
 
 bool IsRhythmChange(const ScoreLine& line) {
-    return line.at(1) == 'R' && std::any_of(std::begin(kRhythmTokens), std::end(kRhythmTokens),
+    return line.at(1) == 'R' &&
+           std::any_of(std::begin(kRhythmTokens), std::end(kRhythmTokens),
                        [&](std::string_view token) { return line.startsWith(token); });
 }
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 // A rhythm line's measure is read from column 6 on, whatever the token's length.
 std::string_view PayloadOf(const ScoreLine& line) {
@@ -86,7 +90,9 @@ bool ContinuesGroup(const NoteRead& note) {
     return note.isNote && note.pitched && note.duration >= 0 && note.tuplet == 0;
 }
 
-bool IsShort(int duration) { return BeamLevel(duration) > 0; }
+bool IsShort(int duration) {
+    return BeamLevel(duration) > 0;
+}
 
 bool IsLong(int duration) {
     constexpr int kLong[] = {8, 12, 16, 20, 24, 28, 32, 48};
@@ -102,7 +108,8 @@ public:
     void run() {
         clear();
         m_measure = ReadMeasure(PayloadOf(m_sheet[3]));
-        for (int line = kFirstMusicLine; line <= m_last;) line = step(line);
+        for (int line = kFirstMusicLine; line <= m_last;)
+            line = step(line);
     }
 
 private:
@@ -149,11 +156,12 @@ private:
             if (!ContinuesGroup(next)) break;
             durations[static_cast<std::size_t>(count++)] = next.duration;
         }
-        const BeamMatch match =
-            MatchBeamPattern(std::span<const int>(durations.data(), static_cast<std::size_t>(count)), room());
+        const BeamMatch match = MatchBeamPattern(
+            std::span<const int>(durations.data(), static_cast<std::size_t>(count)), room());
         if (match.size > 1) writeGroup(index, match.size, match.closing);
         int total = 0;
-        for (int i = 0; i < match.size; ++i) total += durations[static_cast<std::size_t>(i)];
+        for (int i = 0; i < match.size; ++i)
+            total += durations[static_cast<std::size_t>(i)];
         advance(total);
         return index + match.size;
     }
@@ -170,7 +178,8 @@ private:
         while (count < size && index + count <= m_last) {
             const NoteRead& next = noteAt(index + count);
             if (!next.isNote || next.duration < 0 || next.tuplet > 0) break;
-            beamable = beamable && next.pitched && BeamLevel(next.duration) == BeamLevel(head.duration);
+            beamable =
+                beamable && next.pitched && BeamLevel(next.duration) == BeamLevel(head.duration);
             time += next.duration;
             ++count;
         }
@@ -180,7 +189,8 @@ private:
     }
 
     void writeGroup(int first, int size, char closing) {
-        for (int i = 0; i < size - 1; ++i) m_sheet[first + i].setField(7, "C");
+        for (int i = 0; i < size - 1; ++i)
+            m_sheet[first + i].setField(7, "C");
         m_sheet[first + size - 1].setField(7, std::string_view(&closing, 1));
     }
 
@@ -209,12 +219,14 @@ Measure ReadMeasure(std::string_view payload) {
     Measure measure;
     measure.numerator = LeadingNumber(payload.substr(0, 3));
     const auto slash = payload.find('/');
-    measure.denominator = slash == std::string_view::npos ? 0 : LeadingNumber(payload.substr(slash + 1, 2));
+    measure.denominator =
+        slash == std::string_view::npos ? 0 : LeadingNumber(payload.substr(slash + 1, 2));
     measure.CompoundMeasure = (measure.numerator >= 6 && measure.denominator == 8) ||
                               (measure.numerator >= 12 && measure.denominator == 16);
     if (measure.denominator == 0) return measure;
     // Integer part of numerator / denominator x 32, in single precision.
-    const float ticks = static_cast<float>(measure.numerator) / static_cast<float>(measure.denominator) * 32.0f;
+    const float ticks =
+        static_cast<float>(measure.numerator) / static_cast<float>(measure.denominator) * 32.0f;
     const float whole = static_cast<float>(static_cast<long>(ticks));
     // No length at all (or a negative one from a damaged line) turns the bar check off.
     measure.MeasureTicks = whole > 0.0f ? whole : kNoBarCheck;
@@ -222,7 +234,8 @@ Measure ReadMeasure(std::string_view payload) {
 }
 
 BeamMatch MatchBeamPattern(std::span<const int> durations, int room) {
-    if (durations.empty() || durations[0] < 1 || durations[0] >= static_cast<int>(kPatternBlocks.size()))
+    if (durations.empty() || durations[0] < 1 ||
+        durations[0] >= static_cast<int>(kPatternBlocks.size()))
         return {};
     const PatternRange range = kPatternBlocks[static_cast<std::size_t>(durations[0])];
     for (int i = range.begin; i < range.end; ++i) {
@@ -238,6 +251,8 @@ BeamMatch MatchBeamPattern(std::span<const int> durations, int room) {
     return {};
 }
 
-void RhythmPass(ScoreSheet& sheet) { BeamWalk(sheet).run(); }
+void RhythmPass(ScoreSheet& sheet) {
+    BeamWalk(sheet).run();
+}
 
 } // namespace tahrir::core

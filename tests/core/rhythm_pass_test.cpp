@@ -24,14 +24,16 @@ ScoreSheet MakeSheet(const std::string& rhythm, const std::vector<std::string>& 
     sheet[2] = "TEMPO 60";
     sheet[3] = "RHYTM" + rhythm;
     int index = 3;
-    for (const auto& line : music) sheet[++index] = line;
+    for (const auto& line : music)
+        sheet[++index] = line;
     sheet.LastLine = index;
     return sheet;
 }
 
 ScoreSheet NoteSheet(const std::string& rhythm, const std::vector<int>& durations) {
     std::vector<std::string> music;
-    for (int d : durations) music.push_back(Note(d));
+    for (int d : durations)
+        music.push_back(Note(d));
     return MakeSheet(rhythm, music);
 }
 
@@ -81,12 +83,14 @@ Joint JointOf(char code, int level) {
 bool DrawsCorrectly(const std::vector<int>& durations, const std::string& codes) {
     const std::size_t n = durations.size();
     std::vector<Joint> joints(n, Joint{' ', ' '});
-    for (std::size_t i = 1; i < n; ++i) joints[i] = JointOf(codes[i], BeamLevel(durations[i]));
+    for (std::size_t i = 1; i < n; ++i)
+        joints[i] = JointOf(codes[i], BeamLevel(durations[i]));
     for (std::size_t i = 0; i < n; ++i) {
         for (int level = 2; level <= 3; ++level) {
             auto at = [&](const Joint& j) { return level == 2 ? j.second : j.third; };
             const bool fromLeft = i > 0 && (at(joints[i]) == 'F' || at(joints[i]) == 'R');
-            const bool toRight = i + 1 < n && (at(joints[i + 1]) == 'F' || at(joints[i + 1]) == 'L');
+            const bool toRight =
+                i + 1 < n && (at(joints[i + 1]) == 'F' || at(joints[i + 1]) == 'L');
             if ((fromLeft || toRight) != (level <= BeamLevel(durations[i]))) return false;
         }
     }
@@ -102,15 +106,18 @@ TEST(BeamPatterns, EveryRowFitsABeatAndDrawsItsDurations) {
         ASSERT_GE(size, 1);
         ASSERT_LE(size, row.length());
         EXPECT_LE(row.sum(), 12) << "no figure is longer than a compound beat";
-        for (int i = 0; i < row.length(); ++i) EXPECT_GT(BeamLevel(row.durations[static_cast<std::size_t>(i)]), 0);
-        EXPECT_EQ(std::count(seen.begin(), seen.end(), row.durations), 0) << "a figure listed twice";
+        for (int i = 0; i < row.length(); ++i)
+            EXPECT_GT(BeamLevel(row.durations[static_cast<std::size_t>(i)]), 0);
+        EXPECT_EQ(std::count(seen.begin(), seen.end(), row.durations), 0)
+            << "a figure listed twice";
         seen.push_back(row.durations);
         if (size < 2) continue;
         const std::vector<int> group(row.durations.begin(), row.durations.begin() + size);
-        const std::string codes = std::string(static_cast<std::size_t>(size - 1), 'C') + row.closing;
+        const std::string codes =
+            std::string(static_cast<std::size_t>(size - 1), 'C') + row.closing;
         EXPECT_NE(row.closing, 'C');
-        EXPECT_TRUE(DrawsCorrectly(group, codes)) << "figure starting " << group[0] << " of " << size
-                                                  << " closed by " << row.closing;
+        EXPECT_TRUE(DrawsCorrectly(group, codes))
+            << "figure starting " << group[0] << " of " << size << " closed by " << row.closing;
     }
 }
 
@@ -171,8 +178,8 @@ TEST(RhythmPass, TupletTakesTheTimeOfItsLastNotes) {
 }
 
 TEST(RhythmPass, StoredCodesAreBlankedAndOtherColumnsKept) {
-    ScoreSheet sheet = MakeSheet("4/4", {"14  8 C TR", "03  8 e", "14  4 7", "14  4 C", "L_abcdefgh",
-                                         "TEMPO 120"});
+    ScoreSheet sheet = MakeSheet(
+        "4/4", {"14  8 C TR", "03  8 e", "14  4 7", "14  4 C", "L_abcdefgh", "TEMPO 120"});
     sheet[1] = "DBSKNDBG  ";
     RhythmPass(sheet);
     EXPECT_EQ(sheet[1].text(), "DBSKNDBG  ") << "column 7 of line 1 is the key signature's Si";
@@ -219,11 +226,14 @@ namespace {
 // Random music: mostly short notes, with everything that must break a beam mixed in.
 std::string RandomLine(std::mt19937& rng) {
     static const std::vector<std::string> pool = {
-        Note(4), Note(4), Note(4), Note(2), Note(2), Note(2), Note(1), Note(3), Note(6),
-        Note(4, "TR"), Note(2, ". "), "14  8", "14 12 C", "14 16", "03  4    ", "03  2",
-        "03  8 e", "03 -1", "14 -1", Note(4, "L3"), Note(2, "L3"), Note(2, "L5"), "TEMPO 90",
-        "L_text", "REP{    ", "RHYTM2/4", "RHYTM6/8", "RHYTM9/8", "RHITM12/16", "RHYTM3/8",
-        "RHYTM4/0", "RHYTHM3/4", "RHITHM6/8", "14  4 C", "14  2 7"};
+        Note(4),    Note(4),       Note(4),       Note(2),       Note(2),       Note(2),
+        Note(1),    Note(3),       Note(6),       Note(4, "TR"), Note(2, ". "), "14  8",
+        "14 12 C",  "14 16",       "03  4    ",   "03  2",       "03  8 e",     "03 -1",
+        "14 -1",    Note(4, "L3"), Note(2, "L3"), Note(2, "L5"), "TEMPO 90",    "L_text",
+        "REP{    ", "RHYTM2/4",    "RHYTM6/8",    "RHYTM9/8",    "RHITM12/16",  "RHYTM3/8",
+        "RHYTM4/0", "RHYTHM3/4",   "RHITHM6/8",   "14  4 C",     "14  2 7",     "",
+        "0",        "1",           "RHYTM",       "RHYTM/",      "RHYTM-4/4",   "RHYTM999/1",
+        "03  4  L9"};
     return pool[std::uniform_int_distribution<std::size_t>(0, pool.size() - 1)(rng)];
 }
 
@@ -237,7 +247,9 @@ int DurationOf(const ScoreLine& line) {
     return DurationTicks(line.field(3, 3)).value_or(-1);
 }
 
-bool IsMusic(const ScoreLine& line) { return line.at(1) >= '0' && line.at(1) <= '9'; }
+bool IsMusic(const ScoreLine& line) {
+    return line.at(1) >= '0' && line.at(1) <= '9';
+}
 
 // Where each line starts in its measure, kept independently of the pass: every note and
 // rest adds its time, a tuplet's marked note adds none, a barline or a rhythm change
@@ -254,17 +266,20 @@ std::vector<Place> PlacesOf(const ScoreSheet& sheet) {
     int tupletLeft = 0;
     for (int i = 4; i <= sheet.LastLine; ++i) {
         const ScoreLine& line = sheet[i];
-        const bool change = line.startsWith("RHYTM") || line.startsWith("RHITM") ||
-                            line.startsWith("RHYTHM");
+        const bool change =
+            line.startsWith("RHYTM") || line.startsWith("RHITM") || line.startsWith("RHYTHM");
         if (change) measure = ReadMeasure(line.text().substr(5));
         const int duration = IsMusic(line) ? DurationOf(line) : -1;
         const bool inTuplet = tupletLeft > 0 && duration >= 0 && TupletOf(line) == 0;
         tupletLeft = inTuplet ? tupletLeft - 1 : 0;
-        if (change || (IsMusic(line) && line.at(1) == '0' && duration < 0)) position = 0;
+        const bool barline = IsMusic(line) && line.at(1) == '0' && line.field(3, 3) == " -1";
+        if (change || barline) position = 0;
         places[static_cast<std::size_t>(i)] = {position, measure};
         if (duration < 0) continue;
-        if (TupletOf(line) > 0) tupletLeft = TupletOf(line) - 1;
-        else position += duration;
+        if (TupletOf(line) > 0)
+            tupletLeft = TupletOf(line) - 1;
+        else
+            position += duration;
         // A tuplet is counted as one step: the measure may only end after its last note.
         const bool tupletGoesOn = tupletLeft > 0 && i < sheet.LastLine && IsMusic(sheet[i + 1]) &&
                                   DurationOf(sheet[i + 1]) >= 0 && TupletOf(sheet[i + 1]) == 0;
@@ -291,9 +306,13 @@ std::string CheckFrame(const ScoreSheet& before, const ScoreSheet& after) {
             return "line " + std::to_string(i) + " changed beyond its beam code";
     }
     for (int i = 4; i <= after.LastLine;) {
-        if (after[i].at(7) == ' ' || !IsMusic(after[i])) { ++i; continue; }
+        if (after[i].at(7) == ' ' || !IsMusic(after[i])) {
+            ++i;
+            continue;
+        }
         int end = i;
-        while (end <= after.LastLine && after[end].at(7) == 'C') ++end;
+        while (end <= after.LastLine && after[end].at(7) == 'C')
+            ++end;
         const std::string at = "group at line " + std::to_string(i);
         if (end > after.LastLine || end == i) return at + " has no C before its closing code";
         std::vector<int> durations;
@@ -310,7 +329,8 @@ std::string CheckFrame(const ScoreSheet& before, const ScoreSheet& after) {
         if (TupletOf(after[i]) > 0 && static_cast<int>(durations.size()) > TupletOf(after[i]))
             return at + " is longer than its tuplet";
         int time = 0;
-        for (int d : durations) time += d;
+        for (int d : durations)
+            time += d;
         if (TupletOf(after[i]) > 0) time -= durations.front();
         const Place& place = places[static_cast<std::size_t>(i)];
         const int beat = place.measure.beatTicks();
@@ -332,13 +352,15 @@ TEST(RhythmPass, RandomStreamsKeepTheFrame) {
     for (int run = 0; run < 400; ++run) {
         std::vector<std::string> music;
         const int length = std::uniform_int_distribution<int>(1, 120)(rng);
-        for (int i = 0; i < length; ++i) music.push_back(RandomLine(rng));
+        for (int i = 0; i < length; ++i)
+            music.push_back(RandomLine(rng));
         const ScoreSheet before = MakeSheet(measures[run % 8], music);
         ScoreSheet after = before;
         RhythmPass(after);
         const std::string fault = CheckFrame(before, after);
         ASSERT_EQ(fault, "") << "run " << run << " (" << measures[run % 8] << ")";
-        for (int i = 4; i <= after.LastLine; ++i) groups += after[i].at(7) == 'C';
+        for (int i = 4; i <= after.LastLine; ++i)
+            groups += after[i].at(7) == 'C';
     }
     EXPECT_GT(groups, 1000) << "the streams should beam often enough to test something";
 }
