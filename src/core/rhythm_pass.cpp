@@ -132,13 +132,13 @@ private:
         const ScoreLine& line = m_sheet[index];
         if (IsRhythmChange(line)) {
             m_measure = ReadMeasure(PayloadOf(line));
-            m_beatPosition = 0; // the new measure starts here
+            BeatPosition = 0; // the new measure starts here
             return index + 1;
         }
         const NoteRead& note = noteAt(index);
         if (!note.isNote) return index + 1;
         if (note.duration < 0) {
-            if (!note.pitched) m_beatPosition = 0; // a barline; a grace note takes no time
+            if (!note.pitched) BeatPosition = 0; // a barline; a grace note takes no time
             return index + 1;
         }
         if (note.tuplet > 0) return walkTuplet(index, note.tuplet);
@@ -198,19 +198,19 @@ private:
     int room() const {
         const int beat = m_measure.beatTicks();
         const int measure = static_cast<int>(m_measure.MeasureTicks);
-        return std::max(0, std::min(beat - m_beatPosition % beat, measure - m_beatPosition));
+        return std::max(0, std::min(beat - BeatPosition % beat, measure - BeatPosition));
     }
 
     void advance(int ticks) {
-        m_beatPosition += ticks;
-        if (static_cast<float>(m_beatPosition) >= m_measure.MeasureTicks) m_beatPosition = 0;
+        BeatPosition += ticks;
+        if (static_cast<float>(BeatPosition) >= m_measure.MeasureTicks) BeatPosition = 0;
     }
 
     ScoreSheet& m_sheet;
     int m_last;
     std::vector<NoteRead> m_notes; // by line index
     Measure m_measure;
-    int m_beatPosition = 0; // 32nds since the last barline
+    int BeatPosition = 0; // 32nds since the last barline
 };
 
 } // namespace
