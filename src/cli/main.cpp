@@ -51,18 +51,26 @@ void PrintHelp(std::ostream& out) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
+    std::vector<std::string> args(argv + 1, argv + argc);
+    // "--app-folder DIR" may also stand before the command name.
+    std::vector<std::string> global;
+    while (args.size() >= 2 && args[0] == "--app-folder") {
+        global = {args[0], args[1]};
+        args.erase(args.begin(), args.begin() + 2);
+    }
+    if (args.empty()) {
         PrintHelp(std::cerr);
         return ExitUsage;
     }
-    const std::string name = argv[1];
+    const std::string name = args[0];
     if (name == "--help" || name == "-h" || name == "help") {
         PrintHelp(std::cout);
         return ExitOk;
     }
     for (const Command& c : kCommands) {
         if (name != c.name) continue;
-        std::vector<std::string> rest(argv + 2, argv + argc);
+        std::vector<std::string> rest(args.begin() + 1, args.end());
+        rest.insert(rest.end(), global.begin(), global.end());
         for (const auto& a : rest) {
             if (a == "--help" || a == "-h") {
                 std::cout << "usage: tahrir-cli " << c.usage << '\n';
