@@ -239,7 +239,10 @@ void PageWalk::walkLine(int i) {
         }
         ChordX = PenX;
         ChordY = GlyphY + 6.5;
-        switch (core::ClassifyLine(s, i)) {
+        // "LC" lines fold to upper case, so "Lc" is a control line as well.
+        const core::LineKind kind =
+            up.starts_with("LC") ? core::LineKind::ControlLine : core::ClassifyLine(s, i);
+        switch (kind) {
         case core::LineKind::SpacerLine:
             if (m_opt.ViewMode == 1) {
                 glyph(i, PenX + 2.5 * RowScale, StaffBaseY - 6.5, "/");

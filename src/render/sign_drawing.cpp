@@ -193,9 +193,10 @@ void PageWalk::textLine(int i) {
     case '>': x -= 0.2 * RowScale, y += 1.8, after = 0.5; break;
     default: return;
     }
-    setPos(i, PenX, StaffBaseY);
-    if (!hidden && !(speed && m_opt.ViewMode == 0))
+    if (!hidden && !(speed && m_opt.ViewMode == 0)) {
+        setPos(i, PenX, StaffBaseY);
         text(i, x, y, core::Cp1256ToUtf8(Trim(payload)), 0.5 * TextFontScale);
+    }
     PenX += after * RowScale;
 }
 

@@ -1,0 +1,96 @@
+// Golden files of whole layouts: display-list dumps that pin the layout decisions and the
+// exact DXF text. Refreshed only with TAHRIR_UPDATE_GOLDEN=1, so every change is read.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "render/page_layout.h"
+#include "sheet_builder.h"
+
+namespace tahrir::render {
+namespace {
+
+using test::MakeSheet;
+using test::Repeat;
+
+std::string GoldenPath(const std::string& name) {
+    return std::string(TAHRIR_TEST_DATA) + "/render/" + name;
+}
+
+void ExpectGolden(const std::string& name, const std::string& actual) {
+    const std::string path = GoldenPath(name);
+    if (const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN"); update && std::string(update) == "1") {
+        std::ofstream(path, std::ios::binary) << actual;
+        return;
+    }
+    std::ifstream in(path, std::ios::binary);
+    ASSERT_TRUE(in) << "missing golden file " << path << " (run with TAHRIR_UPDATE_GOLDEN=1)";
+    std::stringstream expected;
+    expected << in.rdbuf();
+    EXPECT_EQ(expected.str(), actual) << "differs from " << path;
+}
+
+// Signs of every family in two measures: key signature, repeat, volta, tie, beams, dots,
+// accidentals, a rest, a text line, a chord symbol, a tuplet and marks.
+core::ScoreSheet SignsSheet() {
+    return MakeSheet({"   S  KG", "TEMPO72", "RHYTM4/4", "03 -1", "L^Ms=1", "REP{",
+                      "L^Daramad", "13  4  TI", "23  4", "33  8S", "43 12  TR", "53  4",
+                      "03 -1", "VOL{1", "63  8 . HC", "73  4  L3", "14  4", "73  4",
+                      "03  8", "03 -1", "REP}", "L_end", "14 32 K"});
+}
+
+// Sixteen measures on a narrow page: row breaks, the three row-scale bands, measure
+// numbers moving to row starts, and an over-full measure.
+core::ScoreSheet RowsSheet() {
+    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM3/4"});
+    for (int m = 0; m < 16; ++m) {
+        Repeat(sheet, "53  8", 1);
+        Repeat(sheet, m == 5 ? "63 24" : "63  4", 2);
+        Repeat(sheet, "73  8", 1);
+    }
+    core::RhythmPass(sheet);
+    return sheet;
+}
+
+LayoutResult Lay(const core::ScoreSheet& sheet, double width, int view, bool dxf) {
+    LayoutOptions o;
+    o.PageWidthUnits = width;
+    o.ViewMode = view;
+    o.DxfEnabled = dxf;
+    o.ScoreFileName = "golden.srv";
+    return RefreshView(sheet, o);
+}
+
+std::string Summary(const LayoutResult& r) {
+    std::ostringstream out;
+    out.precision(4);
+    out << "rows " << r.rows << "\nratios";
+    for (int i = 1; i <= r.rows; ++i) out << ' ' << r.RowRatios[i];
+    out << "\nmeasures";
+    for (const auto& m : r.measures)
+        if (m.number > 0) out << ' ' << m.number << '@' << m.x << ',' << m.y << (m.visible ? "" : "h");
+    out << '\n';
+    return out.str() + r.list.dump();
+}
+
+TEST(Golden, SignsPage) {
+    const auto r = Lay(SignsSheet(), 80, 0, true);
+    ExpectGolden("signs.dump", Summary(r));
+    ExpectGolden("signs.dxf", r.dxf);
+}
+
+TEST(Golden, RowsPage) {
+    const auto r = Lay(RowsSheet(), 45, 0, true);
+    ExpectGolden("rows.dump", Summary(r));
+    ExpectGolden("rows.dxf", r.dxf);
+}
+
+TEST(Golden, RowsWorkingView) {
+    ExpectGolden("rows_working.dump", Summary(Lay(RowsSheet(), 45, 1, false)));
+}
+
+} // namespace
+} // namespace tahrir::render

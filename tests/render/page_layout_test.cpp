@@ -1,0 +1,261 @@
+// Layout decisions of the walk, checked on small sheets built in code.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "render/page_layout.h"
+#include "sheet_builder.h"
+
+namespace tahrir::render {
+namespace {
+
+using test::MakeSheet;
+using test::Repeat;
+
+const std::string kHeader = "       G";
+
+std::vector<const DisplayItem*> Find(const LayoutResult& r, ItemKind kind,
+                                     const std::string& text = {}) {
+    std::vector<const DisplayItem*> out;
+    for (const auto& it : r.list.items)
+        if (it.kind == kind && (text.empty() || it.text == text)) out.push_back(&it);
+    return out;
+}
+
+const DisplayItem* GlyphOfLine(const LayoutResult& r, int line) {
+    for (const auto& it : r.list.items)
+        if (it.kind == ItemKind::Glyph && it.line == line) return &it;
+    return nullptr;
+}
+
+LayoutResult Lay(const core::ScoreSheet& sheet, double width = 60, int view = 0) {
+    LayoutOptions o;
+    o.PageWidthUnits = width;
+    o.ViewMode = view;
+    return RefreshView(sheet, o);
+}
+
+TEST(RowScale, BandsKeepShortRowsFromSpreading) {
+    EXPECT_NEAR(RowScaleFor(0.4), 1 / (0.4 * 1.9), 1e-9); // about 1.32, not 2.5
+    EXPECT_NEAR(RowScaleFor(0.55), 1 / (0.55 * 1.5), 1e-9);
+    EXPECT_NEAR(RowScaleFor(0.8), 1.25, 1e-9);
+    EXPECT_NEAR(RowScaleFor(1.25), 0.8, 1e-9); // an over-full row is drawn narrower
+    EXPECT_EQ(RowScaleFor(2.0), 1);
+    EXPECT_EQ(RowScaleFor(0.3), 1);
+    EXPECT_EQ(RowScaleFor(0), 1);
+}
+
+TEST(Notes, StemDirectionAndHeadHeightFollowThePosition) {
+    // Si of octave 3 stands on the middle line (position 4), Do of octave 4 above it.
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  8", "14  8"}));
+    const DisplayItem* middle = GlyphOfLine(r, 4);
+    const DisplayItem* above = GlyphOfLine(r, 5);
+    ASSERT_TRUE(middle && above);
+    EXPECT_EQ(middle->text, "q");
+    EXPECT_EQ(above->text, "Q");
+    // The head of the middle line: 2 units above the bottom line, less the font offset.
+    EXPECT_NEAR(middle->y, 26 - 2 - 5.55, 1e-9);
+    EXPECT_NEAR(above->y, 26 - 2.5 - 5.55, 1e-9);
+    EXPECT_DOUBLE_EQ(r.positions.LinePosX[4], middle->x);
+    EXPECT_DOUBLE_EQ(r.positions.LinePosY[4], 26);
+}
+
+TEST(Notes, StemsInDxfByDuration) {
+    const auto lines = [](const std::string& note) {
+        LayoutOptions o;
+        o.PageWidthUnits = 60;
+        o.DxfEnabled = true;
+        const auto bar = note.find('|');
+        auto sheet = MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", note.substr(0, bar)});
+        if (bar + 1 < note.size()) Repeat(sheet, note.substr(bar + 1), 1);
+        const auto r = RefreshView(sheet, o);
+        std::size_t n = 0;
+        for (auto p = r.dxf.find("LINE\r\n"); p != std::string::npos; p = r.dxf.find("LINE\r\n", p + 1))
+            if (p == 0 || r.dxf[p - 1] == '\n') ++n; // not the tail of "POLYLINE"
+        return n;
+    };
+    // The half note adds its stem; the whole note has none.
+    // Each sheet fills its measure (a rest makes up the rest) so the barlines are alike.
+    EXPECT_EQ(lines("13 16|03 16") - lines("13 32|"), 1u);
+    EXPECT_EQ(lines("13  8|03 24") - lines("13 32|"), 1u);
+}
+
+TEST(Notes, UnknownDurationDrawsNothingAndTakesNoTime) {
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 10", "73 16", "73 16"}));
+    EXPECT_EQ(GlyphOfLine(r, 4), nullptr);
+    EXPECT_EQ(r.positions.LinePosX[4], -1);
+    // Only the two halves fill the measure: it ends at line 6, not over-full.
+    const auto red = std::count_if(r.list.items.begin(), r.list.items.end(), [](auto& it) {
+        return it.kind == ItemKind::Stroke && it.colour == kRed;
+    });
+    EXPECT_EQ(red, 0);
+    EXPECT_EQ(Find(r, ItemKind::Glyph, "[").size(), 1u);
+}
+
+TEST(Measures, OverFullBarlineIsRedAndExactOneBlack) {
+    const auto strokesOf = [](const LayoutResult& r, std::uint32_t colour) {
+        return std::count_if(r.list.items.begin(), r.list.items.end(), [&](auto& it) {
+            return it.kind == ItemKind::Stroke && it.colour == colour && it.x == it.x2 &&
+                   std::abs(it.y - it.y2) == 4;
+        });
+    };
+    const auto over = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 16", "73 24", "73 32"}));
+    EXPECT_EQ(strokesOf(over, kRed), 1);
+    const auto exact = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 16", "73 16", "73 32"}));
+    EXPECT_EQ(strokesOf(exact, kRed), 0);
+}
+
+TEST(Measures, NumbersStandOverBarlinesAndMoveToRowStarts) {
+    core::ScoreSheet sheet = MakeSheet({kHeader, "TEMPO60", "RHYTM4/4"});
+    Repeat(sheet, "73 32", 8);
+    const auto r = Lay(sheet, 40);
+    ASSERT_GE(r.rows, 2);
+    ASSERT_GE(r.measures.size(), 9u);
+    EXPECT_TRUE(r.measures[1].visible);
+    EXPECT_NEAR(r.measures[1].y, 26 - 6.5, 1e-9);
+    // The label of the measure that opens row 2 stands at that row's start, not at the
+    // barline: x = RowStartX + 3 (clef at 3 + 1, advance 3, less 2), y of the new row.
+    const auto rowStart = std::find_if(r.measures.begin() + 2, r.measures.end(),
+                                       [](const MeasureLabel& m) { return m.y > 30; });
+    ASSERT_NE(rowStart, r.measures.end());
+    EXPECT_NEAR(rowStart->y, 26 + 14 - 6.5, 1e-9);
+    EXPECT_GE(rowStart->x, 5 + 3 * 0.5);
+    EXPECT_LE(rowStart->x, 5 + 3 * 2.0);
+    // The barline after the last line carries a number that is never shown.
+    EXPECT_FALSE(r.measures[9].visible);
+}
+
+TEST(Rows, SpacerLineForcesARowBreak) {
+    const auto together = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 32", "73 32"}));
+    const auto split = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 32", "L  ", "73 32"}));
+    EXPECT_EQ(together.positions.LinePosY[5], 26);
+    EXPECT_EQ(split.positions.LinePosY[6], 26 + 14);
+}
+
+TEST(Rows, LastBarlineIsFinalAndInsideThePage) {
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 32"}), 60);
+    const auto finals = Find(r, ItemKind::Glyph, "[");
+    ASSERT_EQ(finals.size(), 1u);
+    EXPECT_LE(finals[0]->x, 60 - 0.9 + 0.3 + 1e-9);
+}
+
+TEST(Rows, TwoHundredRowsAndMoreDoNotOverrun) {
+    core::ScoreSheet sheet = MakeSheet({kHeader, "TEMPO60", "RHYTM4/4"});
+    Repeat(sheet, "73 32", core::MaxLines - 3);
+    const auto r = Lay(sheet, 20);
+    EXPECT_GT(r.rows, 200);
+    EXPECT_GE(static_cast<int>(r.RowRatios.size()), r.rows);
+    EXPECT_GT(r.positions.LinePosY[core::MaxLines], 26 + 200 * 14);
+}
+
+TEST(WorkingView, RowsEndAtNinetyPercent) {
+    core::ScoreSheet sheet = MakeSheet({kHeader, "TEMPO60", "RHYTM4/4"});
+    Repeat(sheet, "73  8", 64);
+    const auto page = Lay(sheet, 60, 0);
+    const auto work = Lay(sheet, 60, 1);
+    EXPECT_GT(work.rows, page.rows);
+    double maxX = 0;
+    for (int i = 4; i <= sheet.LastLine; ++i) maxX = std::max(maxX, work.positions.LinePosX[i]);
+    EXPECT_LT(maxX, 60 * 0.9);
+    EXPECT_GT(maxX, 60 * 0.7);
+}
+
+TEST(ControlLines, ValidValuesTakeEffectAndOthersAreIgnored) {
+    const auto textSize = [](const std::string& control) {
+        const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", control, "L_word"}));
+        const auto texts = Find(r, ItemKind::Text, "word");
+        return texts.empty() ? -1.0 : texts[0]->size;
+    };
+    EXPECT_DOUBLE_EQ(textSize("LCTFS=2"), 1.0);
+    EXPECT_DOUBLE_EQ(textSize("LCTFS=5"), 0.5);
+    EXPECT_DOUBLE_EQ(textSize("Lctfs=2"), 1.0); // the keyword folds to upper case
+
+    const auto firstStaffY = [](const std::string& control) {
+        const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", control, "73 32"}));
+        return r.positions.LinePosY[5];
+    };
+    EXPECT_EQ(firstStaffY("LCTOP=40"), 40); // read in the first pass, used by the second
+    EXPECT_EQ(firstStaffY("LCTOP=0"), 26);
+    EXPECT_EQ(firstStaffY("LCTOP=101"), 26);
+
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "LCDBL=20", "73 32", "L  ",
+                                  "73 32"}));
+    EXPECT_EQ(r.positions.LinePosY[7], 26 + 20);
+    // Control lines take no room and draw nothing in page view.
+    EXPECT_EQ(r.positions.LinePosX[4], -1);
+}
+
+TEST(Signs, KeySignatureUsesSoriAndKoronGlyphs) {
+    // Fa with sori and Si with koron: Fa at octave 4 (top line), Si at octave 3 (middle).
+    const auto r = Lay(MakeSheet({"   S  KG", "TEMPO60", "RHYTM4/4", "73 32"}));
+    const auto sori = Find(r, ItemKind::Glyph, "<");
+    const auto koron = Find(r, ItemKind::Glyph, "!");
+    ASSERT_FALSE(sori.empty());
+    ASSERT_FALSE(koron.empty());
+    EXPECT_NEAR(sori[0]->y, 26 - 4 - 5.5, 1e-9);
+    EXPECT_NEAR(koron[0]->y, 26 - 2 - 5.5, 1e-9);
+    EXPECT_LT(sori[0]->x, koron[0]->x);
+}
+
+TEST(Signs, TieIsAFixedArcAfterTheNote) {
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  8  TI", "73  8"}));
+    const auto arcs = Find(r, ItemKind::Arc);
+    ASSERT_EQ(arcs.size(), 1u);
+    EXPECT_DOUBLE_EQ(arcs[0]->x2, 4.7);
+    // Stem up, position sum 28: the centre follows the mark's y (26 - 10.55 - 2) plus 8.
+    EXPECT_NEAR(arcs[0]->y, 26 - 10.55 - 2 + 8, 1e-9);
+    EXPECT_NEAR(arcs[0]->x, r.positions.LinePosX[4] - 1.2 + 3.6, 1e-9);
+    EXPECT_DOUBLE_EQ(arcs[0]->a0, 4.2);
+}
+
+TEST(Beams, StemsEndOnTheBeamOfTheirGroup) {
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  4", "13  4", "73  4",
+                                  "13  4", "73 16"}));
+    std::vector<const DisplayItem*> stems, beams;
+    for (const auto& it : r.list.items) {
+        if (it.kind != ItemKind::Stroke) continue;
+        if (it.width == WidthClass::Stem) stems.push_back(&it);
+        if (it.width == WidthClass::Beam) beams.push_back(&it);
+    }
+    ASSERT_EQ(stems.size(), 4u);
+    ASSERT_GE(beams.size(), 2u);
+    for (const DisplayItem* s : stems) {
+        const bool meets = std::any_of(beams.begin(), beams.end(), [&](const DisplayItem* b) {
+            return (std::abs(b->x - s->x) < 0.05 && std::abs(b->y - s->y) < 1e-9) ||
+                   (std::abs(b->x2 - s->x) < 0.05 && std::abs(b->y2 - s->y) < 1e-9);
+        });
+        EXPECT_TRUE(meets) << "stem at " << s->x;
+    }
+}
+
+TEST(Beams, LongGroupsAndStrayCodesDrawWithoutFault) {
+    // Beam codes as a damaged file could leave them: fifteen "C" in a row, then kinds the
+    // tables lack. Every member still gets its stem.
+    core::ScoreSheet sheet = MakeSheet({kHeader, "TEMPO60", "RHYTM32/4"}, false);
+    Repeat(sheet, "73  2 C", 15);
+    Repeat(sheet, "73  2 2", 1);
+    Repeat(sheet, "73  4 9", 1);
+    Repeat(sheet, "73  1 7", 1);
+    const auto r = Lay(sheet);
+    const auto stems = std::count_if(r.list.items.begin(), r.list.items.end(), [](auto& it) {
+        return it.kind == ItemKind::Stroke && it.width == WidthClass::Stem;
+    });
+    EXPECT_EQ(stems, 18);
+}
+
+TEST(Dxf, StreamOnlyWhenEnabled) {
+    const auto sheet = MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 32"});
+    LayoutOptions o;
+    EXPECT_TRUE(RefreshView(sheet, o).dxf.empty());
+    o.DxfEnabled = true;
+    const std::string dxf = RefreshView(sheet, o).dxf;
+    EXPECT_EQ(dxf.rfind(" 0 \r\nSECTION\r\n", 0), 0u);
+    EXPECT_TRUE(dxf.ends_with("  0\r\nENDSEC\r\n 0 \r\nEOF\r\n"));
+    // Only the last pass is kept: one title.
+    EXPECT_EQ(dxf.find("ITALICC"), dxf.rfind("ITALICC"));
+}
+
+} // namespace
+} // namespace tahrir::render

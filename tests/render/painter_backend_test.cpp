@@ -1,0 +1,103 @@
+// The painter back end: heads land on their staff lines, and each file type is written.
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "render/painter_backend.h"
+#include "sheet_builder.h"
+
+namespace tahrir::render {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PainterTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { EnsureGuiApplication(); }
+    void SetUp() override {
+        m_dir = fs::temp_directory_path() /
+                ("tahrir_render_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                 "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(m_dir);
+        fs::create_directories(m_dir);
+    }
+    void TearDown() override { fs::remove_all(m_dir); }
+
+    static LayoutResult Quarter() {
+        LayoutOptions o;
+        o.PageWidthUnits = 40;
+        return RefreshView(test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "73  8", "14  8",
+                                            "L_text"}),
+                           o);
+    }
+    static std::string Read(const fs::path& p) {
+        std::ifstream in(p, std::ios::binary);
+        std::stringstream s;
+        s << in.rdbuf();
+        return s.str();
+    }
+    fs::path m_dir;
+};
+
+bool Dark(const QImage& image, double x, double y) {
+    return qGray(image.pixel(static_cast<int>(x), static_cast<int>(y))) < 100;
+}
+
+TEST_F(PainterTest, HeadsSitOnTheirLineAndSpace) {
+    const LayoutResult r = Quarter();
+    ImageOptions options;
+    options.widthPixels = 880; // 20 pixels a staff unit
+    const fs::path png = m_dir / "q.png";
+    ASSERT_EQ(WritePage(r, png, options), "");
+    QImage image(QString::fromStdString(png.string()));
+    ASSERT_FALSE(image.isNull());
+    const double ppu = 880 / r.list.widthUnits;
+    // Si on the middle line (2 units up), Do in the third space (2.5 units up): the head's
+    // centre is dark, and the space one unit above and below the centre's left half is not.
+    for (int line : {4, 5}) {
+        const double h = line == 4 ? 2 : 2.5;
+        const double cx = (r.positions.LinePosX[line] + 0.1 + 0.4) * ppu;
+        const double cy = (r.positions.LinePosY[line] - h) * ppu;
+        EXPECT_TRUE(Dark(image, cx, cy)) << "line " << line;
+        EXPECT_FALSE(Dark(image, cx - 0.15 * ppu, cy - 0.75 * ppu)) << "line " << line;
+        EXPECT_FALSE(Dark(image, cx - 0.15 * ppu, cy + 0.75 * ppu)) << "line " << line;
+    }
+}
+
+TEST_F(PainterTest, WritesPdfSvgAndRejectsOtherTypes) {
+    const LayoutResult r = Quarter();
+    ImageOptions options;
+    ASSERT_EQ(WritePage(r, m_dir / "q.pdf", options), "");
+    EXPECT_EQ(Read(m_dir / "q.pdf").rfind("%PDF", 0), 0u);
+    ASSERT_EQ(WritePage(r, m_dir / "q.svg", options), "");
+    const std::string svg = Read(m_dir / "q.svg");
+    // The music font is drawn as outlines, so no text element can lose it.
+    EXPECT_NE(svg.find("<path"), std::string::npos);
+    EXPECT_EQ(svg.find("<text"), std::string::npos);
+    EXPECT_NE(WritePage(r, m_dir / "q.bmp", options), "");
+    EXPECT_NE(WritePage(r, m_dir / "missing" / "q.png", options), "");
+}
+
+TEST_F(PainterTest, PrintPreviewIsAThirdWide) {
+    LayoutOptions o;
+    o.ChPrint = true;
+    o.Description = "Title\nSecond line";
+    const LayoutResult r = RefreshView(test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4",
+                                                        "73 32"}),
+                                       o);
+    EXPECT_TRUE(r.printed);
+    ImageOptions options;
+    options.print = true;
+    options.widthPixels = 1500;
+    ASSERT_EQ(WritePage(r, m_dir / "p.png", options), "");
+    QImage image(QString::fromStdString((m_dir / "p.png").string()));
+    EXPECT_EQ(image.width(), 500);
+    EXPECT_NEAR(image.height(), 500 * A4HeightTwips / A4WidthTwips, 2);
+}
+
+} // namespace
+} // namespace tahrir::render
