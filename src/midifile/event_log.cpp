@@ -1,6 +1,5 @@
 #include "midifile/event_log.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
@@ -69,14 +68,6 @@ EventLog ReadEventLog(const std::filesystem::path& path) {
     std::ostringstream text;
     text << in.rdbuf();
     return ParseEventLog(text.str());
-}
-
-std::string FormatEventRecord(const EventRecord& record) {
-    std::ostringstream out;
-    out.precision(15);
-    out << record.seconds << ',' << record.key << ',' << record.channel << ','
-        << record.velocity;
-    return out.str();
 }
 
 } // namespace tahrir::midifile

@@ -2,7 +2,6 @@
 // The event log of a play run ("tmpmid.txt"): one record for each note on or note off.
 
 #include <filesystem>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -28,8 +27,5 @@ struct EventLog {
 // that never played.
 EventLog ReadEventLog(const std::filesystem::path& path);
 EventLog ParseEventLog(std::string_view text);
-
-// The text of one record as the play run writes it ("0,60,3,100").
-std::string FormatEventRecord(const EventRecord& record);
 
 } // namespace tahrir::midifile
