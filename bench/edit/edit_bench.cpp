@@ -23,7 +23,8 @@ using namespace tahrir;
 class RenderLayout : public edit::LayoutService {
 public:
     explicit RenderLayout(int viewMode) { m_options.ViewMode = viewMode; }
-    edit::LayoutFacts relayout(const core::ScoreSheet& sheet, core::PositionTable& positions) override {
+    edit::LayoutFacts relayout(const core::ScoreSheet& sheet,
+                               core::PositionTable& positions) override {
         const render::LayoutResult result = render::RefreshView(sheet, m_options);
         positions = result.positions;
         edit::LayoutFacts facts;
@@ -43,13 +44,16 @@ void FillScore(core::ScoreSheet& sheet) {
     sheet.setLine(2, "TEMPO60");
     sheet.setLine(3, "RHYTM4/4");
     const char* measure[] = {"03 -1", "13  8", "23  8", "33  4K", "43  4", "53  8S", "63  8"};
-    for (int i = 4; i <= core::MaxLines; ++i) sheet.setLine(i, measure[(i - 4) % 7]);
+    for (int i = 4; i <= core::MaxLines; ++i)
+        sheet.setLine(i, measure[(i - 4) % 7]);
     sheet.LastLine = core::MaxLines;
     sheet.CurrentLine = 4;
 }
 
 struct NullHost : edit::EditorHost {
-    std::optional<std::string> inputBox(const std::string&, const std::string&) override { return {}; }
+    std::optional<std::string> inputBox(const std::string&, const std::string&) override {
+        return {};
+    }
     void messageBox(const std::string&) override {}
 };
 

@@ -38,7 +38,8 @@ using edit::Editor;
 // The page layout of the renderer, as the editor asks for it after each command.
 class RenderLayout : public edit::LayoutService {
 public:
-    edit::LayoutFacts relayout(const core::ScoreSheet& sheet, core::PositionTable& positions) override {
+    edit::LayoutFacts relayout(const core::ScoreSheet& sheet,
+                               core::PositionTable& positions) override {
         const render::LayoutResult result = render::RefreshView(sheet, m_options);
         positions = result.positions;
         edit::LayoutFacts facts;
@@ -98,7 +99,8 @@ std::vector<std::string> Split(const std::string& text, char separator) {
     std::vector<std::string> parts;
     std::string part;
     std::istringstream in(text);
-    while (std::getline(in, part, separator)) parts.push_back(part);
+    while (std::getline(in, part, separator))
+        parts.push_back(part);
     if (!text.empty() && text.back() == separator) parts.emplace_back();
     return parts;
 }
@@ -116,7 +118,8 @@ const std::map<std::string, int>& NamedKeys() {
 }
 
 std::optional<int> KeyCode(const std::string& name) {
-    if (name.size() == 1 && ((name[0] >= 'A' && name[0] <= 'Z') || (name[0] >= '0' && name[0] <= '9')))
+    if (name.size() == 1 &&
+        ((name[0] >= 'A' && name[0] <= 'Z') || (name[0] >= '0' && name[0] <= '9')))
         return static_cast<int>(name[0]);
     if (name.size() >= 2 && name.size() <= 3 && name[0] == 'F') {
         const std::string digits = name.substr(1);
@@ -130,7 +133,8 @@ std::optional<int> KeyCode(const std::string& name) {
 }
 
 std::optional<int> Number(const std::string& text) {
-    if (text.empty() || text.size() > 6 || text.find_first_not_of("0123456789") != std::string::npos)
+    if (text.empty() || text.size() > 6 ||
+        text.find_first_not_of("0123456789") != std::string::npos)
         return std::nullopt;
     return std::stoi(text);
 }
@@ -164,8 +168,10 @@ std::optional<Action> ParseToken(const std::string& token) {
             return Action{Action::BandDrag, *a, *b, 0};
         }
         static const std::map<std::string, std::pair<Action::Kind, int>> kinds = {
-            {"Click", {Action::Click, 0}},          {"ShiftClick", {Action::Click, 1}},
-            {"Palette", {Action::PaletteClick, 0}}, {"ShiftPalette", {Action::PaletteClick, 1}},
+            {"Click", {Action::Click, 0}},
+            {"ShiftClick", {Action::Click, 1}},
+            {"Palette", {Action::PaletteClick, 0}},
+            {"ShiftPalette", {Action::PaletteClick, 1}},
             {"CtrlPalette", {Action::PaletteClick, 2}}};
         const auto it = kinds.find(kind);
         const auto n = Number(arg);
@@ -191,10 +197,18 @@ std::optional<Action> ParseToken(const std::string& token) {
 
 void Run(Editor& editor, const Action& action) {
     switch (action.kind) {
-    case Action::KeyPress: editor.keyPress(action.a, action.shift); break;
-    case Action::Click: editor.labelMouseDown(action.a, 1, action.shift); break;
-    case Action::BandDrag: Band(editor, action.a, action.b); break;
-    case Action::PaletteClick: editor.paletteClick(action.a, action.shift); break;
+    case Action::KeyPress:
+        editor.keyPress(action.a, action.shift);
+        break;
+    case Action::Click:
+        editor.labelMouseDown(action.a, 1, action.shift);
+        break;
+    case Action::BandDrag:
+        Band(editor, action.a, action.b);
+        break;
+    case Action::PaletteClick:
+        editor.paletteClick(action.a, action.shift);
+        break;
     }
 }
 
@@ -234,7 +248,8 @@ void PrintState(Editor& editor, const AnswerHost& host, const RecordingAuditione
         out << (i ? ", " : "") << Json(core::Cp1256ToUtf8(host.messages[i]));
     out << "], \"sounded\": [";
     for (std::size_t i = 0; i < audio.sounded().size(); ++i)
-        out << (i ? ", " : "") << '[' << audio.sounded()[i].note << ", " << audio.sounded()[i].channel << ']';
+        out << (i ? ", " : "") << '[' << audio.sounded()[i].note << ", "
+            << audio.sounded()[i].channel << ']';
     out << "]}\n";
     std::cout << out.str();
 }
@@ -246,7 +261,8 @@ int RunType(const Argv& argv) {
     if (!args.ok()) return Fail(ExitUsage, args.error());
     const auto out = args.value("-o");
     if (args.positional().size() != 1 || !out)
-        return Fail(ExitUsage, "usage: type FILE.srv [--keys \"TOKENS\"] [--answers \"A1|A2|...\"] -o OUT.srv [--json]");
+        return Fail(ExitUsage, "usage: type FILE.srv [--keys \"TOKENS\"] [--answers \"A1|A2|...\"] "
+                               "-o OUT.srv [--json]");
     // Tokens are checked before anything is loaded, so that a typing error costs nothing.
     std::vector<Action> actions;
     for (const std::string& t : Split(args.value("--keys").value_or(""), ' ')) {
@@ -278,7 +294,8 @@ int RunType(const Argv& argv) {
     Editor editor(doc, {&layout, &audio, &clipboard, &host, &pages}, folder.folder);
     editor.documentReplaced();
     editor.editorClick();
-    for (const Action& action : actions) Run(editor, action);
+    for (const Action& action : actions)
+        Run(editor, action);
     if (!pages.error().empty()) Fail(ExitOk, "warning: " + pages.error());
 
     const core::SaveResult saved = core::SaveImage(doc, *out);

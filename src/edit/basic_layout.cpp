@@ -38,7 +38,8 @@ LayoutFacts BasicLayout::relayout(const core::ScoreSheet& sheet, core::PositionT
     facts.lineMeasure.assign(core::SheetSize, 0);
     const int last = sheet.LastLine;
     int ticks = last >= 3 ? MeasureTicksOf(sheet[3].text()) : 0;
-    if (last >= 3 && core::IsRhythmLine(sheet[3].text())) facts.rhythmWord = FirstWord(sheet[3].text());
+    if (last >= 3 && core::IsRhythmLine(sheet[3].text()))
+        facts.rhythmWord = FirstWord(sheet[3].text());
     double x = facts.leftMargin + 2;
     double y = TopMargin;
     int measure = 1;

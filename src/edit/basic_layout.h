@@ -12,8 +12,8 @@ public:
     explicit BasicLayout(double rowWidth = 60) : m_rowWidth(rowWidth) {}
     LayoutFacts relayout(const core::ScoreSheet& sheet, core::PositionTable& positions) override;
 
-    static constexpr double Advance = 3;     // x of one symbol
-    static constexpr double StaffGap = 14;   // y from one row to the next
+    static constexpr double Advance = 3;   // x of one symbol
+    static constexpr double StaffGap = 14; // y from one row to the next
     static constexpr double TopMargin = 26;
 
 private:

@@ -22,7 +22,8 @@ std::string TrimBlanks(const std::string& text) {
 // A paste file line holds the text in double quotes.
 std::string Unquote(std::string line) {
     line = TrimBlanks(line);
-    if (line.size() >= 2 && line.front() == '"' && line.back() == '"') return line.substr(1, line.size() - 2);
+    if (line.size() >= 2 && line.front() == '"' && line.back() == '"')
+        return line.substr(1, line.size() - 2);
     return line;
 }
 
@@ -83,12 +84,14 @@ void Editor::WritePasteFile() {
         return;
     }
     out << (SelEnd - SelStart + 1) << "\r\n";
-    for (int i = SelStart; i <= SelEnd; ++i) out << '"' << sheet()[i].text() << "\"\r\n";
+    for (int i = SelStart; i <= SelEnd; ++i)
+        out << '"' << sheet()[i].text() << "\"\r\n";
 }
 
 // Opens a gap of n lines at the cursor, copying from the bottom up.
 void Editor::openGap(int n) {
-    for (int i = LastLine() + n; i >= CurrentLine() + n; --i) sheet()[i] = sheet()[i - n];
+    for (int i = LastLine() + n; i >= CurrentLine() + n; --i)
+        sheet()[i] = sheet()[i - n];
 }
 
 void Editor::keyPaste(int) {
@@ -114,10 +117,12 @@ void Editor::keyPaste(int) {
         SelStart += n;
         SelEnd += n;
     }
-    for (int k = SelStart; k <= SelEnd; ++k) sheet()[cursor + (k - SelStart)] = sheet()[k];
+    for (int k = SelStart; k <= SelEnd; ++k)
+        sheet()[cursor + (k - SelStart)] = sheet()[k];
     LastLine() += n;
     if (CutMarked) {
-        for (int i = SelStart; i <= LastLine() - n; ++i) sheet()[i] = sheet()[i + n];
+        for (int i = SelStart; i <= LastLine() - n; ++i)
+            sheet()[i] = sheet()[i + n];
         CutMarked = false;
         LastLine() -= n;
     }
@@ -164,8 +169,10 @@ bool Editor::restorePage(int page) {
     const auto count = ParseCount(m_services.undo->readRecord(page, 0));
     if (!count || *count < 1 || *count > core::MaxLines) return false;
     LastLine() = *count;
-    for (int i = 1; i <= LastLine(); ++i) sheet()[i] = core::ScoreLine(m_services.undo->readRecord(page, i));
-    for (int i = 1; i <= core::MaxLines; ++i) labels[static_cast<std::size_t>(i)].visible = i <= LastLine();
+    for (int i = 1; i <= LastLine(); ++i)
+        sheet()[i] = core::ScoreLine(m_services.undo->readRecord(page, i));
+    for (int i = 1; i <= core::MaxLines; ++i)
+        labels[static_cast<std::size_t>(i)].visible = i <= LastLine();
     return true;
 }
 
@@ -187,7 +194,8 @@ void Editor::keyRedo(int) {
 
 void MemoryUndoPages::writePage(int page, const std::vector<std::string>& records) {
     if (page < 0) return;
-    if (m_pages.size() <= static_cast<std::size_t>(page)) m_pages.resize(static_cast<std::size_t>(page) + 1);
+    if (m_pages.size() <= static_cast<std::size_t>(page))
+        m_pages.resize(static_cast<std::size_t>(page) + 1);
     m_pages[static_cast<std::size_t>(page)] = records;
 }
 
@@ -195,7 +203,9 @@ std::string MemoryUndoPages::readRecord(int page, int index) const {
     const std::string blank(core::RecordLength, ' ');
     if (page < 0 || static_cast<std::size_t>(page) >= m_pages.size() || index < 0) return blank;
     const auto& records = m_pages[static_cast<std::size_t>(page)];
-    return static_cast<std::size_t>(index) < records.size() ? records[static_cast<std::size_t>(index)] : blank;
+    return static_cast<std::size_t>(index) < records.size()
+               ? records[static_cast<std::size_t>(index)]
+               : blank;
 }
 
 } // namespace tahrir::edit

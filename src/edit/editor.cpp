@@ -58,7 +58,8 @@ void Editor::keyPress(int key, int shift) {
     }
     keepCursorInView();
     KeyOutcome = -4;
-    const int table = (shift == Shift::Shift || shift == Shift::Ctrl || shift == Shift::Alt) ? shift : 0;
+    const int table =
+        (shift == Shift::Shift || shift == Shift::Ctrl || shift == Shift::Alt) ? shift : 0;
     if (table == 0 && PenLine().size() < 6) PenLine().text() += "   ";
     m_shift = table;
     const bool listed = runTable(table, key);
@@ -70,7 +71,9 @@ void Editor::keyPress(int key, int shift) {
 
 void Editor::closingStep() {
     switch (KeyOutcome) {
-    case -1: resynchronise(); break;
+    case -1:
+        resynchronise();
+        break;
     case -3:
         relayout();
         resynchronise();
@@ -82,7 +85,9 @@ void Editor::closingStep() {
         labels[static_cast<std::size_t>(CurrentLine())].caption = labels[0].caption;
         CommitLineCommand();
         break;
-    default: RCDTxt = PenLine().text(); break;
+    default:
+        RCDTxt = PenLine().text();
+        break;
     }
 }
 
@@ -124,7 +129,8 @@ void Editor::refreshLineState() {
     lit = ShowLineState(line, lit);
     ++LineStateRuns;
     const int step = SyllableStep(line);
-    if (SyllableVoiceOn && step > 0 && m_services.auditioner) m_services.auditioner->speakStep(step);
+    if (SyllableVoiceOn && step > 0 && m_services.auditioner)
+        m_services.auditioner->speakStep(step);
 }
 
 void Editor::keepCursorInView() {
@@ -147,6 +153,8 @@ void Editor::relayout() {
         LineX[k] = m_positions.LinePosX[k];
         LineY[k] = m_positions.LinePosY[k];
         label.caption = LineCaption(sheet()[i].text());
+        label.fontSize =
+            core::IsTempoLine(sheet()[i].text()) ? ScreenFontSize / 2.2 : ScreenFontSize;
         label.left = LineX[k];
         label.top = LineY[k];
         label.visible = LineX[k] >= 0;
@@ -156,8 +164,10 @@ void Editor::relayout() {
     measures.StartMess = std::min(measures.StartMess, measures.Maximum);
     measures.EndMess = std::min(measures.EndMess, measures.Maximum);
     colourMeasures(measures.StartMess, measures.EndMess);
-    ScrollMax = std::max(1, static_cast<int>(m_positions.LinePosY[static_cast<std::size_t>(
-                                                 std::max(LastLine(), 0))] / 10) + 1);
+    ScrollMax = std::max(
+        1, static_cast<int>(
+               m_positions.LinePosY[static_cast<std::size_t>(std::max(LastLine(), 0))] / 10) +
+               1);
 }
 
 // Sounds the line a command is about to store: the text in RCDTxt.
@@ -219,12 +229,16 @@ void Editor::keyMove(int key) {
         if (line <= 2) return;
         --line;
         break;
-    case Key::Home: line = 2; break;
+    case Key::Home:
+        line = 2;
+        break;
     case Key::End:
         line = LastLine();
-        while (LineX[static_cast<std::size_t>(line)] <= 0 && line > 4) --line;
+        while (LineX[static_cast<std::size_t>(line)] <= 0 && line > 4)
+            --line;
         break;
-    default: return;
+    default:
+        return;
     }
     IndexStale = true;
     KeyOutcome = -1;
@@ -268,33 +282,50 @@ void Editor::moveCursorTo(int line) {
 
 // ---- small toggles and window keys ----
 
-void Editor::keyToggleRecord(int) { RecordVisible = !RecordVisible; }
-void Editor::keyShiftR(int) { IndexStale = true; }
-void Editor::keyViewCheck(int) { ViewCheck = ViewCheck == 0 ? 1 : 0; }
-void Editor::keyEditor(int) { editorClick(); }
+void Editor::keyToggleRecord(int) {
+    RecordVisible = !RecordVisible;
+}
+void Editor::keyShiftR(int) {
+    IndexStale = true;
+}
+void Editor::keyViewCheck(int) {
+    ViewCheck = ViewCheck == 0 ? 1 : 0;
+}
+void Editor::keyEditor(int) {
+    editorClick();
+}
 
 void Editor::keyPlay(int) {
     Auditioner* player = m_services.auditioner;
     if (!player) return;
-    if (m_shift == Shift::None) player->playPause();
-    else if (m_shift == Shift::Shift && EditMode == 1) player->playFrom(CurrentLine());
-    else player->playFromStart();
+    if (m_shift == Shift::None)
+        player->playPause();
+    else if (m_shift == Shift::Shift && EditMode == 1)
+        player->playFrom(CurrentLine());
+    else
+        player->playFromStart();
 }
 
 void Editor::keyWindow(int key) {
     EditorHost* host = m_services.host;
     if (!host) return;
-    if (key == Key::F(4) || key == Key::Letter('Q')) host->exitRequested();
-    else if (key == Key::Letter('O')) host->loadFileRequested();
-    else if (key == Key::Letter('M') && m_shift == Shift::Ctrl) host->instrumentClick(10);
-    else if (key == Key::Letter('M')) host->toggleMidiIn();
-    else if (key == Key::Letter('N')) host->toggleMicIn();
+    if (key == Key::F(4) || key == Key::Letter('Q'))
+        host->exitRequested();
+    else if (key == Key::Letter('O'))
+        host->loadFileRequested();
+    else if (key == Key::Letter('M') && m_shift == Shift::Ctrl)
+        host->instrumentClick(10);
+    else if (key == Key::Letter('M'))
+        host->toggleMidiIn();
+    else if (key == Key::Letter('N'))
+        host->toggleMicIn();
 }
 
 void Editor::keyViewerEsc(int) {
     if (m_services.auditioner) m_services.auditioner->stopAllNotes();
     SelStart = SelEnd = 0;
-    for (int i = 1; i <= LastLine(); ++i) labels[static_cast<std::size_t>(i)].colour = ColourBlack;
+    for (int i = 1; i <= LastLine(); ++i)
+        labels[static_cast<std::size_t>(i)].colour = ColourBlack;
 }
 
 void Editor::keyViewerP(int) {
@@ -310,15 +341,23 @@ void Editor::keyViewerTempo(int key) {
 void Editor::keyViewerScroll(int key) {
     constexpr int kLargeChange = 10;
     int value = ScrollValue;
-    if (key == Key::Up) value -= 1;
-    else if (key == Key::Down) value += 1;
-    else if (key == Key::PageUp) value -= kLargeChange;
-    else if (key == Key::PageDown) value += kLargeChange;
-    else if (key == Key::Home) value = 0;
-    else if (key == Key::End) value = ScrollMax;
+    if (key == Key::Up)
+        value -= 1;
+    else if (key == Key::Down)
+        value += 1;
+    else if (key == Key::PageUp)
+        value -= kLargeChange;
+    else if (key == Key::PageDown)
+        value += kLargeChange;
+    else if (key == Key::Home)
+        value = 0;
+    else if (key == Key::End)
+        value = ScrollMax;
     ScrollValue = std::clamp(value, 0, ScrollMax);
 }
 
-double KnobPosition(int tempo) { return (tempo - 20) / 300.0 * 1331 + 500; }
+double KnobPosition(int tempo) {
+    return (tempo - 20) / 300.0 * 1331 + 500;
+}
 
 } // namespace tahrir::edit

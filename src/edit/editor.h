@@ -21,6 +21,9 @@ inline constexpr int ColourRed = 255;
 inline constexpr int ColourYellow = 65535;
 inline constexpr int ColourBlue = 16711680;
 
+// Font size of the score view's labels at the default zoom.
+inline constexpr double ScreenFontSize = 30;
+
 // One line's label on the score view: its glyph, colour and place in layout units.
 struct LineLabel {
     std::string caption;
@@ -48,9 +51,9 @@ struct CommandFrame {
 
 // The range of measures to play and the colours of their labels.
 struct MeasureRange {
-    int StartMess = 1; // VScrollStartMess value
-    int EndMess = 1;   // VScrollEndMess value
-    int Maximum = 1;   // maximum of both bars, follows the last measure
+    int StartMess = 1;            // VScrollStartMess value
+    int EndMess = 1;              // VScrollEndMess value
+    int Maximum = 1;              // maximum of both bars, follows the last measure
     std::vector<int> LabelColour; // MeasLabel colours, index from 1
 };
 
@@ -104,6 +107,8 @@ public:
     void commandToolApply(const std::string& text);          // CmdOkCom
     void commandBoxEnter();                                  // Enter in TxtCom
     void commandListClick(int index);                        // ListLC
+    // The pointer over a palette entry: in help mode its hint is shown.
+    void paletteHover(int index);
 
     // The line commands, reading RCDTxt, CurrentLine and AdvanceStep.
     void InsertLineCommand();
@@ -120,15 +125,16 @@ public:
     int EditMode = 0;
     bool HelpMode = false;
     bool RecordVisible = false;
+    bool RCDTxtVisible = false; // the raw text box, shown on text lines by RecordVisible
     bool SyllableVoiceOn = false;
     int ViewCheck = 0; // the view check box that key L switches
     int SelStart = 0;
     int SelEnd = 0;
     bool CutMarked = false;
     int ClipboardMarked = 0;
-    int HintShown = -1; // hint index shown in HpLb, -1 when hidden
+    int HintShown = -1;    // hint index shown in HpLb, -1 when hidden
     int LineStateRuns = 0; // how often the palette read-out ran
-    int LiveTempo = 60; // VScroll3, 20..320
+    int LiveTempo = 60;    // VScroll3, 20..320
     int ScrollValue = 0, ScrollMax = 1;
     std::string TextFontName = "Arabic Transparent";
     Focus focus = Focus::Score;

@@ -12,9 +12,15 @@ inline constexpr int A = 65, Z = 90;
 inline constexpr int NumPlus = 107, NumMinus = 109;
 inline constexpr int F1 = 112, F12 = 123;
 inline constexpr int Equals = 187, Comma = 188, Period = 190, Grave = 192;
-constexpr int Letter(char c) { return c; } // 'A'..'Z' are their own key codes
-constexpr int Digit(int d) { return D0 + d; }
-constexpr int F(int n) { return F1 + n - 1; }
+constexpr int Letter(char c) {
+    return c;
+} // 'A'..'Z' are their own key codes
+constexpr int Digit(int d) {
+    return D0 + d;
+}
+constexpr int F(int n) {
+    return F1 + n - 1;
+}
 } // namespace Key
 
 namespace Shift {

@@ -17,7 +17,9 @@ struct KeyRow {
 };
 
 using E = Editor;
-constexpr int L(char c) { return Key::Letter(c); }
+constexpr int L(char c) {
+    return Key::Letter(c);
+}
 
 } // namespace
 
@@ -130,21 +132,24 @@ struct KeyTables {
         {Key::NumMinus, Key::NumMinus, &E::keyNextMeasure, false},
     };
     static constexpr KeyRow kViewerCtrl[] = {
-        {L('E'), L('E'), &E::keyEditor, false},
-        {L('M'), L('M'), &E::keyWindow, false},
-        {L('O'), L('O'), &E::keyWindow, false},
-        {L('Q'), L('Q'), &E::keyWindow, false},
+        {L('E'), L('E'), &E::keyEditor, false},       {L('M'), L('M'), &E::keyWindow, false},
+        {L('O'), L('O'), &E::keyWindow, false},       {L('Q'), L('Q'), &E::keyWindow, false},
         {Key::Space, Key::Space, &E::keyPlay, false},
     };
 
     // Table of the mode and shift state; the viewer ignores states other than 0, 1, 2, 4.
     static std::span<const KeyRow> find(bool edit, int shift) {
         switch (shift) {
-        case Shift::Shift: return edit ? std::span<const KeyRow>(kShift) : kViewerShift;
-        case Shift::Ctrl: return edit ? std::span<const KeyRow>(kCtrl) : kViewerCtrl;
-        case Shift::Alt: return edit ? std::span<const KeyRow>(kAlt) : std::span<const KeyRow>();
-        case Shift::None: return edit ? std::span<const KeyRow>(kPlain) : kViewerPlain;
-        default: return edit ? std::span<const KeyRow>(kPlain) : std::span<const KeyRow>();
+        case Shift::Shift:
+            return edit ? std::span<const KeyRow>(kShift) : kViewerShift;
+        case Shift::Ctrl:
+            return edit ? std::span<const KeyRow>(kCtrl) : kViewerCtrl;
+        case Shift::Alt:
+            return edit ? std::span<const KeyRow>(kAlt) : std::span<const KeyRow>();
+        case Shift::None:
+            return edit ? std::span<const KeyRow>(kPlain) : kViewerPlain;
+        default:
+            return edit ? std::span<const KeyRow>(kPlain) : std::span<const KeyRow>();
         }
     }
 };

@@ -70,7 +70,7 @@ void Editor::InsertLineCommand() {
         return;
     }
     const int line = CurrentLine();
-    sheet().insertLine(line, core::Scratch(RCDTxt));
+    if (!sheet().insertLine(line, core::Scratch(RCDTxt))) return;
     for (int i = LastLine(); i > line; --i) {
         const auto k = static_cast<std::size_t>(i);
         labels[k] = labels[k - 1];
@@ -83,6 +83,9 @@ void Editor::InsertLineCommand() {
     LineX[at] = LineX[0];
     labels[at] = labels[0];
     labels[at].colour = ColourBlack;
+    // Tempo marks are drawn smaller than the notes.
+    labels[at].fontSize =
+        RCDTxt.compare(0, 5, "TEMPO") == 0 ? ScreenFontSize / 2.2 : ScreenFontSize;
     soundPen();
 
     TakeSnapshot();
@@ -115,9 +118,15 @@ void Editor::DeleteLinesCommand() {
     refreshLineState();
 }
 
-void Editor::keyEnter(int) { CommitLineCommand(); }
-void Editor::keyIns(int) { InsertLineCommand(); }
-void Editor::keyDel(int) { DeleteLinesCommand(); }
+void Editor::keyEnter(int) {
+    CommitLineCommand();
+}
+void Editor::keyIns(int) {
+    InsertLineCommand();
+}
+void Editor::keyDel(int) {
+    DeleteLinesCommand();
+}
 
 void Editor::keyBackspace(int) {
     CurrentLine() -= 1;

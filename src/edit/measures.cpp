@@ -44,6 +44,7 @@ void Editor::colourMeasures(int from, int to) {
 }
 
 void Editor::measureDoubleClick(int measure) {
+    if (m_services.auditioner && m_services.auditioner->busy()) return;
     const int m = std::clamp(measure, 1, measures.Maximum);
     measures.StartMess = measures.EndMess = m;
     colourMeasures(m, m);
@@ -53,11 +54,15 @@ void Editor::measureDoubleClick(int measure) {
 }
 
 void Editor::measureMouseDown(int measure, int button, int shift) {
+    if (m_services.auditioner && m_services.auditioner->busy()) return;
     MeasureRange& r = measures;
     if (r.Maximum < measure) r.Maximum = measure;
-    if (button != 1) r.EndMess = measure;
-    else if (measure < r.EndMess) r.StartMess = measure;
-    else if (measure > r.EndMess) r.EndMess = measure;
+    if (button != 1)
+        r.EndMess = measure;
+    else if (measure < r.EndMess)
+        r.StartMess = measure;
+    else if (measure > r.EndMess)
+        r.EndMess = measure;
     if (shift == Shift::Shift) {
         r.StartMess = 1;
         r.EndMess = r.Maximum;
@@ -107,7 +112,8 @@ void Editor::insertAndAsk(const std::string& text) {
 
 void Editor::labelDoubleClick(int line) {
     if (line < 1 || line > LastLine()) return;
-    if (RCDTxt.compare(0, 5, "TEMPO") == 0) tempoDialog(line);
+    if (RCDTxt.compare(0, 5, "TEMPO") == 0)
+        tempoDialog(line);
     else if (RCDTxt.compare(0, 5, "RHYTM") == 0 || RCDTxt.compare(0, 5, "RHITM") == 0 ||
              RCDTxt.compare(0, 6, "RHYTHM") == 0)
         rhythmDialog(line);
@@ -115,7 +121,8 @@ void Editor::labelDoubleClick(int line) {
 
 void Editor::tempoDialog(int line) {
     const std::string current = Trim(sheet()[line].field(6, 4));
-    const auto answer = m_services.host ? m_services.host->inputBox("Tempo", current) : std::nullopt;
+    const auto answer =
+        m_services.host ? m_services.host->inputBox("Tempo", current) : std::nullopt;
     const double v = answer ? LeadingNumber(Trim(*answer)) : 0;
     const double size = std::abs(v);
     if (size >= 20 && size <= 320) {
@@ -134,7 +141,8 @@ void Editor::tempoDialog(int line) {
 
 void Editor::rhythmDialog(int line) {
     const std::string current = Trim(sheet()[line].field(6, 6));
-    const auto answer = m_services.host ? m_services.host->inputBox("RHYTM", current) : std::nullopt;
+    const auto answer =
+        m_services.host ? m_services.host->inputBox("RHYTM", current) : std::nullopt;
     if (answer && !answer->empty()) {
         RCDTxt = "RHYTM" + *answer;
         CommitLineCommand();

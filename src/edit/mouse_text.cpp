@@ -12,8 +12,8 @@
 
 namespace tahrir::edit {
 
-const std::array<const char*, 11> kCommandList = {"TFS=", "MFS=", "FON=",  "INS=",    "TRP=", "LFT=",
-                                                  "TOP=", "DBL=", "OCT=0", "PED=OFF", "FIN"};
+const std::array<const char*, 11> kCommandList = {
+    "TFS=", "MFS=", "FON=", "INS=", "TRP=", "LFT=", "TOP=", "DBL=", "OCT=0", "PED=OFF", "FIN"};
 
 namespace {
 
@@ -40,7 +40,8 @@ std::string TrimRight(std::string_view text) {
 }
 
 std::string Upper(std::string text) {
-    for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    for (char& c : text)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     return text;
 }
 
@@ -62,7 +63,9 @@ void Editor::showTextFrames() {
     const int option = TextOption(line);
     textFrame.visible = false;
     commandFrame.visible = false;
+    RCDTxtVisible = false;
     if (option >= 0) {
+        RCDTxtVisible = RecordVisible;
         textFrame.visible = true;
         textFrame.text = PayloadFrom3(line);
         textFrame.option = option;
@@ -88,22 +91,34 @@ void Editor::showTextFrames() {
 // Shift+F2, F4, F5, F6, F7, F8: text, control and bar lines.
 void Editor::keyInsertText(int key) {
     switch (key - Key::F1 + 1) {
-    case 2: RCDTxt = "L^Ms=" + std::to_string(measures.StartMess); break;
-    case 4: RCDTxt = "LC         "; break;
-    case 5: RCDTxt = "L>         "; break;
-    case 6: RCDTxt = "Lvt__     "; break;
-    case 7: RCDTxt = "03 -1      "; break;
+    case 2:
+        RCDTxt = "L^Ms=" + std::to_string(measures.StartMess);
+        break;
+    case 4:
+        RCDTxt = "LC         ";
+        break;
+    case 5:
+        RCDTxt = "L>         ";
+        break;
+    case 6:
+        RCDTxt = "Lvt__     ";
+        break;
+    case 7:
+        RCDTxt = "03 -1      ";
+        break;
     case 8: {
         // The beat unit counts quarters: 1 for a beat of a quarter note.
         const auto slash = m_facts.rhythmWord.find('/');
         int denominator = 4;
-        if (slash != std::string::npos) denominator = std::atoi(m_facts.rhythmWord.c_str() + slash + 1);
+        if (slash != std::string::npos)
+            denominator = std::atoi(m_facts.rhythmWord.c_str() + slash + 1);
         if (denominator <= 0) denominator = 4;
         const double beat = 4.0 / denominator;
         RCDTxt = "LvT=" + std::to_string(static_cast<int>(6000 / (LiveTempo * beat * 8)));
         break;
     }
-    default: return;
+    default:
+        return;
     }
     InsertLineCommand();
 }
@@ -111,8 +126,10 @@ void Editor::keyInsertText(int key) {
 // E moves the focus into the tool of the line under the cursor.
 void Editor::keyOpenTool(int) {
     const core::ScoreLine& line = sheet()[CurrentLine()];
-    if (TextOption(line) >= 0) focus = Focus::TextBox;
-    else if (line.startsWith("LC")) focus = Focus::CommandBox;
+    if (TextOption(line) >= 0)
+        focus = Focus::TextBox;
+    else if (line.startsWith("LC"))
+        focus = Focus::CommandBox;
 }
 
 void Editor::textToolApply(const std::string& text, int option) {
@@ -135,7 +152,9 @@ void Editor::commandToolApply(const std::string& input) {
     CommitLineCommand();
 }
 
-void Editor::commandBoxEnter() { CommitLineCommand(); }
+void Editor::commandBoxEnter() {
+    CommitLineCommand();
+}
 
 void Editor::commandListClick(int index) {
     if (index < 0 || index >= static_cast<int>(kCommandList.size())) return;
@@ -181,8 +200,9 @@ void Editor::picMouseUp() {
     SelStart = SelEnd = 0;
     auto inside = [&](int i) {
         const LineLabel& label = labels[static_cast<std::size_t>(i)];
-        return label.visible && label.left >= drawn.left && label.left <= drawn.left + drawn.width &&
-               label.top >= drawn.top && label.top <= drawn.top + drawn.height;
+        return label.visible && label.left >= drawn.left &&
+               label.left <= drawn.left + drawn.width && label.top >= drawn.top &&
+               label.top <= drawn.top + drawn.height;
     };
     for (int i = 1; i <= LastLine() && SelStart == 0; ++i)
         if (inside(i)) SelStart = i;

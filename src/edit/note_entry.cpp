@@ -43,7 +43,9 @@ constexpr std::string_view kDurationByDigit[] = {" 32", "  1", "  2", "  3", "  
 constexpr std::string_view kAccidentalKeys = "DBSKN";
 
 // Palette entry of an accidental letter: 12 for "D" to 16 for "N".
-int AccidentalEntry(char letter) { return 12 + static_cast<int>(kAccidentalKeys.find(letter)); }
+int AccidentalEntry(char letter) {
+    return 12 + static_cast<int>(kAccidentalKeys.find(letter));
+}
 
 } // namespace
 
@@ -110,13 +112,17 @@ void Editor::keyAccidental(int key) {
     const bool blank = pen.at(6) == ' ';
     if (!lit.test(static_cast<std::size_t>(AccidentalEntry(letter)))) {
         const std::string glyph = AccidentalGlyph(letter);
-        if (blank) caption = glyph + caption;
-        else if (caption.size() > 1) caption = glyph + caption.substr(1, 2);
+        if (blank)
+            caption = glyph + caption;
+        else if (caption.size() > 1)
+            caption = glyph + caption.substr(1, 2);
         pen.setField(6, std::string(1, letter));
         return;
     }
-    if (!blank && caption.size() > 1) caption.erase(0, 1);
-    else if (!blank) caption = " " + caption;
+    if (!blank && caption.size() > 1)
+        caption.erase(0, 1);
+    else if (!blank)
+        caption = " " + caption;
     pen.setField(6, " ");
 }
 

@@ -13,9 +13,15 @@ namespace tahrir::edit {
 namespace {
 
 constexpr int S0 = Shift::None, S1 = Shift::Shift, S2 = Shift::Ctrl;
-constexpr int L(char c) { return Key::Letter(c); }
-constexpr int Dg(int d) { return Key::Digit(d); }
-constexpr int F(int n) { return Key::F(n); }
+constexpr int L(char c) {
+    return Key::Letter(c);
+}
+constexpr int Dg(int d) {
+    return Key::Digit(d);
+}
+constexpr int F(int n) {
+    return Key::F(n);
+}
 
 constexpr std::array<PaletteEntry, PaletteEntries> kPalette = {{
     /*  0 */ {Key::Grave, S0, false, false}, {Key::Grave, S1, false, false},
@@ -58,24 +64,27 @@ constexpr std::array<PaletteEntry, PaletteEntries> kPalette = {{
 }};
 
 constexpr MarkKey kMarkKeys[] = {
-    {F(2), S2, "M ", 32},  {F(3), S2, "8U", 33},  {F(4), S2, "8D", 34},  {F(5), S2, "TR", 35},
-    {F(6), S2, "TB", 36},  {F(8), S2, "T ", 37},  {F(9), S2, "D ", 38},  {F(10), S2, "O ", 39},
-    {F(11), S2, ". ", 40}, {F(12), S2, "AC", 41}, {Dg(6), S2, "L3", 42}, {Dg(7), S2, "L5", 43},
-    {Dg(8), S2, "L7", 44}, {Dg(9), S2, "L9", 45}, {Key::Grave, S2, "TI", 46},
-    {Key::Equals, S2, "+ ", 47}, {Dg(0), S2, "0 ", 48}, {Dg(5), S2, "5 ", 53},
-    {L('V'), S0, "7 ", 56}, {L('C'), S0, "8 ", 57},
+    {F(2), S2, "M ", 32},        {F(3), S2, "8U", 33},   {F(4), S2, "8D", 34},
+    {F(5), S2, "TR", 35},        {F(6), S2, "TB", 36},   {F(8), S2, "T ", 37},
+    {F(9), S2, "D ", 38},        {F(10), S2, "O ", 39},  {F(11), S2, ". ", 40},
+    {F(12), S2, "AC", 41},       {Dg(6), S2, "L3", 42},  {Dg(7), S2, "L5", 43},
+    {Dg(8), S2, "L7", 44},       {Dg(9), S2, "L9", 45},  {Key::Grave, S2, "TI", 46},
+    {Key::Equals, S2, "+ ", 47}, {Dg(0), S2, "0 ", 48},  {Dg(5), S2, "5 ", 53},
+    {L('V'), S0, "7 ", 56},      {L('C'), S0, "8 ", 57},
 };
 
 constexpr DirectiveKey kDirectiveKeys[] = {
-    {F(1), "REPB1   ", 23}, {F(2), "REP{    ", 19}, {F(3), "REP}    ", 20},
-    {F(4), "VOL{1   ", 21}, {F(5), "VOL{2   ", 22}, {F(6), "L         ", 18},
-    {F(7), "REPB2   ", 24}, {F(8), "REPS{   ", 25}, {F(9), "REPS}   ", 26},
+    {F(1), "REPB1   ", 23},  {F(2), "REP{    ", 19},  {F(3), "REP}    ", 20},
+    {F(4), "VOL{1   ", 21},  {F(5), "VOL{2   ", 22},  {F(6), "L         ", 18},
+    {F(7), "REPB2   ", 24},  {F(8), "REPS{   ", 25},  {F(9), "REPS}   ", 26},
     {F(10), "ALL8U   ", 27}, {F(11), "ALL8D   ", 28}, {F(12), "ALL8N   ", 29},
 };
 
 } // namespace
 
-const PaletteEntry& PaletteEntryAt(int index) { return kPalette.at(static_cast<std::size_t>(index)); }
+const PaletteEntry& PaletteEntryAt(int index) {
+    return kPalette.at(static_cast<std::size_t>(index));
+}
 
 int PaletteHintIndex(int index, bool lit) {
     const bool shifted = (index >= 58 && index <= 60) || (index >= 68 && index <= 70);
@@ -137,10 +146,14 @@ void Editor::keyInterval(int key) {
         pen.setField(8, std::string{'1', family});
     } else {
         char c = pen.at(8);
-        if (c >= '1' && c <= '8' && pen.at(9) == family) ++c;
-        else if (c == '9') c = 'A';
-        else if (c >= 'A' && c <= 'J') ++c;
-        else if (c >= 'K') c = ' ';
+        if (c >= '1' && c <= '8' && pen.at(9) == family)
+            ++c;
+        else if (c == '9')
+            c = 'A';
+        else if (c >= 'A' && c <= 'J')
+            ++c;
+        else if (c >= 'K')
+            c = ' ';
         pen.setField(8, std::string(1, c));
         if (c == ' ') pen.setField(9, " ");
     }
@@ -159,10 +172,14 @@ void Editor::keyFinger(int key) {
         pen.setField(8, plain);
     } else {
         const char kind = static_cast<char>(std::toupper(static_cast<unsigned char>(pen.at(9))));
-        if (pen.field(8, 2) == plain) pen.setField(8, std::string{digit, 'Z'});
-        else if (kind == 'Z') pen.setField(8, std::string{digit, 'B'});
-        else if (kind == 'B') pen.setField(8, "  ");
-        else pen.setField(8, plain);
+        if (pen.field(8, 2) == plain)
+            pen.setField(8, std::string{digit, 'Z'});
+        else if (kind == 'Z')
+            pen.setField(8, std::string{digit, 'B'});
+        else if (kind == 'B')
+            pen.setField(8, "  ");
+        else
+            pen.setField(8, plain);
     }
     AdvanceStep = 0;
     RCDTxt = pen.text();
@@ -182,7 +199,14 @@ void Editor::keyDirective(int key) {
     InsertLineCommand();
 }
 
-void Editor::keyHelp(int) { setHelpMode(!HelpMode); }
+void Editor::paletteHover(int index) {
+    if (!HelpMode || index < 0 || index >= PaletteEntries) return;
+    HintShown = PaletteHintIndex(index, lit.test(static_cast<std::size_t>(index)));
+}
+
+void Editor::keyHelp(int) {
+    setHelpMode(!HelpMode);
+}
 
 void Editor::setHelpMode(bool on) {
     HelpMode = on;

@@ -15,9 +15,9 @@ struct GlyphRow {
 
 // Rests of "  2"/"  3" and "  4"/"  6" share a glyph: the pen shows no dot for them.
 constexpr GlyphRow kGlyphs[] = {
-    {"  1", "r", "\xAE"},  {"  2", "x", "d"},     {"  3", "x.", "d"},   {"  4", "e", "a"},
-    {"  6", "e.", "a"},    {"  8", "q", "D"},     {" 12", "q .", "D ."}, {" 16", "h", "-"},
-    {" 24", "h .", "- ."}, {" 32", "w", "--"},    {" -1", ";", ""},
+    {"  1", "r", "\xAE"},  {"  2", "x", "d"},  {"  3", "x.", "d"},    {"  4", "e", "a"},
+    {"  6", "e.", "a"},    {"  8", "q", "D"},  {" 12", "q .", "D ."}, {" 16", "h", "-"},
+    {" 24", "h .", "- ."}, {" 32", "w", "--"}, {" -1", ";", ""},
 };
 
 constexpr std::string_view kAccidentalLetters = "DBSKN";

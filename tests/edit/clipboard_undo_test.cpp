@@ -23,7 +23,8 @@ protected:
     void moveTo(int line) { editor->labelMouseDown(line, 1, 0); }
     std::string body() const {
         std::string out;
-        for (int i = 4; i <= last(); ++i) out += trimmed(i).substr(0, 1);
+        for (int i = 4; i <= last(); ++i)
+            out += trimmed(i).substr(0, 1);
         return out;
     }
 };
@@ -38,7 +39,8 @@ TEST_F(Clipboard, UndoAndRedoHaveNoDepthLimitAndANewEditDropsRedo) {
     ASSERT_EQ(doc.UndoIndex, 121);
     ASSERT_EQ(last(), 124);
     const std::string finalLine = line(100);
-    for (int i = 0; i < 120; ++i) key(K('Z'), kCtrl);
+    for (int i = 0; i < 120; ++i)
+        key(K('Z'), kCtrl);
     EXPECT_EQ(doc.UndoIndex, 1);
     EXPECT_EQ(last(), 4);
     EXPECT_EQ(trimmed(4), "13  8");
@@ -46,7 +48,8 @@ TEST_F(Clipboard, UndoAndRedoHaveNoDepthLimitAndANewEditDropsRedo) {
     key(K('Z'), kCtrl);      // page 1 is the score as opened
     EXPECT_EQ(doc.UndoIndex, 1);
 
-    for (int i = 0; i < 120; ++i) key(K('Y'), kCtrl);
+    for (int i = 0; i < 120; ++i)
+        key(K('Y'), kCtrl);
     EXPECT_EQ(doc.UndoIndex, 121);
     EXPECT_EQ(line(100), finalLine);
     key(K('Y'), kCtrl);
@@ -86,7 +89,8 @@ TEST_F(Clipboard, CutAboveTheCursorMovesTheLines) {
     load(kSix);
     bandSelect(5, 6);
     key(K('X'), kCtrl);
-    for (int i = 0; i < 4; ++i) key(Key::Right);
+    for (int i = 0; i < 4; ++i)
+        key(Key::Right);
     ASSERT_EQ(current(), 8);
     key(K('V'), kCtrl);
     EXPECT_EQ(body(), "142356");

@@ -54,7 +54,8 @@ protected:
         s.setLine(2, "TEMPO60");
         s.setLine(3, "RHYTM4/4");
         int i = 4;
-        for (const auto& line : body) s.setLine(i++, line);
+        for (const auto& line : body)
+            s.setLine(i++, line);
         s.LastLine = i - 1;
         s.CurrentLine = 2;
         editor = std::make_unique<Editor>(doc, services(), folder);
@@ -65,7 +66,8 @@ protected:
 
     void key(int code, int shift = 0) { editor->keyPress(code, shift); }
     void keys(std::initializer_list<int> codes, int shift = 0) {
-        for (int c : codes) key(c, shift);
+        for (int c : codes)
+            key(c, shift);
     }
     std::string line(int i) const { return doc.Sheet[i].text(); }
     std::string pen() const { return doc.Sheet.PenLine().text(); }
@@ -88,6 +90,8 @@ protected:
 };
 
 inline constexpr int kShift = Shift::Shift, kCtrl = Shift::Ctrl;
-constexpr int K(char c) { return Key::Letter(c); }
+constexpr int K(char c) {
+    return Key::Letter(c);
+}
 
 } // namespace tahrir::edit::test

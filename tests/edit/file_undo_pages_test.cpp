@@ -42,7 +42,8 @@ TEST_F(FileUndo, UndoThroughTheStoreFileGoesBeyondAHundredPages) {
     s.setLine(3, "RHYTM4/4");
     s.setLine(4, "13  8    ");
     s.LastLine = 4;
-    editor = std::make_unique<Editor>(doc, EditorServices{&layout, &audio, &clipboard, &host, &pages}, folder);
+    editor = std::make_unique<Editor>(
+        doc, EditorServices{&layout, &audio, &clipboard, &host, &pages}, folder);
     editor->documentReplaced();
     editor->editorClick();
     for (int i = 0; i < 110; ++i) {
@@ -50,10 +51,12 @@ TEST_F(FileUndo, UndoThroughTheStoreFileGoesBeyondAHundredPages) {
         key(Key::Enter);
     }
     const std::string line60 = line(60);
-    for (int i = 0; i < 110; ++i) key(K('Z'), kCtrl);
+    for (int i = 0; i < 110; ++i)
+        key(K('Z'), kCtrl);
     EXPECT_EQ(last(), 4);
     EXPECT_EQ(trimmed(4), "13  8");
-    for (int i = 0; i < 110; ++i) key(K('Y'), kCtrl);
+    for (int i = 0; i < 110; ++i)
+        key(K('Y'), kCtrl);
     EXPECT_EQ(last(), 113);
     EXPECT_EQ(line(60), line60);
 }

@@ -38,7 +38,8 @@ TEST_F(KeyDispatch, RightStopsAtTheLastLineAndEndSkipsUndrawnLines) {
     EXPECT_EQ(current(), 5);
     EXPECT_EQ(editor->KeyOutcome, -4);
     // Lines that drew nothing: End walks back, never past line 4.
-    for (int i = 4; i <= 5; ++i) editor->LineX[static_cast<std::size_t>(i)] = -1;
+    for (int i = 4; i <= 5; ++i)
+        editor->LineX[static_cast<std::size_t>(i)] = -1;
     key(Key::End);
     EXPECT_EQ(current(), 4);
 }
@@ -64,7 +65,8 @@ TEST_F(KeyDispatch, RowMovesFindTheLineStraightAboveOrBelow) {
     EXPECT_EQ(current(), 40); // no third row: stops at LastLine - 1
     key(Key::Home, kShift);
     EXPECT_EQ(current(), 2);
-    for (int i = 0; i < 25; ++i) key(Key::Right);
+    for (int i = 0; i < 25; ++i)
+        key(Key::Right);
     EXPECT_EQ(current(), 27);
     key(Key::Up, kShift); // x 17: line 9 at x 20 is the first within 3 units
     EXPECT_EQ(current(), 9);

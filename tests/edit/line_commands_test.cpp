@@ -7,7 +7,9 @@ namespace tahrir::edit::test {
 using LineCommands = EditorTest;
 
 namespace {
-std::vector<std::string> Notes(int count) { return std::vector<std::string>(static_cast<std::size_t>(count), "13  8    "); }
+std::vector<std::string> Notes(int count) {
+    return std::vector<std::string>(static_cast<std::size_t>(count), "13  8    ");
+}
 } // namespace
 
 TEST_F(LineCommands, CommitAdvancesAndGrowsOnlyFromTheLastLine) {

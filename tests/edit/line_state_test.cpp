@@ -22,9 +22,9 @@ using V = std::vector<int>;
 } // namespace
 
 TEST(ShowLineState, NoteFieldsLightTheirKeys) {
-    EXPECT_EQ(Derived("03 -1                 "), (V{0, 1}));  // every barline reads as grace
-    EXPECT_EQ(Derived("33 12S 8U  "), (V{8, 14, 33, 63}));    // duration, sori, mark, Mi
-    EXPECT_EQ(Derived("13  8  ST"), (V{7, 40, 61}));           // old staccato
+    EXPECT_EQ(Derived("03 -1                 "), (V{0, 1})); // every barline reads as grace
+    EXPECT_EQ(Derived("33 12S 8U  "), (V{8, 14, 33, 63}));   // duration, sori, mark, Mi
+    EXPECT_EQ(Derived("13  8  ST"), (V{7, 40, 61}));         // old staccato
     EXPECT_EQ(Derived("13  8  . "), (V{7, 40, 61}));
     EXPECT_EQ(Derived("13 -1  TI"), (V{1, 46, 61}));
     EXPECT_EQ(Derived("73 32  7 "), (V{11, 56, 67}));
@@ -58,7 +58,8 @@ TEST(ShowLineState, FixedKeysStayAndClipboardKeysAreKept) {
     const LitSet lit = ShowLineState("L-x", before);
     EXPECT_FALSE(lit.test(0));
     EXPECT_TRUE(lit.test(69));
-    for (int k : {58, 59, 60, 71, 72}) EXPECT_TRUE(lit.test(static_cast<std::size_t>(k))) << k;
+    for (int k : {58, 59, 60, 71, 72})
+        EXPECT_TRUE(lit.test(static_cast<std::size_t>(k))) << k;
 }
 
 } // namespace tahrir::edit

@@ -10,7 +10,8 @@ std::vector<std::string> ThreeMeasures() {
     std::vector<std::string> body;
     for (int m = 0; m < 3; ++m) {
         body.push_back("03 -1                 ");
-        for (int beat = 0; beat < 4; ++beat) body.push_back("13  8    ");
+        for (int beat = 0; beat < 4; ++beat)
+            body.push_back("13  8    ");
     }
     return body;
 }
@@ -23,9 +24,9 @@ TEST_F(Measures, TempoAnswersOutsideTheBandsDeleteABodyLine) {
         const char* answer;
         const char* line; // what stands at line 4 afterwards
     };
-    const Case cases[] = {{"20", "TEMPO20"},       {"320", "TEMPO320"}, {"-20", "TEMPO-20"},
-                          {" 75 ", "TEMPO75"},     {"19", "13  8"},     {"321", "13  8"},
-                          {"", "13  8"},           {"abc", "13  8"}};
+    const Case cases[] = {{"20", "TEMPO20"},   {"320", "TEMPO320"}, {"-20", "TEMPO-20"},
+                          {" 75 ", "TEMPO75"}, {"19", "13  8"},     {"321", "13  8"},
+                          {"", "13  8"},       {"abc", "13  8"}};
     for (const Case& c : cases) {
         load({"13  8    "});
         host.answers = {std::string(c.answer)};
