@@ -126,6 +126,7 @@ double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& optio
     m_notes.pitchTable().rebuild(m_lastTranspose);
     m_lastKoron = m_midi.koronBend();
     m_lastSori = m_midi.soriBend();
+    m_lastPedal = m_controls.Pedal.load();
     m_midi.setTime(0);
     m_midi.PrepareChannels();
     m_state.OctaveState = OctaveStateBase;
@@ -386,6 +387,10 @@ void Scheduler::applyLiveControls() {
     if (sori != m_lastSori) m_midi.setSoriBend(m_lastSori = sori);
     const int transpose = m_controls.Transpose.load(std::memory_order_relaxed);
     if (transpose != m_lastTranspose) m_notes.pitchTable().rebuild(m_lastTranspose = transpose);
+    // Releasing the pedal ends the notes it held.
+    const bool pedal = m_controls.Pedal.load(std::memory_order_relaxed);
+    if (m_lastPedal && !pedal) m_midi.AllNotesOff();
+    m_lastPedal = pedal;
 }
 
 // Pause: the sounding note rings half its time more and stops; the walk waits for Play

@@ -87,6 +87,7 @@ private:
     int m_lastKoron = DefaultKoronBend;
     int m_lastSori = DefaultSoriBend;
     int m_lastTranspose = TransposeCentre;
+    bool m_lastPedal = false;
 };
 
 // Int(numerator / denominator * 32) of a measure payload such as "6/8"; 0 when the

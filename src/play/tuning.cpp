@@ -1,9 +1,11 @@
 #include "play/tuning.h"
 
+#include <cmath>
 #include <fstream>
 #include <iterator>
 #include <optional>
 
+#include "play/midi_out.h"
 #include "play/pitch_table.h"
 
 namespace tahrir::play {
@@ -121,6 +123,18 @@ void SetStepLetters(core::ScoreSheet& sheet, const std::array<int, 7>& rows) {
         const int row = rows[static_cast<std::size_t>(s)];
         if (row >= 0 && row < 5) head.setField(s + 1, std::string(1, kRowLetters[row]));
     }
+}
+
+void BaseFrequencyTuner::apply(MidiOut& midi, double hertz) {
+    const double ratio = hertz / 440;
+    // Bend arguments are whole numbers: the centre is rounded half to even.
+    const auto whole = [](double v) { return static_cast<int>(std::nearbyint(v)); };
+    if (ratio < 1.0595 && ratio > 0.923) {
+        BendCentre = std::trunc(std::log10(ratio) * 1000) / 0.75 + 64;
+        midi.MidiPitchBend(0, whole(BendCentre + 16), KoronChannel);
+        midi.MidiPitchBend(0, whole(BendCentre), NaturalChannel);
+    }
+    midi.MidiPitchBend(0, whole(BendCentre - 16), SoriChannel);
 }
 
 int StandardTuningTranspose() { return TransposeCentre; }

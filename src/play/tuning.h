@@ -12,6 +12,8 @@
 
 namespace tahrir::play {
 
+class MidiOut;
+
 struct ScaleEntry {
     std::string name; // what the list shows
     std::string line; // the text that becomes line 1 of the score
@@ -45,6 +47,15 @@ ScaleMask BuildScaleMask(std::string_view letters);
 int DastgahRow(char letter);
 // Line 1 rewritten from the ticked row of each step, other columns kept.
 void SetStepLetters(core::ScoreSheet& sheet, const std::array<int, 7>& rows);
+
+// The base frequency slider of the transcription window (330..660 Hz): within about a
+// semitone of 440 it moves the bend centre; then channel 2 is bent a quarter tone up,
+// channel 3 to the centre, and channel 4 (always) a quarter tone down from the centre.
+class BaseFrequencyTuner {
+public:
+    void apply(MidiOut& midi, double hertz);
+    double BendCentre = 64;
+};
 
 // The standard tuning button: the transposition slider back to its centre.
 int StandardTuningTranspose();

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "play/midi_out.h"
 #include "play/pitch_table.h"
+#include "play/rtmidi_sink.h"
 #include "play/tuning.h"
 
 namespace tahrir::play {
@@ -83,6 +85,34 @@ TEST(Tuning, DastgahBoxesRewriteTheStepLetters) {
     SetStepLetters(sheet, {2, 2, 2, 1, 2, 3, 4});
     EXPECT_EQ(sheet[1].text(), "   S KBG  ");
     EXPECT_EQ(StandardTuningTranspose(), TransposeCentre);
+}
+
+} // namespace
+} // namespace tahrir::play
+
+namespace tahrir::play {
+namespace {
+
+TEST(Tuning, BaseFrequencyBendsMirrorTheMainPlan) {
+    RecordingSink sink;
+    MidiOut midi(&sink);
+    BaseFrequencyTuner tuner;
+    // 466.2 Hz: ratio 1.0595 is just outside; only channel 4 moves, from the old centre.
+    tuner.apply(midi, 466.2);
+    // 452 Hz: Int(log10(452/440) * 1000) = 11, 11 / 0.75 = 14.67, centre 78.67.
+    tuner.apply(midi, 452);
+    const std::vector<std::uint32_t> expected = {PackPitchBend(0, 48, 4), PackPitchBend(0, 95, 2),
+                                                 PackPitchBend(0, 79, 3), PackPitchBend(0, 63, 4)};
+    EXPECT_EQ(sink.messages(), expected);
+    EXPECT_NEAR(tuner.BendCentre, 64 + 11 / 0.75, 1e-9);
+}
+
+TEST(Outputs, OpenEitherSucceedsOrSaysWhy) {
+    EXPECT_EQ(OpenOutput(OutputChoice::None).sink, nullptr);
+    const OpenedOutput port = OpenOutput(OutputChoice::MidiPort);
+    EXPECT_FALSE(port.description.empty());
+    EXPECT_EQ(OutputChoiceFromText("synth"), OutputChoice::Synthesiser);
+    EXPECT_EQ(OutputChoiceFromText("bogus"), OutputChoice::Auto);
 }
 
 } // namespace
