@@ -47,6 +47,7 @@ Sheet SheetFor(const LayoutResult& layout, const ImageOptions& options) {
 std::string WritePng(const Sheet& sheet, const std::filesystem::path& path, int widthPx) {
     PaintOptions po = sheet.paint;
     po.pixelsPerUnit = widthPx / sheet.width;
+    po.glyphSprites = true;
     const int height = std::max(1, static_cast<int>(std::ceil(sheet.height * po.pixelsPerUnit)));
     QImage image(widthPx, height, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) return "the image is too large for " + path.string();

@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <map>
 #include <memory>
+#include <tuple>
 
 #include "render/glyph_table.h"
 
@@ -35,6 +36,13 @@ QByteArray LoadMusicFont() {
     }
     return {};
 }
+
+// A glyph drawn once into an image, for raster targets: the text engine draws glyphs of
+// more than 64 pixels as outlines every time, which is slow on a whole page.
+struct Sprite {
+    QImage image;
+    QPoint offset; // from the glyph origin to the image's top left
+};
 
 // Music font glyphs by pixel size; built once per size.
 class MusicFont {
@@ -61,11 +69,30 @@ public:
         return id;
     }
 
+    const Sprite& sprite(quint32 id, double pixelSize, QRgb colour) {
+        const auto key = std::make_tuple(id, static_cast<int>(std::lround(pixelSize * 16)), colour);
+        auto it = m_sprites.find(key);
+        if (it != m_sprites.end()) return it->second;
+        const QPainterPath path = at(pixelSize).pathForGlyph(id);
+        const QRect box = path.boundingRect().toAlignedRect().adjusted(-1, -1, 1, 1);
+        Sprite s{QImage(std::max(1, box.width()), std::max(1, box.height()),
+                        QImage::Format_ARGB32_Premultiplied),
+                 box.topLeft()};
+        s.image.fill(Qt::transparent);
+        QPainter painter(&s.image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(-box.topLeft());
+        painter.fillPath(path, QColor::fromRgba(colour));
+        painter.end();
+        return m_sprites.emplace(key, std::move(s)).first->second;
+    }
+
 private:
     MusicFont() : m_data(LoadMusicFont()) {}
     QByteArray m_data;
     std::map<int, QRawFont> m_fonts;
     std::map<char32_t, quint32> m_index;
+    std::map<std::tuple<quint32, int, QRgb>, Sprite> m_sprites;
 };
 
 QColor ToColor(std::uint32_t rgb) {
@@ -85,6 +112,7 @@ struct Painter {
     QPainter& p;
     const PaintOptions& o;
     QString textFamily;
+    std::map<int, QFont> fonts;
 
     QPointF at(double x, double y) const {
         return {o.originX + x * o.pixelsPerUnit, o.originY + y * o.pixelsPerUnit};
@@ -118,21 +146,32 @@ struct Painter {
                 QPainterPath path = raw.pathForGlyph(id);
                 path.translate(origin);
                 p.fillPath(path, colour);
-                return;
+            } else if (o.glyphSprites) {
+                const Sprite& s = font.sprite(id, px, colour.rgba());
+                p.drawImage(QPointF(std::round(origin.x()) + s.offset.x(),
+                                    std::round(origin.y()) + s.offset.y()),
+                            s.image);
+            } else {
+                QGlyphRun run;
+                run.setRawFont(raw);
+                run.setGlyphIndexes({id});
+                run.setPositions({QPointF(0, 0)});
+                p.setPen(colour);
+                p.drawGlyphRun(origin, run);
             }
-            QGlyphRun run;
-            run.setRawFont(raw);
-            run.setGlyphIndexes({id});
-            run.setPositions({QPointF(0, 0)});
-            p.setPen(colour);
-            p.drawGlyphRun(origin, run);
         });
     }
 
     void text(const DisplayItem& it, bool centred) {
-        QFont f(textFamily);
-        f.setPixelSize(std::max(1, static_cast<int>(std::lround(kMusicEm * it.size *
-                                                                 o.pixelsPerUnit))));
+        const int pixels =
+            std::max(1, static_cast<int>(std::lround(kMusicEm * it.size * o.pixelsPerUnit)));
+        auto cached = fonts.find(pixels);
+        if (cached == fonts.end()) {
+            QFont made(textFamily);
+            made.setPixelSize(pixels);
+            cached = fonts.emplace(pixels, made).first;
+        }
+        const QFont& f = cached->second;
         const QString s = QString::fromStdString(it.text);
         const QFontMetricsF fm(f, p.device());
         const double width = fm.horizontalAdvance(s);
@@ -208,7 +247,7 @@ void PaintDisplayList(QPainter& painter, const DisplayList& list, const PaintOpt
     const std::string family =
         ResolveTextFont(options.textFontName.empty() ? "Arabic Transparent"
                                                      : options.textFontName);
-    Painter p{painter, options, QString::fromStdString(family)};
+    Painter p{painter, options, QString::fromStdString(family), {}};
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);

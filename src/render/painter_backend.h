@@ -17,6 +17,7 @@ struct PaintOptions {
     bool printTarget = false;  // draw the print target's items instead of the screen's
     bool preview = false;      // the print preview: every line one pixel wide
     bool glyphsAsPaths = false; // outlines instead of font text (SVG keeps the music font)
+    bool glyphSprites = false;  // raster targets: each glyph drawn once and then copied
     std::string textFontName;   // empty: the layout's text font
     int currentLine = 0;        // drawn red
     int selStart = 0, selEnd = 0; // drawn blue
