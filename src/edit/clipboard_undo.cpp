@@ -179,14 +179,14 @@ bool Editor::restorePage(int page) {
 void Editor::keyUndo(int) {
     if (m_doc.UndoIndex <= 1) return;
     m_doc.UndoIndex -= 1;
-    restorePage(m_doc.UndoIndex);
+    m_doc.DirtyFlag |= restorePage(m_doc.UndoIndex);
     KeyOutcome = -3;
 }
 
 void Editor::keyRedo(int) {
     if (m_doc.UndoIndex >= m_doc.UndoTop) return;
     m_doc.UndoIndex += 1;
-    restorePage(m_doc.UndoIndex);
+    m_doc.DirtyFlag |= restorePage(m_doc.UndoIndex);
     KeyOutcome = -3;
 }
 

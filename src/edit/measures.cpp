@@ -160,8 +160,10 @@ void Editor::keyTranspose(int) {
         core::ScoreLine& line = sheet()[i];
         const char c = line.at(2);
         const int o = c >= '0' && c <= '9' ? c - '0' : 0;
-        if (up && o > 1 && o < 5) line.setField(2, std::to_string(o + 1));
-        if (!up && o > 1) line.setField(2, std::to_string(o - 1));
+        const int moved = up && o > 1 && o < 5 ? o + 1 : !up && o > 1 ? o - 1 : o;
+        if (moved == o) continue;
+        line.setField(2, std::to_string(moved));
+        m_doc.DirtyFlag = true;
     }
 }
 

@@ -113,7 +113,7 @@ void Editor::paletteClick(int index, int shift) {
         if (isLit) {
             if (index == 58) SyllableVoiceOn = false;
             if (index == 59) SyllableVoiceOn = true;
-            if (index == 60) setHelpMode(false);
+            if (index == 60) setHelpMode(!HelpMode); // as key H
         } else if (CurrentLine() >= 4 && EditMode == 1) {
             AdvanceStep = 1;
             if (index == 58) CommitLineCommand();
