@@ -109,9 +109,8 @@ NotePlayer::NotePlayer(MidiOut& midi, RunState& state, PlayControls& controls)
 
 void NotePlayer::beginRun() {
     m_log.reset();
-    m_time = 0;
     SoundingNote = 0;
-    SoundingStart = 0;
+    SoundingStart = m_time;
     SoundingDuration = 0;
     TieHold = false;
 }

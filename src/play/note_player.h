@@ -39,7 +39,8 @@ public:
     StepPitchTable& pitchTable() { return m_pitch; }
     EventLog& eventLog() { return m_log; }
 
-    // Clears the sounding note and the event log for a new run.
+    // Clears the sounding note and the event log for a new run or pass; run time goes
+    // on (setNow(0) starts it again).
     void beginRun();
     bool EventLogOn = false;
 

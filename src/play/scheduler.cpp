@@ -127,6 +127,7 @@ double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& optio
     m_lastKoron = m_midi.koronBend();
     m_lastSori = m_midi.soriBend();
     m_lastPedal = m_controls.Pedal.load();
+    m_notes.setNow(0);
     m_midi.setTime(0);
     m_midi.PrepareChannels();
     m_state.OctaveState = OctaveStateBase;

@@ -161,6 +161,7 @@ TEST_F(NotePlayerTest, FixedExpansionsKeepTheirFractions) {
     EXPECT_NEAR(t[3], 1.06, 1e-9);
 
     sink.clear();
+    notes.setNow(0);
     notes.beginRun();
     line(3, 3, 8, ' ', "M "); // mordent with the upper neighbour
     line(3, 3, 8, ' ', ". "); // staccato: half sounds, half is silence
@@ -189,6 +190,7 @@ TEST_F(NotePlayerTest, TrillAndRizFillFourFifthsOfTheNote) {
     EXPECT_NEAR(OnTimes(sink)[2], 0.1, 1e-9);
 
     sink.clear();
+    notes.setNow(0);
     notes.beginRun();
     state.KeySignature[7] = 'B';
     line(6, 3, 8, ' ', "TB"); // trill with the flat of the next step
