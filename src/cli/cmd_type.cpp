@@ -163,8 +163,7 @@ std::optional<Action> ParseToken(const std::string& token) {
             const auto dash = arg.find('-');
             if (dash == std::string::npos) return std::nullopt;
             const auto a = Number(arg.substr(0, dash)), b = Number(arg.substr(dash + 1));
-            if (!a || !b || *a < 1 || *b < 1 || *a > core::MaxLines || *b > core::MaxLines)
-                return std::nullopt;
+            if (!a || !b || *a > core::MaxLines || *b > core::MaxLines) return std::nullopt;
             return Action{Action::BandDrag, *a, *b, 0};
         }
         static const std::map<std::string, std::pair<Action::Kind, int>> kinds = {
@@ -284,7 +283,8 @@ int RunType(const Argv& argv) {
     const core::OpenResult opened = core::OpenScoreFile(doc, session, &store, file);
     if (!opened.load.loaded()) {
         const std::string why = opened.message ? *opened.message : opened.load.message;
-        return Fail(ExitIo, (why.empty() ? "Can't read" : why) + " (" + file + ")");
+        if (why.empty()) return Fail(ExitIo, "Can't read " + file);
+        return Fail(ExitIo, why.find(file) == std::string::npos ? why + " (" + file + ")" : why);
     }
 
     RenderLayout layout;
