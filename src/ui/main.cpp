@@ -1,0 +1,101 @@
+// The desktop program: tahrir [SCORE.srv] [--app-folder DIR] [--no-splash]
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QTimer>
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include "core/app_folder.h"
+#include "ui/main_window.h"
+
+namespace {
+
+struct Arguments {
+    std::optional<std::string> appFolder;
+    std::optional<std::string> score;
+    bool splash = true;
+    std::string error;
+};
+
+Arguments Parse(const QStringList& args) {
+    Arguments a;
+    for (int i = 1; i < args.size(); ++i) {
+        const std::string arg = args[i].toStdString();
+        if (arg == "--no-splash") {
+            a.splash = false;
+        } else if (arg == "--app-folder") {
+            if (i + 1 >= args.size()) a.error = "--app-folder needs a folder";
+            else a.appFolder = args[++i].toStdString();
+        } else if (!arg.empty() && arg[0] == '-') {
+            a.error = "unknown option " + arg;
+        } else if (a.score) {
+            a.error = "only one score can be opened";
+        } else {
+            a.score = arg;
+        }
+    }
+    return a;
+}
+
+// The splash picture: at most five seconds, and any key or click ends it.
+class Splash : public QLabel {
+public:
+    Splash() {
+        setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
+        setText("<div style='font-size:42px; font-weight:bold'>Tahrir</div>"
+                "<div style='font-size:26px'>\u062A\u062D\u0631\u06CC\u0631</div>"
+                "<div style='font-size:14px'>score editor and player for Persian art music</div>");
+        setAlignment(Qt::AlignCenter);
+        setStyleSheet("background:#f7f1de; color:#5a3a10; border:3px solid #a07030;");
+        resize(480, 260);
+        QTimer::singleShot(5000, this, &QWidget::close);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent*) override { close(); }
+    void mousePressEvent(QMouseEvent*) override { close(); }
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    app.setApplicationName("Tahrir");
+    const Arguments args = Parse(app.arguments());
+    if (!args.error.empty()) {
+        std::fprintf(stderr, "tahrir: %s\nusage: tahrir [SCORE.srv] [--app-folder DIR] [--no-splash]\n",
+                     args.error.c_str());
+        return 1;
+    }
+    const tahrir::core::AppFolderResult folder = tahrir::core::PrepareAppFolder(args.appFolder);
+    if (!folder.error.empty()) {
+        std::fprintf(stderr, "tahrir: %s\n", folder.error.c_str());
+        return 2;
+    }
+    if (const auto missing = tahrir::core::CheckMusicFont(folder.folder / "fonts" / "bravura.otf");
+        missing && !std::filesystem::exists(std::filesystem::path(TAHRIR_DATA_DIR) / "fonts" / "bravura.otf")) {
+        std::fprintf(stderr, "tahrir: %s\n", missing->c_str());
+        return 2;
+    }
+    Splash* splash = nullptr;
+    if (args.splash) {
+        splash = new Splash;
+        splash->setAttribute(Qt::WA_DeleteOnClose);
+        splash->show();
+        app.processEvents();
+    }
+    tahrir::ui::WindowOptions options;
+    options.appFolder = folder.folder;
+    if (const char* out = std::getenv("TAHRIR_MIDI_OUT")) options.output = out;
+    tahrir::ui::MainWindow window(options);
+    window.show();
+    if (splash) splash->raise();
+    if (args.score)
+        window.openPath(*args.score);
+    else
+        window.LoadFile(1);
+    return app.exec();
+}

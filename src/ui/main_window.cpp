@@ -1,0 +1,423 @@
+#include "ui/main_window.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSlider>
+#include <QStatusBar>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "core/cp1256.h"
+#include "core/load_file.h"
+#include "core/session.h"
+#include "edit/editor.h"
+#include "edit/key_codes.h"
+#include "ui/dialogs.h"
+#include "ui/measure_strip.h"
+#include "ui/palette_panel.h"
+#include "ui/playback.h"
+#include "ui/playback_panel.h"
+#include "ui/score_view.h"
+#include "ui/text_frames.h"
+#include "ui/window_services.h"
+
+namespace tahrir::ui {
+
+namespace {
+
+QString Utf8(const std::string& cp1256) { return QString::fromStdString(core::Cp1256ToUtf8(cp1256)); }
+
+// The music font's family, loaded from the data folder or the shipped data.
+QString MusicFamily(const std::filesystem::path& appFolder, const std::string& relative) {
+    for (const auto& dir : {appFolder, std::filesystem::path(TAHRIR_DATA_DIR)}) {
+        const int id = QFontDatabase::addApplicationFont(QString::fromStdString((dir / relative).string()));
+        if (id >= 0) return QFontDatabase::applicationFontFamilies(id).value(0);
+    }
+    return "Bravura";
+}
+
+} // namespace
+
+MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWindow(parent) {
+    setObjectName("Form1");
+    core::StartSession(m_session, options.appFolder);
+    m_store = std::make_unique<core::PageStore>(core::PageStore::PathIn(options.appFolder));
+    m_undo = std::make_unique<edit::FileUndoPages>(core::PageStore::PathIn(options.appFolder));
+    if (options.dialogs) {
+        m_dialogs = options.dialogs;
+    } else {
+        m_ownDialogs = std::make_unique<QtDialogs>(this);
+        m_dialogs = m_ownDialogs.get();
+    }
+    m_clipboard = std::make_unique<SystemClipboard>();
+    m_host = std::make_unique<WindowHost>(*this);
+    m_playback = std::make_unique<Playback>(m_doc, options.output, m_session.file("tmpmid.txt"));
+    m_editor = std::make_unique<edit::Editor>(
+        m_doc, edit::EditorServices{&m_layout, m_playback.get(), m_clipboard.get(), m_host.get(), m_undo.get()},
+        options.appFolder);
+    m_editor->TextFontName = m_session.TextFontName;
+    buildWidgets();
+    buildDocks();
+    buildMenus();
+    wireEditor();
+    setWindowTitle("Tahrir");
+    resize(1580, 960);
+    if (options.output != "none" && !m_playback->hasOutput())
+        statusBar()->showMessage(QString("Open MIDI Out failed (%1)")
+                                     .arg(QString::fromStdString(m_playback->outputDescription())));
+    m_editor->documentReplaced();
+    m_pic->pageChanged();
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::buildWidgets() {
+    auto* central = new QWidget(this);
+    auto* column = new QVBoxLayout(central);
+    column->setContentsMargins(2, 2, 2, 2);
+    auto* top = new QHBoxLayout;
+    m_editorCh = new QCheckBox("Editor", central);
+    m_editorCh->setObjectName("EditorCh");
+    m_editorCh->setFocusPolicy(Qt::NoFocus);
+    m_zoom = new QSlider(Qt::Horizontal, central);
+    m_zoom->setObjectName("HSFSize");
+    m_zoom->setRange(3, 24);
+    m_zoom->setValue(9);
+    m_zoom->setMaximumWidth(160);
+    m_zoom->setFocusPolicy(Qt::NoFocus);
+    m_hint = new QLabel(central);
+    m_hint->setObjectName("HpLb");
+    m_hint->setLayoutDirection(Qt::RightToLeft);
+    m_hint->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_hint->setWordWrap(true);
+    m_hint->setStyleSheet("background:#fffbe0; border:1px solid #c0b060; padding:3px; font-size:15px;");
+    m_hint->hide();
+    top->addWidget(m_editorCh);
+    top->addWidget(new QLabel("Zoom", central));
+    top->addWidget(m_zoom);
+    top->addWidget(m_hint, 1);
+    column->addLayout(top);
+
+    m_recent = new QListWidget(central);
+    m_recent->setObjectName("RecentList");
+    m_recent->setMaximumHeight(160);
+    m_recent->hide();
+    column->addWidget(m_recent);
+
+    m_pic = new ScoreView(*m_editor, m_layout);
+    m_picScroll = new QScrollArea(central);
+    m_picScroll->setObjectName("PicScroll");
+    m_picScroll->setWidget(m_pic);
+    m_picScroll->setBackgroundRole(QPalette::Dark);
+    column->addWidget(m_picScroll, 1);
+
+    m_frames = new TextFrames(central);
+    m_frames->hide();
+    column->addWidget(m_frames);
+    m_measures = new MeasureStrip(central);
+    column->addWidget(m_measures);
+    setCentralWidget(central);
+}
+
+void MainWindow::buildDocks() {
+    auto* paletteDock = new QDockWidget("Palette", this);
+    paletteDock->setObjectName("PaletteDock");
+    m_palette = new PalettePanel(MusicFamily(m_session.AppFolder, m_session.MusicFontFile));
+    auto* paletteScroll = new QScrollArea(paletteDock);
+    paletteScroll->setWidget(m_palette);
+    paletteScroll->setWidgetResizable(true);
+    paletteScroll->setMinimumWidth(310);
+    paletteDock->setMaximumWidth(330);
+    paletteDock->setWidget(paletteScroll);
+    addDockWidget(Qt::LeftDockWidgetArea, paletteDock);
+
+    auto* playDock = new QDockWidget("Playback", this);
+    playDock->setObjectName("PlaybackDock");
+    m_playPanel = new PlaybackPanel(*m_playback, playDock);
+    playDock->setWidget(m_playPanel);
+    playDock->setMaximumWidth(360);
+    addDockWidget(Qt::RightDockWidgetArea, playDock);
+
+    auto* descDock = new QDockWidget("Description", this);
+    descDock->setObjectName("DescriptionDock");
+    auto* desc = new QWidget(descDock);
+    auto* dl = new QVBoxLayout(desc);
+    m_descriptLabel = new QLabel(desc);
+    m_descriptLabel->setObjectName("DescriptLabel");
+    m_descriptLabel->setAlignment(Qt::AlignCenter);
+    m_descriptText = new QPlainTextEdit(desc);
+    m_descriptText->setObjectName("DescriptText");
+    m_descriptText->setLayoutDirection(Qt::RightToLeft);
+    dl->addWidget(m_descriptLabel);
+    dl->addWidget(m_descriptText);
+    descDock->setWidget(desc);
+    addDockWidget(Qt::RightDockWidgetArea, descDock);
+}
+
+void MainWindow::buildMenus() {
+    QMenu* file = menuBar()->addMenu("&File");
+    const auto add = [this](QMenu* menu, const char* name, const QString& text, auto slot) {
+        QAction* a = menu->addAction(text);
+        a->setObjectName(name);
+        connect(a, &QAction::triggered, this, slot);
+        return a;
+    };
+    add(file, "NewImage", "&New...", [this] { NewImage(); });
+    add(file, "LoadFile", "&Open...", [this] { LoadFile(0); });
+    add(file, "RecentFiles", "&Recent files", [this] { LoadFile(1); });
+    add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
+    file->addSeparator();
+    add(file, "ExitImage", "E&xit", [this] { close(); });
+    QMenu* view = menuBar()->addMenu("&View");
+    add(view, "PageView", "&Page view", [this] { setViewMode(0); });
+    add(view, "WorkingView", "&Working view", [this] { setViewMode(1); });
+    view->addSeparator();
+    // ViewFont entries: the view's size is the entry's index less one.
+    for (int i = 2; i <= 7; ++i)
+        add(view, "ViewFont", QString("Size %1").arg(i - 1), [this, i] { setZoom(i - 1); });
+}
+
+void MainWindow::wireEditor() {
+    m_pic->keyPressed = [this](EditorKey k) { editorKey(k); };
+    m_pic->keyReleased = [this](EditorKey k) {
+        if (k.key == 'O' && k.shift == 0) reload();
+    };
+    m_pic->mouseEdited = [this] { afterEdit(m_doc.Sheet.CurrentLine, -1); };
+    m_palette->pressed = [this](int index, int shift) {
+        const int line = m_doc.Sheet.CurrentLine, generation = m_layout.generation();
+        m_editor->paletteClick(index, shift);
+        afterEdit(line, generation);
+        m_pic->setFocus();
+    };
+    m_palette->hovered = [this](int index) {
+        m_editor->paletteHover(index);
+        syncHint();
+    };
+    connect(m_editorCh, &QCheckBox::clicked, this, [this] {
+        m_editor->editorClick();
+        afterEdit(m_doc.Sheet.CurrentLine, -1);
+        m_pic->setFocus();
+    });
+    connect(m_zoom, &QSlider::valueChanged, this, [this](int v) { setZoom(v / 3.0); });
+    m_measures->pressed = [this](int m, int button, int shift) {
+        m_rangeChosen = true;
+        m_editor->measureMouseDown(m, button, shift);
+        afterEdit(m_doc.Sheet.CurrentLine, -1);
+    };
+    m_measures->doubleClicked = [this](int m) {
+        m_rangeChosen = true;
+        m_editor->measureDoubleClick(m);
+        afterEdit(m_doc.Sheet.CurrentLine, -1);
+    };
+    m_measures->rangeMoved = [this](int start, int end) {
+        m_rangeChosen = true;
+        m_editor->measures.StartMess = start;
+        m_editor->measures.EndMess = end;
+        for (std::size_t m = 1; m < m_editor->measures.LabelColour.size(); ++m)
+            m_editor->measures.LabelColour[m] =
+                int(m) >= start && int(m) <= end ? edit::ColourBlue : edit::ColourYellow;
+        m_measures->show(m_editor->measures);
+    };
+    m_frames->textApplied = [this](const std::string& text, int option) {
+        m_editor->textToolApply(core::Utf8ToCp1256(text), option);
+        afterEdit(m_doc.Sheet.CurrentLine, -1);
+    };
+    m_frames->fontClicked = [this] {
+        if (const auto f = m_dialogs->font()) m_editor->TextFontName = core::Utf8ToCp1256(*f);
+        m_pic->update();
+    };
+    m_frames->commandApplied = [this](const std::string& text) {
+        m_editor->commandToolApply(core::Utf8ToCp1256(text));
+        afterEdit(m_doc.Sheet.CurrentLine, -1);
+    };
+    m_frames->commandEnter = [this] {
+        m_editor->commandBoxEnter();
+        afterEdit(m_doc.Sheet.CurrentLine, -1);
+    };
+    m_frames->listClicked = [this](int index) {
+        m_editor->commandListClick(index);
+        syncFrames();
+    };
+    connect(m_descriptText, &QPlainTextEdit::textChanged, this, [this] {
+        std::string text = core::Utf8ToCp1256(m_descriptText->toPlainText().toStdString());
+        // The file keeps CR LF inside the description.
+        std::string out;
+        for (const char c : text) out += c == '\n' ? std::string("\r\n") : std::string(1, c);
+        if (out != m_doc.Description) m_doc.Description = out;
+    });
+    connect(m_recent, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+        const std::string path = item->text().toStdString();
+        if (path == core::RecentListEnd) {
+            m_recent->hide();
+            return;
+        }
+        if (!settleUnsaved("File has been changed !")) return;
+        openPath(path);
+    });
+    m_playback->selection = [this] {
+        return std::pair<int, int>{m_editor->SelStart, m_editor->SelEnd};
+    };
+    m_playback->statusChanged = [this] { m_playPanel->statusChanged(); };
+    m_playTimer = new QTimer(this);
+    m_playTimer->setInterval(40);
+    connect(m_playTimer, &QTimer::timeout, this, [this] { pollPlayback(); });
+    m_playTimer->start();
+}
+
+void MainWindow::editorKey(EditorKey key) {
+    const int line = m_doc.Sheet.CurrentLine, generation = m_layout.generation();
+    const bool measureKey = key.key == edit::Key::NumPlus || key.key == edit::Key::NumMinus;
+    if (measureKey) m_rangeChosen = true;
+    m_editor->keyPress(key.key, key.shift);
+    afterEdit(line, generation);
+}
+
+// Repaints what the command changed: the whole page after a new layout, else the rows of
+// the old and the new cursor.
+void MainWindow::afterEdit(int oldLine, int oldGeneration) {
+    const int line = m_doc.Sheet.CurrentLine;
+    const bool relaid = oldGeneration < 0 || m_layout.generation() != oldGeneration;
+    const bool penWas = m_layout.penShown();
+    if (m_editor->EditMode == 1)
+        m_layout.penResult(m_doc.Sheet, line);
+    else
+        m_layout.dropPen();
+    if (relaid) {
+        m_pic->pageChanged();
+    } else {
+        m_pic->updateLines(oldLine, line);
+        if (penWas != m_layout.penShown()) m_pic->updateLines(line, line);
+    }
+    m_palette->setLit(m_editor->lit);
+    m_palette->setHelpPointer(m_editor->HelpMode);
+    m_editorCh->setChecked(m_editor->EditMode == 1);
+    m_measures->show(m_editor->measures);
+    m_playPanel->setTempo(m_editor->LiveTempo);
+    m_playback->player().controls().StartMeasure = m_rangeChosen ? m_editor->measures.StartMess : 0;
+    m_playback->player().controls().EndMeasure = m_rangeChosen ? m_editor->measures.EndMess : 0;
+    syncFrames();
+    syncHint();
+    followCursor();
+    setWindowTitle(scoreTitle());
+    setWindowModified(m_doc.DirtyFlag);
+}
+
+void MainWindow::syncFrames() {
+    const bool edit = m_editor->EditMode == 1;
+    edit::TextFrame text = m_editor->textFrame;
+    edit::CommandFrame command = m_editor->commandFrame;
+    text.visible = text.visible && edit;
+    command.visible = command.visible && edit;
+    m_frames->show(text, core::Cp1256ToUtf8(text.text), command, core::Cp1256ToUtf8(command.text));
+    m_descriptLabel->parentWidget()->parentWidget()->setVisible(edit);
+    if (m_editor->focus == edit::Focus::TextBox) {
+        m_frames->focusText();
+        m_editor->focus = edit::Focus::Score;
+    } else if (m_editor->focus == edit::Focus::CommandBox) {
+        m_frames->focusCommand();
+        m_editor->focus = edit::Focus::Score;
+    }
+}
+
+// The hint of the palette entry in help mode, right to left.
+void MainWindow::syncHint() {
+    const int i = m_editor->HintShown;
+    const bool show = m_editor->HelpMode && i >= 0 && i < core::PaletteHintCount;
+    if (show) {
+        const std::string_view hint = m_session.PaletteHints[static_cast<std::size_t>(i)];
+        m_hint->setText(QString::fromUtf8(hint.data(), static_cast<int>(hint.size())));
+    } else if (m_editor->HelpMode) {
+        m_hint->setText(QString());
+    }
+    m_hint->setVisible(m_editor->HelpMode);
+}
+
+// Scrolls the page so that the red note, or in the viewer the editor's scroll value, shows.
+void MainWindow::followCursor() {
+    const double ppu = m_layout.pixelsPerUnit();
+    if (m_editor->EditMode == 1) {
+        const int line = m_doc.Sheet.CurrentLine;
+        const auto& pos = m_layout.result().positions;
+        if (line < 1 || line > core::MaxLines || pos.LinePosX[static_cast<std::size_t>(line)] < 0) return;
+        const QPointF p = m_pic->toPixels(pos.LinePosX[static_cast<std::size_t>(line)],
+                                          pos.LinePosY[static_cast<std::size_t>(line)] - 4);
+        m_picScroll->ensureVisible(static_cast<int>(p.x()), static_cast<int>(p.y()),
+                                   static_cast<int>(4 * ppu), static_cast<int>(10 * ppu));
+    } else {
+        m_picScroll->verticalScrollBar()->setValue(static_cast<int>(m_editor->ScrollValue * 10 * ppu));
+    }
+}
+
+// After a change of view the editor's labels take the positions of the new layout.
+void MainWindow::syncPositions() {
+    const auto& pos = m_layout.result().positions;
+    for (int i = 1; i <= m_doc.Sheet.LastLine; ++i) {
+        const auto k = static_cast<std::size_t>(i);
+        m_editor->LineX[k] = pos.LinePosX[k];
+        m_editor->LineY[k] = pos.LinePosY[k];
+        m_editor->labels[k].left = pos.LinePosX[k];
+        m_editor->labels[k].top = pos.LinePosY[k];
+        m_editor->labels[k].visible = pos.LinePosX[k] >= 0;
+    }
+    const auto cur = static_cast<std::size_t>(std::clamp(m_doc.Sheet.CurrentLine, 0, core::MaxLines));
+    m_editor->LineX[0] = m_editor->LineX[cur];
+    m_editor->LineY[0] = m_editor->LineY[cur];
+}
+
+void MainWindow::setViewMode(int mode) {
+    m_layout.options().ViewMode = mode;
+    core::PositionTable positions;
+    m_layout.relayout(m_doc.Sheet, positions);
+    syncPositions();
+    afterEdit(m_doc.Sheet.CurrentLine, -1);
+}
+
+void MainWindow::setZoom(double zoomBase) {
+    if (zoomBase <= 0) return;
+    m_layout.options().ZoomBase = zoomBase;
+    setViewMode(m_layout.options().ViewMode);
+}
+
+void MainWindow::pollPlayback() {
+    const int line = m_playback->poll();
+    if (line == m_pic->playLine()) return;
+    m_pic->setPlayLine(line);
+    // The page scrolls with the sounding note.
+    const auto& pos = m_layout.result().positions;
+    if (line > 0 && line <= core::MaxLines && pos.LinePosX[static_cast<std::size_t>(line)] >= 0) {
+        const QPointF p = m_pic->toPixels(pos.LinePosX[static_cast<std::size_t>(line)],
+                                          pos.LinePosY[static_cast<std::size_t>(line)] - 4);
+        const int margin = static_cast<int>(12 * m_layout.pixelsPerUnit());
+        m_picScroll->ensureVisible(static_cast<int>(p.x()), static_cast<int>(p.y()), margin, margin);
+    }
+}
+
+void MainWindow::descriptionToPanel() {
+    std::string text;
+    for (const char c : m_doc.Description)
+        if (c != '\r') text += c;
+    const QString shown = Utf8(text);
+    m_descriptLabel->setText(shown.trimmed());
+    const QSignalBlocker block(m_descriptText);
+    m_descriptText->setPlainText(shown);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (m_closing || ExitImage()) {
+        m_closing = true;
+        event->accept();
+    } else {
+        event->ignore();
+    }
+}
+
+} // namespace tahrir::ui

@@ -1,0 +1,126 @@
+#pragma once
+// The main form: the score view with its palette, measure strip, text tools, description
+// panel and playback panel around it, and the commands of files and leaving.
+
+#include <QMainWindow>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/document.h"
+#include "core/page_store.h"
+#include "edit/file_undo_pages.h"
+#include "ui/key_translate.h"
+#include "ui/view_layout.h"
+
+class QCheckBox;
+class QLabel;
+class QListWidget;
+class QPlainTextEdit;
+class QScrollArea;
+class QSlider;
+class QTimer;
+
+namespace tahrir::edit {
+class Editor;
+}
+
+namespace tahrir::ui {
+
+class Dialogs;
+class MeasureStrip;
+class PalettePanel;
+class Playback;
+class PlaybackPanel;
+class ScoreView;
+class TextFrames;
+class WindowHost;
+class SystemClipboard;
+
+struct WindowOptions {
+    std::filesystem::path appFolder;
+    std::string output = "auto"; // the player's output: auto, midi, synth, none
+    Dialogs* dialogs = nullptr;  // null: the Qt dialogs
+};
+
+class MainWindow : public QMainWindow {
+public:
+    explicit MainWindow(const WindowOptions& options, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    // Files and leaving.
+    void NewImage();
+    void LoadFile(int index);
+    bool openPath(const std::string& path);
+    void reload();
+    bool SaveImage();
+    // Both exit questions; true when the program may end.
+    bool ExitImage();
+
+    // A key of the score view, as the palette and the keyboard send it.
+    void editorKey(EditorKey key);
+    void setViewMode(int mode);
+    void setZoom(double zoomBase);
+
+    edit::Editor& editor() { return *m_editor; }
+    core::Document& document() { return m_doc; }
+    const core::Session& session() const { return m_session; }
+    ScoreView* scoreView() const { return m_pic; }
+    PalettePanel* palette() const { return m_palette; }
+    MeasureStrip* measureStrip() const { return m_measures; }
+    Playback& playback() { return *m_playback; }
+    ViewLayout& layout() { return m_layout; }
+    // The title the bar shows for the open score.
+    QString scoreTitle() const;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    friend class WindowHost;
+    void buildWidgets();
+    void buildMenus();
+    void buildDocks();
+    void wireEditor();
+    bool settleUnsaved(const std::string& title);
+    void documentLoaded();
+    // Brings every control up to the editor's state after a command.
+    void afterEdit(int oldLine, int oldGeneration);
+    void syncFrames();
+    void syncHint();
+    void followCursor();
+    void syncPositions();
+    void showRecentList();
+    void descriptionToPanel();
+    void pollPlayback();
+
+    core::Session m_session;
+    core::Document m_doc;
+    std::unique_ptr<core::PageStore> m_store;
+    std::unique_ptr<edit::FileUndoPages> m_undo;
+    ViewLayout m_layout;
+    std::unique_ptr<Dialogs> m_ownDialogs;
+    Dialogs* m_dialogs = nullptr;
+    std::unique_ptr<SystemClipboard> m_clipboard;
+    std::unique_ptr<WindowHost> m_host;
+    std::unique_ptr<Playback> m_playback;
+    std::unique_ptr<edit::Editor> m_editor;
+
+    ScoreView* m_pic = nullptr;
+    QScrollArea* m_picScroll = nullptr;
+    PalettePanel* m_palette = nullptr;
+    QLabel* m_hint = nullptr;
+    MeasureStrip* m_measures = nullptr;
+    TextFrames* m_frames = nullptr;
+    PlaybackPanel* m_playPanel = nullptr;
+    QCheckBox* m_editorCh = nullptr;
+    QLabel* m_descriptLabel = nullptr;
+    QPlainTextEdit* m_descriptText = nullptr;
+    QListWidget* m_recent = nullptr;
+    QSlider* m_zoom = nullptr;
+    QTimer* m_playTimer = nullptr;
+    bool m_rangeChosen = false; // the user picked measures to play
+    bool m_closing = false;
+};
+
+} // namespace tahrir::ui

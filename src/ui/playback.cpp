@@ -1,0 +1,97 @@
+#include "ui/playback.h"
+
+#include "play/rtmidi_sink.h"
+
+namespace tahrir::ui {
+
+Playback::Playback(core::Document& doc, const std::string& output, std::filesystem::path eventLog)
+    : m_doc(doc), m_eventLog(std::move(eventLog)) {
+    const play::OutputChoice choice = play::OutputChoiceFromText(output);
+    if (choice != play::OutputChoice::None) {
+        play::OpenedOutput opened = play::OpenOutput(choice);
+        m_sink = std::move(opened.sink);
+        m_outputDescription = opened.description;
+    }
+    m_player = std::make_unique<play::Player>(m_sink.get());
+    m_player->startUp();
+    m_player->notes().setObserver(this);
+}
+
+Playback::~Playback() {
+    m_player->stop();
+    m_player->wait();
+}
+
+void Playback::playClick(int fromLine) {
+    if (m_status == PlayStatus::Paused) {
+        m_player->resume();
+        setStatus(PlayStatus::Playing);
+        return;
+    }
+    if (m_status == PlayStatus::Playing || m_player->running()) return;
+    m_playSheet = m_doc.Sheet;
+    play::RunOptions options;
+    options.EventLogFile = m_eventLog;
+    const auto [start, end] = selection ? selection() : std::pair<int, int>{0, 0};
+    if (start > 0 && end > 0 && start < end) {
+        options.SelectionStartLine = start;
+        options.SelectionEndLine = end;
+    } else if (fromLine > 3) {
+        options.SelectionStartLine = fromLine;
+        options.SelectionEndLine = m_playSheet.LastLine;
+    }
+    m_player->controls().StopRequest = false;
+    m_player->controls().Paused = false;
+    m_playLine = 0;
+    if (m_player->play(m_playSheet, options)) setStatus(PlayStatus::Playing);
+}
+
+void Playback::pauseClick() {
+    if (m_status != PlayStatus::Playing) return;
+    m_player->pause();
+    setStatus(PlayStatus::Paused);
+}
+
+void Playback::stopClick() {
+    if (m_status == PlayStatus::Idle) return;
+    m_player->resume();
+    m_player->stop();
+    m_player->wait();
+    m_playLine = 0;
+    setStatus(PlayStatus::Idle);
+}
+
+// Space: play when idle or paused, pause while playing.
+void Playback::playPause() {
+    if (m_status == PlayStatus::Playing)
+        pauseClick();
+    else
+        playClick(0);
+}
+
+int Playback::poll() {
+    if (m_status != PlayStatus::Idle && !m_player->running()) {
+        m_player->wait();
+        m_playLine = 0;
+        setStatus(PlayStatus::Idle);
+    }
+    return m_playLine.load();
+}
+
+void Playback::soundNote(const edit::NoteSound& note) {
+    if (busy()) return;
+    const char accidental = note.accidental.size() >= 3 ? note.accidental[2] : ' ';
+    m_player->auditionNote(note.step, note.octave, accidental);
+}
+
+void Playback::stopAllNotes() {
+    if (!m_player->running()) m_player->midi().AllNotesOff();
+}
+
+void Playback::setStatus(PlayStatus status) {
+    if (status == m_status) return;
+    m_status = status;
+    if (statusChanged) statusChanged();
+}
+
+} // namespace tahrir::ui

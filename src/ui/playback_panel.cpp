@@ -1,0 +1,206 @@
+#include "ui/playback_panel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSlider>
+#include <QToolButton>
+
+#include "core/session_tables.h"
+#include "play/pitch_table.h"
+#include "ui/playback.h"
+
+namespace tahrir::ui {
+
+namespace {
+
+QScrollBar* Bar(const char* name, int low, int high, int value, QWidget* parent) {
+    auto* bar = new QScrollBar(Qt::Horizontal, parent);
+    bar->setObjectName(name);
+    bar->setRange(std::min(low, high), std::max(low, high));
+    bar->setValue(value);
+    bar->setMinimumWidth(120);
+    bar->setFocusPolicy(Qt::NoFocus);
+    return bar;
+}
+
+QString Semitones(int value) {
+    const int v = value - play::TransposeCentre;
+    return v == 0 ? "0" : (v > 0 ? "+" : "") + QString::number(v);
+}
+
+} // namespace
+
+PlaybackPanel::PlaybackPanel(Playback& playback, QWidget* parent)
+    : QWidget(parent), m_playback(playback) {
+    setObjectName("PlaybackPanel");
+    build();
+    statusChanged();
+}
+
+void PlaybackPanel::build() {
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(4, 4, 4, 4);
+    auto* transport = new QHBoxLayout;
+    m_playCmd = new QPushButton("\u25B6 Play", this);
+    m_playCmd->setObjectName("PlayCmd");
+    m_pauseCmd = new QPushButton("\u23F8 Pause", this);
+    m_pauseCmd->setObjectName("PauseCmd");
+    m_stopCmd = new QPushButton("\u25A0 Stop", this);
+    m_stopCmd->setObjectName("StopCmd");
+    m_pause = new QLabel("Pause", this);
+    m_pause->setObjectName("LbLPause");
+    m_pause->setStyleSheet("background:#ffff60; color:black; font-weight:bold; padding:2px 8px;");
+    for (QPushButton* b : {m_playCmd, m_pauseCmd, m_stopCmd}) {
+        b->setFocusPolicy(Qt::NoFocus);
+        transport->addWidget(b);
+    }
+    transport->addWidget(m_pause);
+    transport->addStretch(1);
+    QObject::connect(m_playCmd, &QPushButton::clicked, this, [this] { m_playback.playClick(0); });
+    QObject::connect(m_pauseCmd, &QPushButton::clicked, this, [this] { m_playback.pauseClick(); });
+    QObject::connect(m_stopCmd, &QPushButton::clicked, this, [this] { m_playback.stopClick(); });
+    grid->addLayout(transport, 0, 0, 1, 4);
+    buildSliders(grid);
+    buildInstruments(grid);
+}
+
+void PlaybackPanel::buildSliders(QGridLayout* grid) {
+    play::Player& player = m_playback.player();
+    // The tempo bar and its knob: a slider from 20 to 320.
+    m_tempo = new QSlider(Qt::Horizontal, this);
+    m_tempo->setObjectName("VScroll3");
+    m_tempo->setRange(20, 320);
+    m_tempo->setValue(60);
+    m_tempo->setFocusPolicy(Qt::NoFocus);
+    m_tempoLabel = new QLabel("60", this);
+    QObject::connect(m_tempo, &QSlider::valueChanged, this, [this, &player](int v) {
+        player.setTempo(v);
+        m_tempoLabel->setText(QString::number(v));
+    });
+    grid->addWidget(new QLabel("Tempo", this), 1, 0);
+    grid->addWidget(m_tempo, 1, 1);
+    grid->addWidget(m_tempoLabel, 1, 2);
+
+    m_volume = Bar("VolScr", 0, 90, 30, this);
+    QObject::connect(m_volume, &QScrollBar::valueChanged, this,
+                     [&player](int v) { player.controls().VolScr = v; });
+    auto* loud = new QToolButton(this);
+    loud->setObjectName("ImgSpOn");
+    loud->setText("Loud");
+    loud->setToolTip("Loudest");
+    auto* mute = new QToolButton(this);
+    mute->setObjectName("ImgSpOff");
+    mute->setText("Mute");
+    mute->setToolTip("Silent");
+    QObject::connect(loud, &QToolButton::clicked, this, [this] { m_volume->setValue(m_volume->minimum()); });
+    QObject::connect(mute, &QToolButton::clicked, this, [this] { m_volume->setValue(m_volume->maximum()); });
+    auto* volumeRow = new QHBoxLayout;
+    volumeRow->addWidget(mute);
+    volumeRow->addWidget(m_volume);
+    volumeRow->addWidget(loud);
+    grid->addWidget(new QLabel("Volume", this), 2, 0);
+    grid->addLayout(volumeRow, 2, 1, 1, 2);
+
+    // Koron from 0 down to -32, sori from 32 down to 0; the labels show 64 plus the value.
+    m_koron = Bar("VScroll1", -32, 0, play::DefaultKoronBend, this);
+    m_sori = Bar("VScroll2", 0, 32, play::DefaultSoriBend, this);
+    m_koronLabel = new QLabel(QString::number(64 + play::DefaultKoronBend), this);
+    m_koronLabel->setObjectName("Label1");
+    m_soriLabel = new QLabel(QString::number(64 + play::DefaultSoriBend), this);
+    m_soriLabel->setObjectName("Label2");
+    QObject::connect(m_koron, &QScrollBar::valueChanged, this, [this, &player](int v) {
+        player.setKoronBend(v);
+        m_koronLabel->setText(QString::number(64 + v));
+    });
+    QObject::connect(m_sori, &QScrollBar::valueChanged, this, [this, &player](int v) {
+        player.setSoriBend(v);
+        m_soriLabel->setText(QString::number(64 + v));
+    });
+    grid->addWidget(new QLabel("Koron", this), 3, 0);
+    grid->addWidget(m_koron, 3, 1);
+    grid->addWidget(m_koronLabel, 3, 2);
+    grid->addWidget(new QLabel("Sori", this), 4, 0);
+    grid->addWidget(m_sori, 4, 1);
+    grid->addWidget(m_soriLabel, 4, 2);
+
+    m_transpose = Bar("HScroll1", 12, 36, play::TransposeCentre, this);
+    m_transposeLabel = new QLabel("0", this);
+    m_transposeLabel->setObjectName("TransposeLabel");
+    auto* standard = new QToolButton(this);
+    standard->setObjectName("DiapazonImg");
+    standard->setText("\u2696");
+    standard->setToolTip("Standard Tunning");
+    QObject::connect(m_transpose, &QScrollBar::valueChanged, this, [this, &player](int v) {
+        player.controls().Transpose = v;
+        m_transposeLabel->setText(Semitones(v));
+    });
+    QObject::connect(standard, &QToolButton::clicked, this,
+                     [this] { m_transpose->setValue(play::TransposeCentre); });
+    grid->addWidget(new QLabel("Transpose", this), 5, 0);
+    grid->addWidget(m_transpose, 5, 1);
+    auto* transposeRow = new QHBoxLayout;
+    transposeRow->addWidget(m_transposeLabel);
+    transposeRow->addWidget(standard);
+    grid->addLayout(transposeRow, 5, 2);
+}
+
+void PlaybackPanel::buildInstruments(QGridLayout* grid) {
+    play::Player& player = m_playback.player();
+    auto* buttons = new QHBoxLayout;
+    const auto& table = core::InstrumentTable();
+    for (int i = 0; i < 8; ++i) {
+        auto* b = new QToolButton(this);
+        b->setObjectName("InsImage");
+        b->setProperty("index", i);
+        const auto& name = table[static_cast<std::size_t>(i)].name;
+        b->setText(QString::fromUtf8(name.data(), static_cast<int>(name.size())).left(5));
+        b->setToolTip(QString::fromUtf8(name.data(), static_cast<int>(name.size())));
+        b->setFocusPolicy(Qt::NoFocus);
+        QObject::connect(b, &QToolButton::clicked, this, [&player, i] { player.chooseInstrument(i); });
+        buttons->addWidget(b);
+    }
+    grid->addLayout(buttons, 6, 0, 1, 3);
+    m_instruments = new QComboBox(this);
+    m_instruments->setObjectName("InsList");
+    for (const auto& ins : table)
+        m_instruments->addItem(QString::fromUtf8(ins.name.data(), static_cast<int>(ins.name.size())), ins.program);
+    m_instruments->setFocusPolicy(Qt::NoFocus);
+    QObject::connect(m_instruments, &QComboBox::activated, this,
+                     [&player](int row) { player.chooseListInstrument(row); });
+    grid->addWidget(m_instruments, 7, 0, 1, 3);
+
+    auto* checks = new QHBoxLayout;
+    auto* countIn = new QCheckBox("Count-in", this);
+    countIn->setObjectName("ZarbAval");
+    auto* loop = new QCheckBox("Loop", this);
+    loop->setObjectName("ChLoop");
+    auto* pedal = new QCheckBox("Pedal", this);
+    pedal->setObjectName("PedalCh");
+    for (QCheckBox* c : {countIn, loop, pedal}) {
+        c->setFocusPolicy(Qt::NoFocus);
+        checks->addWidget(c);
+    }
+    QObject::connect(countIn, &QCheckBox::toggled, this, [&player](bool on) { player.controls().CountIn = on; });
+    QObject::connect(loop, &QCheckBox::toggled, this, [&player](bool on) { player.controls().Loop = on; });
+    QObject::connect(pedal, &QCheckBox::toggled, this, [&player](bool on) { player.setPedal(on); });
+    grid->addLayout(checks, 8, 0, 1, 3);
+    grid->setRowStretch(9, 1);
+}
+
+void PlaybackPanel::statusChanged() {
+    const PlayStatus s = m_playback.status();
+    m_playCmd->setEnabled(s != PlayStatus::Playing);
+    m_pauseCmd->setEnabled(s == PlayStatus::Playing);
+    m_stopCmd->setEnabled(s != PlayStatus::Idle);
+    m_pause->setVisible(s == PlayStatus::Paused);
+}
+
+void PlaybackPanel::setTempo(int tempo) { m_tempo->setValue(std::clamp(tempo, 20, 320)); }
+int PlaybackPanel::tempo() const { return m_tempo->value(); }
+
+} // namespace tahrir::ui

@@ -1,0 +1,202 @@
+#include "ui/score_view.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <cmath>
+
+#include "edit/editor.h"
+#include "render/painter_backend.h"
+#include "ui/view_layout.h"
+
+namespace tahrir::ui {
+
+namespace {
+
+constexpr double kMargin = 1;    // staff units of white around the page
+constexpr double kRowAbove = 12; // a row reaches this far above its bottom staff line
+constexpr double kRowBelow = 6;
+
+// Mouse buttons in the editor's numbering: 1 left, 2 right, 4 middle.
+int ButtonNumber(Qt::MouseButton b) {
+    return b == Qt::RightButton ? 2 : b == Qt::MiddleButton ? 4 : 1;
+}
+
+// The items of `list` that may show inside the rows from y0 to y1 (staff units).
+render::DisplayList Visible(const render::DisplayList& list, double y0, double y1) {
+    render::DisplayList out;
+    out.widthUnits = list.widthUnits;
+    out.heightUnits = list.heightUnits;
+    for (const render::DisplayItem& it : list.items) {
+        const double top = it.kind == render::ItemKind::Stroke ? std::min(it.y, it.y2) : it.y - 8;
+        const double bottom = it.kind == render::ItemKind::Stroke ? std::max(it.y, it.y2) : it.y + 8;
+        if (bottom >= y0 && top <= y1) out.items.push_back(it);
+    }
+    return out;
+}
+
+} // namespace
+
+ScoreView::ScoreView(edit::Editor& editor, ViewLayout& layout, QWidget* parent)
+    : QWidget(parent), m_editor(editor), m_layout(layout) {
+    setObjectName("Pic");
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    setAutoFillBackground(false);
+}
+
+QSize ScoreView::sizeHint() const {
+    const render::DisplayList& list = m_layout.result().list;
+    const double ppu = m_layout.pixelsPerUnit();
+    return {static_cast<int>((list.widthUnits + 2 * kMargin) * ppu),
+            static_cast<int>((list.heightUnits + 2 * kMargin) * ppu)};
+}
+
+void ScoreView::pageChanged() {
+    resize(sizeHint());
+    update();
+}
+
+QPointF ScoreView::toUnits(QPointF pixels) const {
+    const double ppu = m_layout.pixelsPerUnit();
+    return {pixels.x() / ppu - kMargin, pixels.y() / ppu - kMargin};
+}
+
+QPointF ScoreView::toPixels(double x, double y) const {
+    const double ppu = m_layout.pixelsPerUnit();
+    return {(x + kMargin) * ppu, (y + kMargin) * ppu};
+}
+
+int ScoreView::lineAt(QPointF units) const {
+    const auto& pos = m_layout.result().positions;
+    int best = 0;
+    double bestDistance = 2.0; // staff units across a symbol's hit box
+    for (int i = 1; i <= m_editor.document().Sheet.LastLine; ++i) {
+        const double x = pos.LinePosX[static_cast<std::size_t>(i)];
+        const double y = pos.LinePosY[static_cast<std::size_t>(i)];
+        if (x < 0 || units.y() < y - kRowAbove + 2 || units.y() > y + 3) continue;
+        const double d = std::abs(units.x() - (x + 1));
+        if (d < bestDistance) {
+            bestDistance = d;
+            best = i;
+        }
+    }
+    return best;
+}
+
+QRect ScoreView::rowRect(int line) const {
+    const auto& pos = m_layout.result().positions;
+    if (line < 1 || line > core::MaxLines || pos.LinePosX[static_cast<std::size_t>(line)] < 0)
+        return {};
+    const double y = pos.LinePosY[static_cast<std::size_t>(line)];
+    const QPointF a = toPixels(0, y - kRowAbove), b = toPixels(0, y + kRowBelow);
+    return QRect(0, static_cast<int>(a.y()), width(), static_cast<int>(b.y() - a.y()) + 1);
+}
+
+void ScoreView::updateLines(int a, int b) {
+    const QRect r = rowRect(a).united(rowRect(b));
+    if (r.isEmpty())
+        update();
+    else
+        update(r);
+}
+
+void ScoreView::setPlayLine(int line) {
+    if (line == m_playLine) return;
+    const int old = m_playLine;
+    m_playLine = line;
+    updateLines(old, line);
+}
+
+void ScoreView::paintEvent(QPaintEvent* event) {
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.fillRect(event->rect(), Qt::white);
+    const int cursor = m_editor.EditMode == 1 ? m_editor.document().Sheet.CurrentLine : 0;
+    const render::LayoutResult& layout = m_layout.current();
+    const double y0 = toUnits(event->rect().topLeft()).y();
+    const double y1 = toUnits(event->rect().bottomRight()).y();
+    render::PaintOptions o;
+    o.pixelsPerUnit = m_layout.pixelsPerUnit();
+    o.originX = o.originY = kMargin * o.pixelsPerUnit;
+    o.currentLine = cursor;
+    o.selStart = m_editor.SelStart;
+    o.selEnd = m_editor.SelEnd;
+    o.textFontName = render::ResolveTextFont(m_editor.TextFontName);
+    render::PaintDisplayList(p, Visible(layout.list, y0, y1), o);
+    paintOverlay(p);
+}
+
+// The band and the marker of the sounding note, drawn over the page.
+void ScoreView::paintOverlay(QPainter& p) {
+    const edit::Band& band = m_editor.band;
+    if (band.visible) {
+        p.setPen(QPen(Qt::darkBlue, 1, Qt::DashLine));
+        p.setBrush(QColor(0, 0, 255, 30));
+        p.drawRect(QRectF(toPixels(band.left, band.top),
+                          toPixels(band.left + band.width, band.top + band.height)));
+    }
+    const auto& pos = m_layout.result().positions;
+    if (m_playLine > 0 && m_playLine <= core::MaxLines &&
+        pos.LinePosX[static_cast<std::size_t>(m_playLine)] >= 0) {
+        const double x = pos.LinePosX[static_cast<std::size_t>(m_playLine)];
+        const double y = pos.LinePosY[static_cast<std::size_t>(m_playLine)];
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0, 160, 0, 70));
+        p.drawRect(QRectF(toPixels(x - 0.5, y - 10), toPixels(x + 2.5, y + 2)));
+    }
+}
+
+void ScoreView::keyPressEvent(QKeyEvent* event) {
+    const auto key = TranslateKey(event->key(), event->modifiers());
+    if (key && keyPressed) keyPressed(*key);
+    event->accept();
+}
+
+void ScoreView::keyReleaseEvent(QKeyEvent* event) {
+    const auto key = TranslateKey(event->key(), event->modifiers());
+    if (key && keyReleased && !event->isAutoRepeat()) keyReleased(*key);
+    event->accept();
+}
+
+void ScoreView::mousePressEvent(QMouseEvent* event) {
+    setFocus();
+    const QPointF u = toUnits(event->position());
+    const int line = lineAt(u);
+    const int shift = ShiftState(event->modifiers());
+    if (line > 0) {
+        // A press on a symbol is a press on its label, never the start of a band.
+        m_editor.labelMouseDown(line, ButtonNumber(event->button()), shift);
+        if (m_editor.EditMode == 1 && shift == 0) m_editor.labelClick(line);
+    } else {
+        m_editor.picMouseDown(u.x(), u.y());
+        m_banding = true;
+    }
+    if (mouseEdited) mouseEdited();
+}
+
+void ScoreView::mouseMoveEvent(QMouseEvent* event) {
+    if (!m_banding) return;
+    const QPointF u = toUnits(event->position());
+    m_editor.picMouseMove(u.x(), u.y(), event->buttons() & Qt::LeftButton);
+    update();
+}
+
+void ScoreView::mouseReleaseEvent(QMouseEvent*) {
+    if (!m_banding) return;
+    m_banding = false;
+    m_editor.picMouseUp();
+    if (mouseEdited) mouseEdited();
+}
+
+void ScoreView::mouseDoubleClickEvent(QMouseEvent* event) {
+    const int line = lineAt(toUnits(event->position()));
+    if (line > 0) {
+        m_editor.labelDoubleClick(line);
+        if (mouseEdited) mouseEdited();
+    }
+}
+
+} // namespace tahrir::ui
