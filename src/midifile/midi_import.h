@@ -16,6 +16,7 @@ namespace tahrir::midifile {
 inline constexpr int MaxImportTrack = 18;
 inline constexpr const char* ImportMagicField = "Sv5 Tahrir score";
 inline constexpr const char* OctavePrompt = "Octave Transpose";
+inline constexpr const char* MidiFileFilter = "Midi files |*.mid"; // the open dialog's filter
 
 // The two questions of an import; the window answers them with its track frame and an
 // input box, the command line with its options.
