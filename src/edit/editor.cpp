@@ -197,6 +197,7 @@ bool Editor::penPitched() const {
 void Editor::editorClick() {
     if (EditMode == 1) {
         EditMode = 0;
+        DescriptionVisible = false;
         textFrame.visible = false;
         commandFrame.visible = false;
         labels[0].visible = false;
@@ -204,6 +205,7 @@ void Editor::editorClick() {
         return;
     }
     EditMode = 1;
+    DescriptionVisible = true;
     if (CurrentLine() < 4 || CurrentLine() > LastLine()) CurrentLine() = 4;
     // Beam codes are written anew by the rhythm pass; line 1's column 7 is the key signature.
     for (int i = 2; i <= LastLine(); ++i) {

@@ -126,6 +126,7 @@ public:
     bool HelpMode = false;
     bool RecordVisible = false;
     bool RCDTxtVisible = false; // the raw text box, shown on text lines by RecordVisible
+    bool DescriptionVisible = false; // the score's description panel, shown while editing
     bool SyllableVoiceOn = false;
     int ViewCheck = 0; // the view check box that key L switches
     int SelStart = 0;
