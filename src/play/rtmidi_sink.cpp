@@ -37,13 +37,15 @@ std::unique_ptr<RtMidiSink> RtMidiSink::openFirstPort(std::string& error) {
     auto out = MakeOut(error);
     if (!out) return nullptr;
     try {
-        if (out->getPortCount() == 0) {
-            error = "no MIDI output port";
-            return nullptr;
+        // The sequencer's pass-through port is always there and sounds nowhere: the first
+        // port is the first other one.
+        for (unsigned i = 0; i < out->getPortCount(); ++i) {
+            std::string name = out->getPortName(i);
+            if (name.find("Midi Through") != std::string::npos) continue;
+            out->openPort(i);
+            return std::unique_ptr<RtMidiSink>(new RtMidiSink(std::move(out), name));
         }
-        std::string name = out->getPortName(0);
-        out->openPort(0);
-        return std::unique_ptr<RtMidiSink>(new RtMidiSink(std::move(out), name));
+        error = "no MIDI output port";
     } catch (const RtMidiError& e) {
         error = e.getMessage();
     }

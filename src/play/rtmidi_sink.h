@@ -14,8 +14,8 @@ namespace tahrir::play {
 class RtMidiSink : public MidiSink {
 public:
     ~RtMidiSink() override;
-    // Opens the first output port (on Linux through the ALSA sequencer). Null, with
-    // `error` set, when there is no sequencer or no port.
+    // Opens the first output port (on Linux through the ALSA sequencer), passing over the
+    // pass-through port. Null, with `error` set, when there is no sequencer or no port.
     static std::unique_ptr<RtMidiSink> openFirstPort(std::string& error);
     // A virtual output port under `name`, for tests that read it back.
     static std::unique_ptr<RtMidiSink> openVirtual(const std::string& name, std::string& error);

@@ -71,7 +71,12 @@ std::unique_ptr<SynthSink> SynthSink::openLive(const std::filesystem::path& soun
                                                std::string& error) {
     auto impl = std::make_unique<Impl>();
     if (!impl->open(soundFont, 44100, error)) return nullptr;
-    impl->driver = new_fluid_audio_driver(impl->settings, impl->synth);
+    // The desktop's sound server first, then the sound card, then the rest.
+    for (const char* name : {"pulseaudio", "pipewire", "alsa", "sdl2"}) {
+        if (fluid_settings_setstr(impl->settings, "audio.driver", name) != FLUID_OK) continue;
+        impl->driver = new_fluid_audio_driver(impl->settings, impl->synth);
+        if (impl->driver) break;
+    }
     if (!impl->driver) {
         error = "cannot open an audio output for the synthesiser";
         return nullptr;

@@ -41,13 +41,6 @@ TEST(StepPitchTable, BuildsOctavesFromTheBase) {
     EXPECT_EQ(table.at(22), 62);
 }
 
-TEST(StepPitchTable, InstrumentButtonsMapToTheList) {
-    EXPECT_EQ(ProgramIndexOfButton(0), 8); // Koto
-    EXPECT_EQ(ProgramIndexOfButton(6), 6); // Flute
-    EXPECT_EQ(ProgramTable()[6], 73);
-    EXPECT_EQ(ProgramIndexOfButton(8), std::nullopt); // a wave voice
-}
-
 TEST_F(NotePlayerTest, VoiceChannelFollowsAccidentalSignatureAndMeasure) {
     line(2, 3, 8, 'K'); // koron Re
     EXPECT_EQ(sink.messages().front(), 0x003C3E92u);
