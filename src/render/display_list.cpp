@@ -68,6 +68,7 @@ std::string DisplayList::dump() const {
             std::snprintf(buf, sizeof buf, " #%06X", static_cast<unsigned>(it.colour));
             out += buf;
         }
+        if (it.centred) out += " centred";
         if (!it.visible) out += " hidden";
         if (it.target != OnScreen) out += it.target == OnPrint ? " print" : " both";
         out += '\n';

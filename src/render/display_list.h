@@ -33,6 +33,7 @@ struct DisplayItem {
     bool dashed = false;
     bool visible = true;
     bool stemDown = false; // beamed head whose stem hangs down
+    bool centred = false;  // text centred on x rather than starting there
     std::uint8_t target = OnScreen;
     std::uint32_t colour = kBlack;
     std::string text; // glyph codes (code page 1256 bytes) or UTF-8 text

@@ -70,6 +70,7 @@ void PageWalk::run() {
             runPass();
         }
     }
+    descriptionLines();
     m_out.dxf = m_dxf.contents();
     m_out.rows = RowIndex;
     m_out.PageWidthUnits = PageWidthUnits;
@@ -82,6 +83,25 @@ void PageWalk::run() {
     m_out.printHeightUnits = m_opt.PrinterHeightTwips / (PrintUnit * ZoomFactor);
     m_out.list.widthUnits = PageWidthUnits + m_opt.RightMargin;
     m_out.list.heightUnits = StaffGap + StaffBaseY;
+}
+
+// The score's description above the page, centred, one text a line, at half the size.
+void PageWalk::descriptionLines() {
+    std::string_view rest = m_opt.Description;
+    double y = 2;
+    while (!rest.empty()) {
+        const auto cut = rest.find('\n');
+        std::string piece(Trim(rest.substr(0, cut)));
+        if (!piece.empty() && piece.back() == '\r') piece.pop_back();
+        if (!piece.empty()) {
+            text(0, (PageWidthUnits + m_opt.RightMargin) / 2, y, core::Cp1256ToUtf8(piece), 0.5,
+                 OnScreen);
+            m_out.list.items.back().centred = true;
+        }
+        y += 3;
+        if (cut == std::string_view::npos) break;
+        rest.remove_prefix(cut + 1);
+    }
 }
 
 std::string_view PageWalk::line(int i) const {

@@ -37,6 +37,7 @@ public:
 private:
     // page_layout.cpp: passes, lines, measures and rows
     void runPass();
+    void descriptionLines();
     void startOfPass();
     void walkLine(int i);
     void controlLine(int i);

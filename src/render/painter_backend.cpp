@@ -215,7 +215,7 @@ struct Painter {
             p.drawArc(box, start, span);
             break;
         }
-        case ItemKind::Text: text(it, false); break;
+        case ItemKind::Text: text(it, it.centred); break;
         case ItemKind::MeasureLabel:
             if (it.visible) text(it, true);
             break;
