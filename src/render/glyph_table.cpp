@@ -47,7 +47,7 @@ constexpr Row kRows[] = {
     {'}', {0xE041, -0.27, 5.5, 1.5}},      // repeat end
     {'@', {0xE047, 0, 8.0, 2.3}},          // large repeat sign
     {0x91, {0xE500, 0, 5.5, 2.2}},         // one- and two-measure repeat
-    {'.', {0xE1E7, 0.3, 7.3, 0.5}},        // dot
+    {'.', {0xE1E7, 0.3, 7.3, 0.5, 0, 5.3}}, // dot; behind a head at the head's height
     {0xD8, {0xE1E7, 0.3, 7.3, 0.5}},       // finger dot
     {'`', {0xE566, 0, 5.55, 2.1}},         // trill
     {'i', {0xE260, 0.2, 5.55, 1.0}},       // flat behind a trill

@@ -13,6 +13,7 @@ struct GlyphInfo {
     double dy = 0;          // from the pen (top of the cell) down to the baseline
     double advance = 0;     // pen advance to the next code of the same caption
     double dxStemDown = 0;  // dx of a beamed head whose stem hangs down
+    double dyAfterHead = 0; // dy when it follows a head in one caption ("q ."), if not 0
 };
 
 // The entry of one code; a code the table lacks draws nothing and takes no room.
@@ -29,11 +30,14 @@ struct PlacedGlyph {
 template <typename Out>
 void LayOutCaption(std::string_view caption, double x, double y, double size, bool stemDown,
                    Out&& out) {
+    bool first = true;
     for (unsigned char c : caption) {
         const GlyphInfo& g = LookupGlyph(c);
         if (g.codepoint != 0) {
             const double dx = stemDown && g.dxStemDown != 0 ? g.dxStemDown : g.dx;
-            out(PlacedGlyph{g.codepoint, x + dx * size, y + g.dy * size});
+            const double dy = !first && g.dyAfterHead != 0 ? g.dyAfterHead : g.dy;
+            out(PlacedGlyph{g.codepoint, x + dx * size, y + dy * size});
+            first = false;
         }
         x += g.advance * size;
     }

@@ -166,7 +166,8 @@ void PageWalk::drawGrace(int i, int step, int octave, const char* caption) {
     GlyphY = -h - 5.55 + StaffBaseY;
     const char acc = line(i)[5];
     if (caption == nullptr && acc != ' ') DrawAccidental(step, octave, acc);
-    if (h < -0.5 || h > 4.5) DrawLedgerLines(h);
+    // The barline mark of the working view is a sign, not a head: no ledger lines.
+    if (caption == nullptr && (h < -0.5 || h > 4.5)) DrawLedgerLines(h);
     if (caption == nullptr) {
         dxfNote(kGrace, step, octave);
         StemDir = pos > 4 ? StemDirection::Down : StemDirection::Up;
