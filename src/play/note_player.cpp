@@ -295,10 +295,13 @@ void NotePlayer::PlayEvent(int note, double seconds, EventMode mode, int channel
             if (!pedal) m_midi.MidiNoteOff(SoundingNote, SoundingChannel);
         }
     }
+    // A tied note goes on sounding as the key and voice it started on.
+    if (!TieHold) {
+        SoundingNote = note;
+        SoundingChannel = channel;
+    }
     TieHold = false;
     SoundingDuration = seconds;
-    SoundingNote = note;
-    SoundingChannel = channel;
     SoundingStart = m_time;
 }
 

@@ -38,6 +38,8 @@ public:
     void chooseInstrument(int button);
     // A choice in the instrument list (0-based row).
     void chooseListInstrument(int row);
+    // The wave voice alone (a double click on its button): MIDI notes stop going out.
+    void chooseWaveVoiceOnly() { m_midi.MidiOutputOn = false; }
 
     // A whole run on the calling thread in virtual time; returns the run's seconds.
     double playVirtual(const core::ScoreSheet& sheet, const RunOptions& options);
