@@ -225,8 +225,15 @@ struct Painter {
 
 } // namespace
 
+// Drops Qt's notice about a missing runtime folder, which says nothing to our users.
+static void QuietMessages(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type == QtWarningMsg && message.startsWith("QStandardPaths:")) return;
+    qt_message_output(type, context, message);
+}
+
 void EnsureGuiApplication() {
     if (QGuiApplication::instance() != nullptr) return;
+    qInstallMessageHandler(QuietMessages);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     static int argc = 1;
     static char name[] = "tahrir";

@@ -55,6 +55,18 @@ core::ScoreSheet RowsSheet() {
     return sheet;
 }
 
+// Rows of one, two, three and six measures, ended by spacer lines: one ratio in each band
+// of the row scale, an over-full row, and margins set by control lines.
+core::ScoreSheet BandsSheet() {
+    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "LCLFT=5", "LCDBL=16"});
+    for (int measures : {1, 2, 3, 6}) {
+        Repeat(sheet, "73 32", measures);
+        Repeat(sheet, "L  ", 1);
+    }
+    Repeat(sheet, "73 32", 1);
+    return sheet;
+}
+
 LayoutResult Lay(const core::ScoreSheet& sheet, double width, int view, bool dxf) {
     LayoutOptions o;
     o.PageWidthUnits = width;
@@ -86,6 +98,11 @@ TEST(Golden, RowsPage) {
     const auto r = Lay(RowsSheet(), 45, 0, true);
     ExpectGolden("rows.dump", Summary(r));
     ExpectGolden("rows.dxf", r.dxf);
+}
+
+TEST(Golden, RowScaleBandsAndMargins) {
+    const auto r = Lay(BandsSheet(), 70, 0, false);
+    ExpectGolden("bands.dump", Summary(r));
 }
 
 TEST(Golden, RowsWorkingView) {
