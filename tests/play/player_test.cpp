@@ -124,6 +124,24 @@ TEST(Player, PauseHoldsTheRunUntilPlay) {
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
 }
 
+TEST(Player, LoopPlaysThePassAgainUntilStop) {
+    const auto sheet = Sheet("", 60, "4/4", {Note(1, 3, 8), Note(2, 3, 8)});
+    LockedSink sink;
+    Player player(&sink);
+    player.startUp();
+    player.controls().UserTempo = 320; // a pass of two quarters takes 0.375 s
+    player.controls().Loop = true;
+    player.play(sheet, {});
+    const auto count = [&] {
+        const auto m = sink.messages();
+        return std::count(m.begin(), m.end(), PackNoteOn(60, 60, 3));
+    };
+    EXPECT_TRUE(Eventually([&] { return count() >= 3; }));
+    player.stop();
+    player.wait();
+    EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
+}
+
 TEST(Player, AuditionTimerEndsTheTypedNote) {
     LockedSink sink;
     Player player(&sink);
