@@ -45,6 +45,8 @@ struct Tuplet {
 };
 constexpr Tuplet kTuplets[4] = {{'3', 3, 1.5}, {'5', 5, 1.25}, {'7', 7, 7.0 / 6}, {'9', 9, 9.0 / 8}};
 
+constexpr long long kVirtualLineBudget = 64LL * core::SheetSize;
+
 int TupletIndex(const char mark[2]) {
     if (mark[0] != 'L') return -1;
     for (int i = 0; i < 4; ++i)
@@ -173,7 +175,11 @@ Scheduler::Pass Scheduler::walkPass(const RunOptions& options) {
     m_notes.EventLogOn = true;
     countIn();
 
+    // Repeat signs and repeats can send the walk round for ever; without a listener to
+    // press Stop, a run in virtual time ends after a bounded number of lines.
+    long long budget = m_clock->realTime() ? -1 : kVirtualLineBudget;
     for (m_line = 4; m_line <= m_endLine && m_line <= m_sheet->LastLine;) {
+        if (budget >= 0 && budget-- == 0) break;
         if (m_controls.StartMeasure.load(std::memory_order_relaxed) != m_startMeasure)
             return Pass::Restart;
         const int end = m_endMeasure;

@@ -201,3 +201,37 @@ TEST_F(WalkTest, EmptyAndHostileSheetsEndCleanly) {
 
 } // namespace
 } // namespace tahrir::play
+
+namespace tahrir::play {
+namespace {
+
+// Random sheets built from every kind of line: each run ends, whatever the jumps.
+TEST_F(WalkTest, RandomSheetsAlwaysEnd) {
+    const std::string pool[] = {Note(1, 3, 8), Note(5, 4, 4, 'K', "TR"), Note(3, 3, 2, 'S', "L3"),
+                                Note(2, 3, -1), testing::Rest(8), Bar(), Directive("REP{"),
+                                Directive("REP}"), Directive("REPS{"), Directive("REPS}"),
+                                Directive("VOL{1"), Directive("REPB1"), Directive("REPB2"),
+                                Directive("TEMPO200"), Directive("RHYTM3/8"), Directive("ALL8D"),
+                                Directive("LCTRP=12"), Note(7, 9, 48, 'D', "8U")};
+    unsigned seed = 12345;
+    for (int run = 0; run < 200; ++run) {
+        core::ScoreSheet sheet = Sheet("", 60, "2/4", {});
+        const int lines = 4 + static_cast<int>(seed % 60);
+        for (int i = 4; i < lines; ++i) {
+            seed = seed * 1103515245 + 12345;
+            sheet.setLine(i, pool[(seed >> 16) % std::size(pool)]);
+        }
+        sheet.LastLine = lines - 1;
+        keys(sheet);
+        ASSERT_EQ(sink.messages().back(), PackNoteOff(127, 5)) << "run " << run;
+    }
+    player.controls().Transpose = TransposeCentre;
+    // A repeat sign that rewinds past the opening repeat sends the walk round for ever.
+    const auto endless = Sheet("", 60, "2/4", {Directive("REP{"), Note(1, 3, 16), Directive("REPB1"),
+                                               Directive("REP}")});
+    EXPECT_GT(keys(endless).size(), 1000u);
+    EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
+}
+
+} // namespace
+} // namespace tahrir::play
