@@ -35,7 +35,7 @@ public:
     void run();
 
 private:
-    // page_layout.cpp: passes, lines, measures and rows
+    // page_layout.cpp and measure_rows.cpp: passes, lines, measures and rows
     void runPass();
     void descriptionLines();
     void startOfPass();
@@ -44,6 +44,7 @@ private:
     void measureTest(int i);
     void breakRow(bool showTime);
     void DrawBarline(int i, int number, std::uint32_t colour);
+    void barlineStrokes(int i, int n1, int n2, std::uint32_t colour);
     void placeMeasureLabel(int number, double x, double y, bool visible);
     void takeRowScale();
     void storeRowRatio();
@@ -71,6 +72,11 @@ private:
     void drawTimeSignature(int i);
     void tempoMark(int i);
     void directiveLine(int i);
+    void drawVolta(int i, const std::string& s);
+    void drawLargeRepeat(int i, const std::string& s);
+    void drawOctaveLine(int i, const std::string& s);
+    void drawKeyChange(int i, const std::string& s);
+    void drawRepeatBars(int i, const std::string& s);
     void textLine(int i);
     void chordSymbol(int i);
     void DrawMark(int i, int step, int octave);

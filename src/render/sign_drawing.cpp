@@ -114,61 +114,84 @@ void PageWalk::tempoMark(int i) {
 }
 
 void PageWalk::directiveLine(int i) {
+    // Directive tokens and their drawing; "ALL8" must come before the key change "ALL".
+    using Draw = void (PageWalk::*)(int, const std::string&);
+    static const std::pair<const char*, Draw> kDirectives[] = {
+        {"VOL{1", &PageWalk::drawVolta},      {"VOL{2", &PageWalk::drawVolta},
+        {"REPS{", &PageWalk::drawLargeRepeat}, {"REPS}", &PageWalk::drawLargeRepeat},
+        {"ALL8", &PageWalk::drawOctaveLine},  {"ALL", &PageWalk::drawKeyChange},
+        {"REPB1", &PageWalk::drawRepeatBars}, {"REPB2", &PageWalk::drawRepeatBars},
+    };
     const std::string s(line(i));
-    const double sbY = StaffBaseY;
-    if (s.starts_with("VOL{1") || s.starts_with("VOL{2")) {
-        const bool first = s[4] == '1';
-        glyph(i, PenX + (first ? 5.2 : 4.9) * RowScale - 2, sbY - 9.8, s.substr(4, 1), 1 / 1.8);
-        const double left = PenX - (first ? 2.2 : 2.3);
-        stroke(left, sbY - 7, PenX + 3.3, sbY - 7);
-        stroke(left, sbY - 7, left, sbY - 6);
-        setPos(i, PenX, sbY);
-    } else if (s.starts_with("REPS{") || s.starts_with("REPS}")) {
-        glyph(i, PenX - 0.6 * RowScale - 2, sbY - 13, "@");
-        setPos(i, PenX, sbY);
-        if (s[4] == '}' && line(i + 1).starts_with("L  ")) breakRow(false);
-    } else if (s.starts_with("ALL8D") || s.starts_with("ALL8U") || s.starts_with("ALL8N")) {
-        const char which = s[4];
-        const bool down = which == 'D' || which == 'N';
-        const bool up = which == 'U' || which == 'N';
-        const double digitX = PenX + (which == 'N' ? 1.3 : (down ? 1.2 : 0.7)) * RowScale - 2;
-        const double x0 = which == 'N' ? PenX - 5.5 : PenX + (down ? -0.5 : 0.5);
-        const double x1 = which == 'N' ? PenX - 1.5 : PenX + 3.5;
-        if (down) {
-            glyph(i, digitX, sbY - 0.5, "8", 0.5);
-            stroke(x0, sbY + 2.5, x1, sbY + 2.5, WidthClass::Normal, kBlack, true);
-        }
-        if (up) {
-            glyph(i, digitX, sbY - 9.5, "8", 0.5);
-            stroke(x0, sbY - 6.9, x1, sbY - 6.9, WidthClass::Normal, kBlack, true);
-        }
-        setPos(i, PenX, sbY);
-    } else if (s.starts_with("ALL") && s[3] >= '1' && s[3] <= '7') {
-        // A key change in mid-score: the accidental goes into the signature from here on.
-        const int step = s[3] - '0';
-        PenX -= 1.3 * RowScale;
-        setPos(i, PenX, sbY);
-        DrawAccidental(step, step > 5 ? 3 : 4, s[4]);
-        KeySignature[step] = s[4];
-        PenX += 1.1 * RowScale;
-    } else if (s.starts_with("REPB1") || s.starts_with("REPB2")) {
-        const bool two = s[4] == '2';
-        PenX += 0.5 * RowScale;
-        DxfLayer = "3";
-        const double keep = PenX;
-        glyph(i, PenX, sbY - 7.5, "\x91");
-        setPos(i, PenX, sbY);
-        if (two) {
-            stroke(PenX + 1.2, sbY - 9, PenX + 1.2, sbY - 6);
-            stroke(PenX + 1.3, sbY - 9, PenX + 1.3, sbY - 6);
-        }
-        PenX = keep;
-        m_dxf.polyline(DxfLayer, PenX, DxfBaseY + 1, PenX + 2, DxfBaseY + 3);
-        PenX += (two ? 3.5 : 2.5) * RowScale;
-        DrawBarline(i, 0, kBlack);
-        ElapsedSeconds += MeasureTicks / 8.0 * 60 / ActiveTempo;
-        PenX += 1.8 * RowScale;
+    for (const auto& [token, draw] : kDirectives) {
+        if (!s.starts_with(token)) continue;
+        (this->*draw)(i, s);
+        return;
     }
+}
+
+void PageWalk::drawVolta(int i, const std::string& s) {
+    const bool first = s[4] == '1';
+    glyph(i, PenX + (first ? 5.2 : 4.9) * RowScale - 2, StaffBaseY - 9.8, s.substr(4, 1),
+          1 / 1.8);
+    const double left = PenX - (first ? 2.2 : 2.3);
+    stroke(left, StaffBaseY - 7, PenX + 3.3, StaffBaseY - 7);
+    stroke(left, StaffBaseY - 7, left, StaffBaseY - 6);
+    setPos(i, PenX, StaffBaseY);
+}
+
+void PageWalk::drawLargeRepeat(int i, const std::string& s) {
+    glyph(i, PenX - 0.6 * RowScale - 2, StaffBaseY - 13, "@");
+    setPos(i, PenX, StaffBaseY);
+    if (s[4] == '}' && line(i + 1).starts_with("L  ")) breakRow(false);
+}
+
+void PageWalk::drawOctaveLine(int i, const std::string& s) {
+    const char which = s[4];
+    if (which != 'D' && which != 'U' && which != 'N') return;
+    const bool down = which == 'D' || which == 'N';
+    const bool up = which == 'U' || which == 'N';
+    const double digitX = PenX + (which == 'N' ? 1.3 : (down ? 1.2 : 0.7)) * RowScale - 2;
+    const double x0 = which == 'N' ? PenX - 5.5 : PenX + (down ? -0.5 : 0.5);
+    const double x1 = which == 'N' ? PenX - 1.5 : PenX + 3.5;
+    if (down) {
+        glyph(i, digitX, StaffBaseY - 0.5, "8", 0.5);
+        stroke(x0, StaffBaseY + 2.5, x1, StaffBaseY + 2.5, WidthClass::Normal, kBlack, true);
+    }
+    if (up) {
+        glyph(i, digitX, StaffBaseY - 9.5, "8", 0.5);
+        stroke(x0, StaffBaseY - 6.9, x1, StaffBaseY - 6.9, WidthClass::Normal, kBlack, true);
+    }
+    setPos(i, PenX, StaffBaseY);
+}
+
+// A key change in mid-score: the accidental goes into the signature from here on.
+void PageWalk::drawKeyChange(int i, const std::string& s) {
+    if (s[3] < '1' || s[3] > '7') return;
+    const int step = s[3] - '0';
+    PenX -= 1.3 * RowScale;
+    setPos(i, PenX, StaffBaseY);
+    DrawAccidental(step, step > 5 ? 3 : 4, s[4]);
+    KeySignature[step] = s[4];
+    PenX += 1.1 * RowScale;
+}
+
+// The one- and two-measure repeat signs take a measure of their own.
+void PageWalk::drawRepeatBars(int i, const std::string& s) {
+    const bool two = s[4] == '2';
+    PenX += 0.5 * RowScale;
+    DxfLayer = "3";
+    glyph(i, PenX, StaffBaseY - 7.5, "\x91");
+    setPos(i, PenX, StaffBaseY);
+    if (two) {
+        stroke(PenX + 1.2, StaffBaseY - 9, PenX + 1.2, StaffBaseY - 6);
+        stroke(PenX + 1.3, StaffBaseY - 9, PenX + 1.3, StaffBaseY - 6);
+    }
+    m_dxf.polyline(DxfLayer, PenX, DxfBaseY + 1, PenX + 2, DxfBaseY + 3);
+    PenX += (two ? 3.5 : 2.5) * RowScale;
+    DrawBarline(i, 0, kBlack);
+    ElapsedSeconds += MeasureTicks / 8.0 * 60 / ActiveTempo;
+    PenX += 1.8 * RowScale;
 }
 
 void PageWalk::textLine(int i) {

@@ -1,0 +1,156 @@
+// The measure test, row breaks, barlines and measure numbers of the walk.
+
+#include <algorithm>
+
+#include "render/page_walk.h"
+#include "render/text_util.h"
+
+namespace tahrir::render {
+
+void PageWalk::measureTest(int i) {
+    const int n1 = nextIndex(i);
+    const std::string_view next = line(n1);
+    const std::string_view next2 = line(nextIndex(n1));
+    const bool repeatBarNext = next.starts_with("REPB1") || next.starts_with("REPB2") ||
+                               next2.starts_with("REPB1") || next2.starts_with("REPB2");
+    if (MeasureTicks > 0 && MeasureFill >= MeasureTicks) {
+        DxfLayer = "1";
+        const double advance = (RenderPass > 1 ? 2 : 1.8) * RowScale;
+        PenX += advance;
+        if (RenderPass == 2) {
+            const double r = PenX / PageWidthUnits;
+            if (r >= 0.9 && r <= 1) PenX = PageWidthUnits;
+        }
+        const std::uint32_t colour = MeasureFill > MeasureTicks ? kRed : kBlack;
+        ++MeasureNumber;
+        DrawBarline(i, repeatBarNext ? -MeasureNumber : MeasureNumber, colour);
+        ElapsedSeconds += MeasureFill / 8.0 * 60 / ActiveTempo;
+        MeasureFill = 0;
+        PenX += advance;
+        DxfLayer = "2";
+        LastBarWidth = PenX - BarStartX;
+        BarStartX = PenX;
+    } else if (MeasureTicks == 0) {
+        const char beam = line(i)[6];
+        if (PenX + 4 * (PenX - BarStartX) >= PageWidthUnits && (beam == 'c' || beam == ' '))
+            breakRow(true);
+        LastBarWidth = PenX - BarStartX;
+        BarStartX = PenX;
+    } else if (RenderPass == 1 && n1 <= LastLine && nextIndex(n1) > LastLine &&
+               PenX > PageWidthUnits) {
+        storeRowRatio();
+    }
+    if (m_opt.ViewMode == 1 &&
+        PenX + 0.2 * (PenX - BarStartX) >= PageWidthUnits * FillLimit) {
+        const double ratio = PageWidthUnits / PenX;
+        if (ratio != 1) m_out.RowRatios[std::min<std::size_t>(RowIndex, 200)] = ratio;
+        breakRow(true);
+    }
+}
+
+void PageWalk::breakRow(bool showTime) {
+    DxfBaseY -= StaffGap;
+    StaffBaseY += StaffGap;
+    ++RowIndex;
+    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
+        m_out.RowRatios.resize(RowIndex + 1, 0.0);
+    PenX = RowStartX + 2 * RowScale;
+    const double scale = RowScale;
+    RowScale = 1;
+    StartStaffRow();
+    RowScale = scale;
+    if (showTime) drawTimeSignature(RhythmLine);
+}
+
+// The barline and the row decision of measured music.
+void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
+    const double entry = PenX;
+    if (RenderPass == 1) storeRowRatio();
+    const int n1 = nextIndex(i);
+    const int n2 = nextIndex(n1);
+    const std::string next(line(n1));
+    const std::string next2(line(n2));
+    barlineStrokes(i, n1, n2, colour);
+    const double W = PageWidthUnits * FillLimit;
+    // Room for another measure: a tenth of this one, and the width of the one before.
+    const bool room = (PenX + 0.1 * (PenX - BarStartX)) / RowScale < W &&
+                      (BarStartX + LastBarWidth) / RowScale < W && PenX + 1 < W;
+    bool ends = false;
+    if (room) {
+        // A spacer line is the forced row break of a score.
+        ends = next.starts_with("L  ") ||
+               (next.starts_with("REP}") && next2.starts_with("L   "));
+    } else {
+        ends = n2 <= LastLine || PenX + 0.5 > PageWidthUnits;
+    }
+    const bool visible = n1 <= LastLine;
+    if (!ends) {
+        if (number >= 0) placeMeasureLabel(number + 1, PenX, StaffBaseY - 6.5, visible);
+        PenX = entry;
+        return;
+    }
+    if (number >= 0)
+        placeMeasureLabel(number + 1, RowStartX + 3 * RowScale, StaffBaseY + StaffGap - 6.5,
+                          visible);
+    DxfBaseY -= StaffGap;
+    StaffBaseY += StaffGap;
+    PenX = RowStartX + 4 * RowScale;
+    if (Upper(next, 5) != "LCFIN") {
+        const double scale = RowScale;
+        RowScale = 1;
+        StartStaffRow();
+        RowScale = scale;
+    }
+    ++RowIndex;
+    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
+        m_out.RowRatios.resize(RowIndex + 1, 0.0);
+    BarStartX = 0;
+    LastBarWidth = 0;
+}
+
+// The strokes and signs of a barline: the key-change triple stroke, the final bar or the
+// plain one, and the repeat end.
+void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
+    const std::string_view next = line(n1);
+    if (next.starts_with("ALL") && next[3] >= '1' && next[3] <= '7') {
+        for (double d : {0.1, 0.2, 0.3}) stroke(PenX - d, StaffBaseY - 4, PenX - d, StaffBaseY);
+    }
+    const bool atLast = n1 > LastLine;
+    const bool finAfter = n1 <= LastLine && n2 > LastLine && IsFinLine(line(n1));
+    if (atLast || finAfter) {
+        PenX = std::min(PenX, PageWidthUnits - 0.9);
+        stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY);
+        m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
+        PenX += 0.3;
+        glyph(i + 1, PenX, StaffBaseY - 5.5, "[");
+    } else {
+        PenX = std::min(PenX, PageWidthUnits);
+        stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY, WidthClass::Normal, colour);
+        m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
+    }
+    // The repeat end stands 1.2 before the barline; the row decision still measures from
+    // the barline itself, so the sign never keeps an over-full row open.
+    if (line(n1).starts_with("REP}") && !line(n2).starts_with("L  "))
+        glyph(0, PenX - 1.2, StaffBaseY - 5.5, "}");
+}
+
+void PageWalk::placeMeasureLabel(int number, double x, double y, bool visible) {
+    if (!Paint || number <= 0) return;
+    if (number >= static_cast<int>(m_out.measures.size()))
+        m_out.measures.resize(number + 1);
+    const double size = MeasureNumberScale / 1.8;
+    m_out.measures[number] = {number, x, y, size, visible};
+    DisplayItem it;
+    it.kind = ItemKind::MeasureLabel;
+    it.x = x;
+    it.y = y;
+    it.size = size;
+    it.font = FontRole::Text;
+    it.colour = kBlue;
+    it.visible = visible;
+    it.text = std::to_string(number);
+    it.target = PrintActive ? OnBoth : OnScreen;
+    m_out.list.items.push_back(std::move(it));
+}
+
+} // namespace tahrir::render
