@@ -82,7 +82,8 @@ private:
     void DrawMark(int i, int step, int octave);
     void drawTie(int step, int octave);
     void drawInterval(int i, int step, int octave, char count, char form);
-    void tupletBracket(int i, std::string_view mark);
+    bool tupletBracket(const std::string& mark);
+    void markGlyph(int i, const std::string& mark, int step, int octave, double noteX);
 
     // drawing primitives: record into the display list on the painting pass
     void glyph(int line, double x, double y, std::string text, double size = 1,

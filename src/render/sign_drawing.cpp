@@ -239,27 +239,16 @@ void PageWalk::chordSymbol(int i) {
 }
 
 void PageWalk::DrawMark(int i, int step, int octave) {
-    const std::string s(line(i));
-    const std::string mark = s.substr(7, 2);
-    if (mark == "  ") return;
-    const int pos = step + 7 * octave - 24;
-    const double h = pos * 0.5;
-    for (const TupletRow& t : kTuplets) {
-        if (mark != t.mark) continue;
-        GlyphY = StaffBaseY + 4;
-        glyph(0, PenX + t.digitX * RowScale - 2, GlyphY - 3.5, std::string(1, t.digit), 1 / 2.2);
-        const double right = PenX + t.rightEnd;
-        stroke(PenX - 2.8, GlyphY, PenX - 2.8, GlyphY - 1);
-        stroke(PenX - 2.8, GlyphY, right, GlyphY);
-        stroke(right, GlyphY, right, GlyphY - 1);
-        return;
-    }
+    const std::string mark(line(i).substr(7, 2));
+    if (mark == "  " || tupletBracket(mark)) return;
     if (mark == ". " || mark == "ST") {
         DrawDot(step, octave, false);
         return;
     }
+    const double h = (step + 7 * octave - 24) * 0.5;
     const double keep = PenX;
     DxfLayer = "finger";
+    // Marks stand above the staff and follow a high note upward.
     GlyphY = StaffBaseY - 10.55;
     double dxfY = DxfBaseY + 5.5;
     const bool up = StemDir == StemDirection::Up, down = StemDir == StemDirection::Down;
@@ -272,7 +261,37 @@ void PageWalk::DrawMark(int i, int step, int octave) {
     if (mark == "TI") {
         PenX = keep;
         drawTie(step, octave);
-    } else if (IntervalSteps(mark[0]) > 0 && (mark[1] == 'T' || mark[1] == 'M')) {
+    } else {
+        markGlyph(i, mark, step, octave, keep);
+        m_dxf.text(DxfLayer, PenX, dxfY, "1.2", mark.substr(0, 1));
+        if (mark[1] == 'B' || mark[1] == 'Z')
+            m_dxf.text(DxfLayer, PenX, dxfY + (mark[1] == 'B' ? 2.1 : 0), "1.5",
+                       mark[1] == 'B' ? "(" : ")", " 50\r\n270.\r\n");
+    }
+    PenX = keep;
+    DxfLayer = "2";
+}
+
+// The bracket and digit of a tuplet mark, below the staff; false for other marks.
+bool PageWalk::tupletBracket(const std::string& mark) {
+    for (const TupletRow& t : kTuplets) {
+        if (mark != t.mark) continue;
+        GlyphY = StaffBaseY + 4;
+        glyph(0, PenX + t.digitX * RowScale - 2, GlyphY - 3.5, std::string(1, t.digit), 1 / 2.2);
+        const double right = PenX + t.rightEnd;
+        stroke(PenX - 2.8, GlyphY, PenX - 2.8, GlyphY - 1);
+        stroke(PenX - 2.8, GlyphY, right, GlyphY);
+        stroke(right, GlyphY, right, GlyphY - 1);
+        return true;
+    }
+    return false;
+}
+
+// The screen form of a mark other than a tie: a companion head, strokes or a glyph.
+void PageWalk::markGlyph(int i, const std::string& mark, int step, int octave, double noteX) {
+    const double h = (step + 7 * octave - 24) * 0.5;
+    const bool down = StemDir == StemDirection::Down;
+    if (IntervalSteps(mark[0]) > 0 && (mark[1] == 'T' || mark[1] == 'M')) {
         drawInterval(i, step, octave, mark[0], mark[1]);
     } else if (mark == "D ") {
         for (double d : {0.0, 0.1}) {
@@ -281,24 +300,14 @@ void PageWalk::DrawMark(int i, int step, int octave) {
         }
     } else if (mark == "O ") {
         const double y = StaffBaseY - h - (down ? 8.2 : 5.8);
-        glyph(0, keep + (down ? 0.5 : -0.3), y, "o", 1 / 0.8);
+        glyph(0, noteX + (down ? 0.5 : -0.3), y, "o", 1 / 0.8);
     } else if (mark == "8D" || mark == "8U") {
         const bool below = mark[1] == 'D';
         glyph(0, PenX - (below ? 0.4 : 0.2), StaffBaseY - (below ? 1.5 : 7.6), "8", 0.5);
     } else {
-        for (const MarkRow& m : kMarks) {
-            if (mark != m.word) continue;
-            glyph(0, PenX + m.dx, GlyphY + m.dy, m.glyph, m.size);
-        }
+        for (const MarkRow& m : kMarks)
+            if (mark == m.word) glyph(0, PenX + m.dx, GlyphY + m.dy, m.glyph, m.size);
     }
-    if (mark != "TI") {
-        m_dxf.text(DxfLayer, PenX, dxfY, "1.2", mark.substr(0, 1));
-        if (mark[1] == 'B' || mark[1] == 'Z')
-            m_dxf.text(DxfLayer, PenX, dxfY + (mark[1] == 'B' ? 2.1 : 0), "1.5",
-                       mark[1] == 'B' ? "(" : ")", " 50\r\n270.\r\n");
-    }
-    PenX = keep;
-    DxfLayer = "2";
 }
 
 void PageWalk::drawTie(int step, int octave) {
