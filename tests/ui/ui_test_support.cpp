@@ -1,0 +1,92 @@
+#include "ui_test_support.h"
+
+#include <QTest>
+#include <random>
+
+#include "edit/editor.h"
+#include "ui/score_view.h"
+
+namespace tahrir::ui::test {
+
+QApplication& App() {
+    static QApplication* app = [] {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        static int argc = 1;
+        static char name[] = "tahrir-ui-test";
+        static char* argv[] = {name, nullptr};
+        return new QApplication(argc, argv);
+    }();
+    return *app;
+}
+
+TempFolder::TempFolder() {
+    std::random_device rd;
+    m_path = std::filesystem::temp_directory_path() / ("tahrir-ui-" + std::to_string(rd()));
+    std::filesystem::create_directories(m_path);
+}
+
+TempFolder::~TempFolder() {
+    std::error_code ec;
+    std::filesystem::remove_all(m_path, ec);
+}
+
+std::optional<std::string> ScriptedDialogs::input(const std::string&, const std::string& prompt,
+                                                  const std::string&) {
+    inputsAsked.push_back(prompt);
+    if (inputs.empty()) return std::nullopt;
+    auto a = inputs.front();
+    inputs.pop_front();
+    return a;
+}
+
+Answer ScriptedDialogs::question(const std::string&, const std::string& text, bool cancel) {
+    questionsAsked.push_back(text);
+    if (answers.empty()) return cancel ? Answer::Cancel : Answer::No;
+    const Answer a = answers.front();
+    answers.pop_front();
+    return a;
+}
+
+std::string ScriptedDialogs::openFile(const std::string&, const std::string&) {
+    ++openDialogs;
+    if (openPaths.empty()) return {};
+    std::string p = openPaths.front();
+    openPaths.pop_front();
+    return p;
+}
+
+std::string ScriptedDialogs::saveFile(const std::string&, const std::string&, const std::string&) {
+    if (savePaths.empty()) return {};
+    std::string p = savePaths.front();
+    savePaths.pop_front();
+    return p;
+}
+
+WindowRig::WindowRig() {
+    App();
+    WindowOptions options;
+    options.appFolder = folder.path() / "app";
+    std::filesystem::create_directories(options.appFolder);
+    options.output = "none";
+    options.dialogs = &dialogs;
+    window = std::make_unique<MainWindow>(options);
+    window->resize(1400, 900);
+    window->show(); // buttons take clicks only with a size
+}
+
+std::string WindowRig::demoCopy(const std::string& name) const {
+    const auto target = folder.path() / name;
+    std::filesystem::copy_file(std::filesystem::path(TAHRIR_DATA_DIR) / "demo" / name, target,
+                               std::filesystem::copy_options::overwrite_existing);
+    return target.string();
+}
+
+void WindowRig::key(int qtKey, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(window->scoreView(), static_cast<Qt::Key>(qtKey), modifiers);
+}
+
+void WindowRig::enterEditor() {
+    if (window->editor().EditMode != 1) key(Qt::Key_E, Qt::ControlModifier);
+}
+
+} // namespace tahrir::ui::test

@@ -1,0 +1,211 @@
+// The window driven as a user would: keys on the score view, palette and measure clicks,
+// the text tool, the help hint and the view settings.
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTest>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+#include "core/cp1256.h"
+#include "edit/editor.h"
+#include "ui/measure_strip.h"
+#include "ui/palette_panel.h"
+#include "ui/playback.h"
+#include "ui/score_view.h"
+#include "ui/text_frames.h"
+#include "ui_test_support.h"
+
+namespace tahrir::ui::test {
+namespace {
+
+class WindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
+        rig.enterEditor();
+        ASSERT_EQ(editor().EditMode, 1);
+    }
+    edit::Editor& editor() { return rig.window->editor(); }
+    core::ScoreSheet& sheet() { return rig.window->document().Sheet; }
+    std::string line(int i) { return sheet()[i].text(); }
+    QToolButton* entry(int i) { return rig.window->palette()->entry(i); }
+    // Red pixels in the painted score view.
+    int redPixels() {
+        const QImage image = rig.window->scoreView()->grab().toImage();
+        int red = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor c = image.pixelColor(x, y);
+                red += c.red() > 200 && c.green() < 80 && c.blue() < 80;
+            }
+        return red;
+    }
+    WindowRig rig;
+};
+
+TEST_F(WindowTest, DemoOpensOnLineFourWithItsTitleAndMeasures) {
+    EXPECT_GT(sheet().LastLine, 100);
+    EXPECT_EQ(sheet().CurrentLine, 4);
+    EXPECT_TRUE(rig.window->windowTitle().contains("shur-daramad.srv"));
+    EXPECT_FALSE(rig.window->document().DirtyFlag);
+    // One label per measure the layout found, and a page at least as wide as a staff row.
+    EXPECT_EQ(rig.window->measureStrip()->labelCount(), editor().measures.Maximum);
+    EXPECT_GT(editor().measures.Maximum, 10);
+    EXPECT_GT(rig.window->scoreView()->width(), 600);
+}
+
+TEST_F(WindowTest, KeysMoveTheCursorAndEditThePenUntilEnterStoresIt) {
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    ASSERT_EQ(sheet().CurrentLine, 8);
+    ASSERT_EQ(line(8).substr(0, 5), "23  4");
+    // Up raises the pen a step; the sheet keeps the old note until Enter.
+    rig.key(Qt::Key_Up);
+    EXPECT_EQ(sheet().PenLine().text().substr(0, 2), "33");
+    EXPECT_EQ(line(8).substr(0, 2), "23");
+    EXPECT_TRUE(rig.window->layout().penShown());
+    // K makes it koron, Shift+6 a quarter; Enter stores the pen and moves on.
+    rig.key(Qt::Key_K);
+    rig.key(Qt::Key_AsciiCircum, Qt::ShiftModifier);
+    rig.key(Qt::Key_Return);
+    EXPECT_EQ(line(8).substr(0, 5), "33  8");
+    EXPECT_EQ(line(8)[5], 'K');
+    EXPECT_EQ(sheet().CurrentLine, 9);
+    EXPECT_TRUE(rig.window->document().DirtyFlag);
+    EXPECT_TRUE(rig.window->isWindowModified());
+    // Undo brings the line back, redo the edit.
+    rig.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(line(8).substr(0, 5), "23  4");
+    rig.key(Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(line(8).substr(0, 5), "33  8");
+}
+
+TEST_F(WindowTest, TheCursorNoteIsPaintedRedOnlyInTheEditor) {
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    EXPECT_GT(redPixels(), 20);
+    rig.key(Qt::Key_E, Qt::ControlModifier); // back to the viewer
+    ASSERT_EQ(editor().EditMode, 0);
+    EXPECT_EQ(redPixels(), 0);
+}
+
+TEST_F(WindowTest, PaletteClicksActAsTheirKeysWithTheClicksShiftState) {
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Right);
+    // Entry 9 is Shift+8, a half note; it lights once the line holds it.
+    QTest::mouseClick(entry(9), Qt::LeftButton);
+    EXPECT_EQ(sheet().PenLine().text().substr(2, 3), " 16");
+    rig.key(Qt::Key_Return);
+    rig.key(Qt::Key_Left);
+    EXPECT_TRUE(rig.window->palette()->entryLit(9));
+    EXPECT_FALSE(rig.window->palette()->entryLit(7));
+    // Entry 15 (K) with Ctrl writes koron for the pen's step in the key signature.
+    const int step = sheet().PenLine().text()[0] - '0';
+    QTest::mouseClick(entry(15), Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(line(1)[static_cast<std::size_t>(step - 1)], 'K');
+    // Entry 19 inserts a repeat start before the cursor line.
+    const int last = sheet().LastLine;
+    QTest::mouseClick(entry(19), Qt::LeftButton);
+    EXPECT_EQ(sheet().LastLine, last + 1);
+    EXPECT_EQ(line(sheet().CurrentLine - 1).substr(0, 4), "REP{");
+}
+
+TEST_F(WindowTest, HelpModeShowsThePersianHintRightToLeft) {
+    auto* hint = rig.window->findChild<QLabel*>("HpLb");
+    ASSERT_NE(hint, nullptr);
+    EXPECT_TRUE(hint->isHidden());
+    rig.key(Qt::Key_H);
+    EXPECT_FALSE(hint->isHidden());
+    QTest::mouseClick(entry(40), Qt::LeftButton);
+    const std::string_view expected = rig.window->session().PaletteHints[40];
+    EXPECT_EQ(hint->text().toStdString(), expected);
+    EXPECT_EQ(hint->layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(entry(3)->cursor().shape(), Qt::WhatsThisCursor);
+    rig.key(Qt::Key_H);
+    EXPECT_TRUE(hint->isHidden());
+}
+
+TEST_F(WindowTest, MeasureLabelsChooseTheRangeToPlay) {
+    MeasureStrip* strip = rig.window->measureStrip();
+    QTest::mouseClick(strip->label(4), Qt::LeftButton);
+    EXPECT_EQ(editor().measures.StartMess, 1);
+    EXPECT_EQ(editor().measures.EndMess, 4);
+    EXPECT_TRUE(strip->label(3)->styleSheet().contains("#3050e0"));
+    EXPECT_FALSE(strip->label(5)->styleSheet().contains("#3050e0"));
+    auto& controls = rig.window->playback().player().controls();
+    EXPECT_EQ(controls.StartMeasure.load(), 1);
+    EXPECT_EQ(controls.EndMeasure.load(), 4);
+    QTest::mouseDClick(strip->label(6), Qt::LeftButton);
+    EXPECT_EQ(editor().measures.StartMess, 6);
+    EXPECT_EQ(editor().measures.EndMess, 6);
+    // Numeric minus moves to the measure before.
+    rig.key(Qt::Key_Minus, Qt::KeypadModifier);
+    EXPECT_EQ(editor().measures.StartMess, 5);
+    EXPECT_EQ(strip->startBar()->value(), 5);
+    // Shift with any button takes the whole score.
+    QTest::mouseClick(strip->label(2), Qt::RightButton, Qt::ShiftModifier);
+    EXPECT_EQ(editor().measures.StartMess, 1);
+    EXPECT_EQ(editor().measures.EndMess, editor().measures.Maximum);
+}
+
+TEST_F(WindowTest, TheTextToolEditsATextLineInPersian) {
+    auto* frame = rig.window->findChild<QWidget*>("FrameTextF6");
+    auto* text = rig.window->findChild<QLineEdit*>("TextF6");
+    ASSERT_NE(frame, nullptr);
+    ASSERT_NE(text, nullptr);
+    // Line 7 is the title "L^" of the first measure.
+    while (sheet().CurrentLine < 7) rig.key(Qt::Key_Right);
+    ASSERT_EQ(line(7).substr(0, 2), "L^");
+    EXPECT_FALSE(frame->isHidden());
+    EXPECT_EQ(text->text().toStdString(), core::Cp1256ToUtf8(line(7).substr(2, line(7).find_last_not_of(' ') - 1)));
+    text->setText(QString::fromUtf8("شور"));
+    QTest::keyClick(text, Qt::Key_Return);
+    EXPECT_EQ(core::Cp1256ToUtf8(line(7)).substr(0, 2 + 6), "L^شور");
+    // Away from text lines the frame goes.
+    rig.key(Qt::Key_Right);
+    EXPECT_TRUE(frame->isHidden());
+}
+
+TEST_F(WindowTest, WorkingViewAndZoomLayTheScoreOutAgain) {
+    // A larger size keeps the picture's width: the glyphs grow and the rows reflow.
+    ViewLayout& layout = rig.window->layout();
+    const double ppu = layout.pixelsPerUnit();
+    const int rows = layout.result().rows;
+    rig.window->setZoom(6);
+    EXPECT_DOUBLE_EQ(layout.pixelsPerUnit(), 2 * ppu);
+    EXPECT_GT(layout.result().rows, rows);
+    rig.window->setZoom(3);
+    EXPECT_EQ(layout.result().rows, rows);
+    const int generation = rig.window->layout().generation();
+    rig.window->setViewMode(1);
+    EXPECT_EQ(rig.window->layout().options().ViewMode, 1);
+    EXPECT_GT(rig.window->layout().generation(), generation);
+    // The cursor still finds its line after the new layout.
+    const int before = sheet().CurrentLine;
+    rig.key(Qt::Key_Right);
+    EXPECT_EQ(sheet().CurrentLine, before + 1);
+    EXPECT_EQ(editor().LineX[0], rig.window->layout().result().positions.LinePosX[static_cast<std::size_t>(before + 1)]);
+}
+
+TEST_F(WindowTest, AClickOnASymbolMovesTheCursorThere) {
+    ScoreView* view = rig.window->scoreView();
+    const auto& pos = rig.window->layout().result().positions;
+    const int target = 20;
+    ASSERT_GE(pos.LinePosX[target], 0);
+    const QPointF p = view->toPixels(pos.LinePosX[target] + 1, pos.LinePosY[target] - 2);
+    EXPECT_EQ(view->lineAt(view->toUnits(p)), target);
+    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, p.toPoint());
+    EXPECT_EQ(sheet().CurrentLine, target);
+    EXPECT_EQ(sheet().PenLine().text(), line(target));
+}
+
+} // namespace
+} // namespace tahrir::ui::test
