@@ -10,6 +10,19 @@
 
 namespace tahrir::render {
 
+std::vector<std::string> DescriptionPieces(std::string_view text) {
+    std::vector<std::string> pieces;
+    while (!text.empty()) {
+        const auto cut = text.find('\n');
+        std::string piece(text.substr(0, cut));
+        if (!piece.empty() && piece.back() == '\r') piece.pop_back();
+        pieces.push_back(std::move(piece));
+        if (cut == std::string_view::npos) break;
+        text.remove_prefix(cut + 1);
+    }
+    return pieces;
+}
+
 bool IsFinLine(std::string_view s) {
     if (Upper(s, 5) == "LCFIN") return true;
     return s.size() > 2 && s[0] == 'L' && Trim(s.substr(2)) == "FIN";
@@ -87,20 +100,14 @@ void PageWalk::run() {
 
 // The score's description above the page, centred, one text a line, at half the size.
 void PageWalk::descriptionLines() {
-    std::string_view rest = m_opt.Description;
     double y = 2;
-    while (!rest.empty()) {
-        const auto cut = rest.find('\n');
-        std::string piece(Trim(rest.substr(0, cut)));
-        if (!piece.empty() && piece.back() == '\r') piece.pop_back();
-        if (!piece.empty()) {
-            text(0, (PageWidthUnits + m_opt.RightMargin) / 2, y, core::Cp1256ToUtf8(piece), 0.5,
-                 OnScreen);
+    for (const std::string& piece : DescriptionPieces(m_opt.Description)) {
+        if (!Trim(piece).empty()) {
+            text(0, (PageWidthUnits + m_opt.RightMargin) / 2, y,
+                 core::Cp1256ToUtf8(Trim(piece)), 0.5, OnScreen);
             m_out.list.items.back().centred = true;
         }
         y += 3;
-        if (cut == std::string_view::npos) break;
-        rest.remove_prefix(cut + 1);
     }
 }
 
@@ -149,6 +156,27 @@ void PageWalk::storeRowRatio() {
     m_out.RowRatios[RowIndex] = PageWidthUnits / PenX != 1 ? PenX / PageWidthUnits : RowScale;
 }
 
+// Line 2: the row start and the tempo mark, as the stored tempo asks. A value of -2 draws
+// nothing, -5 the row start alone; a tempo of 0 or 5 draws no row start.
+void PageWalk::headerTempo() {
+    const bool tempoLine = Upper(line(2), 5) == "TEMPO";
+    const double v = tempoLine ? Val(line(2).substr(5, 4)) : m_opt.StoredTempo;
+    ActiveTempo = v != 0 ? std::abs(v) : 60;
+    const double scale = RowScale;
+    RowScale = 1;
+    if (v > 0 && v != 5) StartStaffRow();
+    if (tempoLine && v < 0 && v != -2) StartStaffRow();
+    RowScale = scale;
+    DxfLayer = "2";
+    PenX += 0.8 * RowScale;
+    if (tempoLine && v != -2 && v != -5) {
+        const double keep = PenX;
+        DxfLayer = "3";
+        tempoMark(2);
+        PenX = keep;
+    }
+}
+
 void PageWalk::startOfPass() {
     MeasureNumber = 0;
     DxfBaseY = 0;
@@ -167,22 +195,7 @@ void PageWalk::startOfPass() {
     GroupOpen = false;
     RhythmLine = 3;
 
-    const bool tempoLine = Upper(line(2), 5) == "TEMPO";
-    const double v = tempoLine ? Val(line(2).substr(5, 4)) : m_opt.StoredTempo;
-    ActiveTempo = v != 0 ? std::abs(v) : 60;
-    const double scale = RowScale;
-    RowScale = 1;
-    if (v > 0 && v != 5) StartStaffRow();
-    if (tempoLine && v < 0 && v != -2) StartStaffRow();
-    RowScale = scale;
-    DxfLayer = "2";
-    PenX += 0.8 * RowScale;
-    if (tempoLine && v != -2 && v != -5) {
-        const double keep = PenX;
-        DxfLayer = "3";
-        tempoMark(2);
-        PenX = keep;
-    }
+    headerTempo();
     TextFontScale = 1;
     MeasureNumberScale = 1;
 
@@ -209,18 +222,12 @@ void PageWalk::runPass() {
     if (PrintActive) {
         // Title lines of the description, centred on the printed page.
         const double printWidth = m_opt.PrinterWidthTwips / (PrintUnit * ZoomFactor);
-        std::string_view rest = m_opt.Description;
         double y = 0;
-        while (true) {
-            const auto cut = rest.find('\n');
-            std::string piece(rest.substr(0, cut));
-            if (!piece.empty() && piece.back() == '\r') piece.pop_back();
-            if (piece.empty()) piece.assign(1, ' ');
-            const double x = printWidth / 2 - static_cast<double>(piece.size()) * 0.5;
-            text(0, x, y, core::Cp1256ToUtf8(piece), 0.5, OnPrint);
+        for (const std::string& piece : DescriptionPieces(m_opt.Description)) {
+            const std::string shown = piece.empty() ? std::string(1, ' ') : piece;
+            const double x = printWidth / 2 - static_cast<double>(shown.size()) * 0.5;
+            text(0, x, y, core::Cp1256ToUtf8(shown), 0.5, OnPrint);
             y += 3;
-            if (cut == std::string_view::npos) break;
-            rest.remove_prefix(cut + 1);
         }
     }
     for (int i = 4; i <= LastLine; ++i) {

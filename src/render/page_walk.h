@@ -14,6 +14,8 @@ namespace tahrir::render {
 
 // A line that ends the piece: "LCFIN" or a text line reading "FIN".
 bool IsFinLine(std::string_view s);
+// The description cut at each line feed, carriage returns dropped.
+std::vector<std::string> DescriptionPieces(std::string_view text);
 
 enum class StemDirection { Blank, Up, Down };
 
@@ -39,6 +41,7 @@ private:
     void runPass();
     void descriptionLines();
     void startOfPass();
+    void headerTempo();
     void walkLine(int i);
     void controlLine(int i);
     void measureTest(int i);
