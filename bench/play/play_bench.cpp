@@ -40,13 +40,16 @@ core::ScoreSheet MakeSheet(int lines, int duration) {
     sheet.setLine(3, "RHYTM4/4               ");
     int i = 4, n = 0, position = 0;
     while (i <= lines) {
-        if (i % 200 == 4) sheet.setLine(i++, "REP{                  ");
-        else if (i % 200 == 150) sheet.setLine(i++, "REP}                  ");
+        if (i % 200 == 4)
+            sheet.setLine(i++, "REP{                  ");
+        else if (i % 200 == 150)
+            sheet.setLine(i++, "REP}                  ");
         else if (position >= 32) {
             sheet.setLine(i++, "03 -1                 ");
             position = 0;
         } else {
-            sheet.setLine(i++, NoteText(1 + n % 7, 3 + n % 2, duration, kAccidentals[n % 7], kMarks[n % 10]));
+            sheet.setLine(
+                i++, NoteText(1 + n % 7, 3 + n % 2, duration, kAccidentals[n % 7], kMarks[n % 10]));
             position += duration;
             ++n;
         }
@@ -72,7 +75,8 @@ void BM_VirtualWalkFullSheet(benchmark::State& state) {
         benchmark::DoNotOptimize(seconds);
     }
     state.counters["music_seconds"] = seconds;
-    state.counters["messages_per_run"] = static_cast<double>(sink.count) / static_cast<double>(state.iterations());
+    state.counters["messages_per_run"] =
+        static_cast<double>(sink.count) / static_cast<double>(state.iterations());
 }
 BENCHMARK(BM_VirtualWalkFullSheet)->Unit(benchmark::kMillisecond);
 
@@ -112,11 +116,17 @@ void BM_RealtimeDispatch(benchmark::State& state) {
         const auto wall0 = std::chrono::steady_clock::now();
         player->play(sheet, {});
         player->wait();
-        const double wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - wall0).count();
+        const double wall =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - wall0).count();
         const double cpu = CpuSeconds() - cpu0;
         std::vector<double> late = sink->m_late;
-        std::sort(late.begin(), late.end(), [](double a, double b) { return std::fabs(a) < std::fabs(b); });
-        const auto at = [&](double q) { return late.empty() ? 0 : std::fabs(late[static_cast<std::size_t>(q * static_cast<double>(late.size() - 1))]); };
+        std::sort(late.begin(), late.end(),
+                  [](double a, double b) { return std::fabs(a) < std::fabs(b); });
+        const auto at = [&](double q) {
+            return late.empty() ? 0
+                                : std::fabs(late[static_cast<std::size_t>(
+                                      q * static_cast<double>(late.size() - 1))]);
+        };
         state.counters["p50_error_ms"] = at(0.5) * 1000;
         state.counters["p99_error_ms"] = at(0.99) * 1000;
         state.counters["max_error_ms"] = at(1.0) * 1000;
@@ -129,7 +139,8 @@ BENCHMARK(BM_RealtimeDispatch)->Iterations(1)->Unit(benchmark::kMillisecond)->Us
 
 void BM_OfflineWavRendering(benchmark::State& state) {
     const core::ScoreSheet sheet = MakeSheet(400, 4);
-    const auto wav = std::filesystem::temp_directory_path() / ("tahrir_bench_" + std::to_string(::getpid()) + ".wav");
+    const auto wav = std::filesystem::temp_directory_path() /
+                     ("tahrir_bench_" + std::to_string(::getpid()) + ".wav");
     double audio = 0, wall = 0;
     for (auto _ : state) {
         const auto t0 = std::chrono::steady_clock::now();
@@ -150,7 +161,8 @@ void BM_OfflineWavRendering(benchmark::State& state) {
         wall += std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
     }
     std::filesystem::remove(wav);
-    state.counters["audio_seconds_per_run"] = audio / static_cast<double>(std::max<std::int64_t>(1, state.iterations()));
+    state.counters["audio_seconds_per_run"] =
+        audio / static_cast<double>(std::max<std::int64_t>(1, state.iterations()));
     state.counters["times_real_time"] = wall > 0 ? audio / wall : 0;
 }
 BENCHMARK(BM_OfflineWavRendering)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -79,15 +79,16 @@ OpenedOutput OpenLive() {
     const OutputChoice choice = OutputChoiceFromText(setting ? setting : "auto");
     if (choice == OutputChoice::None) return {};
     OpenedOutput opened = OpenOutput(choice);
-    if (!opened.sink) Fail(ExitOk, std::string(OpenMidiOutFailed) + " (" + opened.description + ")");
+    if (!opened.sink)
+        Fail(ExitOk, std::string(OpenMidiOutFailed) + " (" + opened.description + ")");
     return opened;
 }
 
 } // namespace
 
 int RunPlay(const Argv& argv) {
-    Args args(argv, {{"--wav", "--messages", "--log", "--tempo", "--start-measure",
-                      "--end-measure", "--instrument"},
+    Args args(argv, {{"--wav", "--messages", "--log", "--tempo", "--start-measure", "--end-measure",
+                      "--instrument"},
                      {"--count-in", "--realtime"}});
     if (!args.ok()) return Fail(ExitUsage, args.error());
     if (args.positional().size() != 1) return Fail(ExitUsage, "usage: play FILE.srv [options]");
@@ -127,7 +128,8 @@ int RunPlay(const Argv& argv) {
         Player player(&tee);
         player.startUp(settings->instrument.value_or(StartInstrumentButton));
         PlayControls& c = player.controls();
-        c.UserTempo = std::clamp(settings->tempo.value_or(doc.TempoSlider > 0 ? doc.TempoSlider : 20), 20, 320);
+        c.UserTempo = std::clamp(
+            settings->tempo.value_or(doc.TempoSlider > 0 ? doc.TempoSlider : 20), 20, 320);
         c.StartMeasure = settings->startMeasure;
         c.EndMeasure = settings->endMeasure;
         c.CountIn = args.flag("--count-in");
@@ -146,7 +148,8 @@ int RunPlay(const Argv& argv) {
         return Fail(ExitIo, "cannot write " + *out);
     if (const auto out = args.value("--log")) {
         std::error_code ec;
-        std::filesystem::copy_file(logFile, *out, std::filesystem::copy_options::overwrite_existing, ec);
+        std::filesystem::copy_file(logFile, *out, std::filesystem::copy_options::overwrite_existing,
+                                   ec);
         if (ec) return Fail(ExitIo, "cannot write " + *out);
     }
     return ExitOk;

@@ -11,8 +11,8 @@ namespace tahrir::play {
 struct LogRecord {
     double seconds; // since the previous record
     int note;
-    int channel;    // the pitch-bend step of the note: 3 plain, 2 koron, 4 sori
-    int velocity;   // 0 for the note off
+    int channel;  // the pitch-bend step of the note: 3 plain, 2 koron, 4 sori
+    int velocity; // 0 for the note off
 };
 
 class EventLog {

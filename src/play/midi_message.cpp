@@ -6,8 +6,8 @@ namespace {
 
 // The 16-bit arguments summed as plain integers; the word keeps the low 32 bits.
 std::uint32_t Pack(int status, int data1, int data2, int channel) {
-    const auto word = static_cast<std::int64_t>(static_cast<std::int16_t>(data1)) * 256 +
-                      status + static_cast<std::int64_t>(static_cast<std::int16_t>(data2)) * 65536 +
+    const auto word = static_cast<std::int64_t>(static_cast<std::int16_t>(data1)) * 256 + status +
+                      static_cast<std::int64_t>(static_cast<std::int16_t>(data2)) * 65536 +
                       static_cast<std::int16_t>(channel);
     return static_cast<std::uint32_t>(word);
 }
@@ -32,12 +32,18 @@ int SystemDataBytes(std::uint8_t status) {
 std::uint32_t PackNoteOn(int note, int velocity, int channel) {
     return Pack(144, note, velocity, channel);
 }
-std::uint32_t PackNoteOff(int note, int channel) { return Pack(128, note, 0, channel); }
+std::uint32_t PackNoteOff(int note, int channel) {
+    return Pack(128, note, 0, channel);
+}
 std::uint32_t PackControlChange(int controller, int value, int channel) {
     return Pack(176, controller, value, channel);
 }
-std::uint32_t PackProgramChange(int program, int channel) { return Pack(192, program, 0, channel); }
-std::uint32_t PackPitchBend(int lsb, int msb, int channel) { return Pack(224, lsb, msb, channel); }
+std::uint32_t PackProgramChange(int program, int channel) {
+    return Pack(192, program, 0, channel);
+}
+std::uint32_t PackPitchBend(int lsb, int msb, int channel) {
+    return Pack(224, lsb, msb, channel);
+}
 
 WireMessage Unpack(std::uint32_t message) {
     WireMessage wire{{static_cast<std::uint8_t>(message & 0xFF),
@@ -46,8 +52,10 @@ WireMessage Unpack(std::uint32_t message) {
                      0};
     const std::uint8_t status = wire.bytes[0];
     int data = -1;
-    if (status >= 0x80 && status < 0xF0) data = kDataBytes[(status >> 4) - 8];
-    else if (status >= 0xF0) data = SystemDataBytes(status);
+    if (status >= 0x80 && status < 0xF0)
+        data = kDataBytes[(status >> 4) - 8];
+    else if (status >= 0xF0)
+        data = SystemDataBytes(status);
     wire.length = data < 0 ? 0 : data + 1;
     return wire;
 }
@@ -55,7 +63,8 @@ WireMessage Unpack(std::uint32_t message) {
 std::vector<std::uint32_t> RecordingSink::messages() const {
     std::vector<std::uint32_t> out;
     out.reserve(m_entries.size());
-    for (const Entry& e : m_entries) out.push_back(e.message);
+    for (const Entry& e : m_entries)
+        out.push_back(e.message);
     return out;
 }
 

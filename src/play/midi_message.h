@@ -55,7 +55,8 @@ public:
         if (sink) m_sinks.push_back(sink);
     }
     void send(std::uint32_t message, double seconds) override {
-        for (MidiSink* s : m_sinks) s->send(message, seconds);
+        for (MidiSink* s : m_sinks)
+            s->send(message, seconds);
     }
 
 private:

@@ -24,7 +24,9 @@ int VoiceCode(char letter) {
     }
 }
 
-bool IsSignatureLetter(char c) { return c == 'D' || c == 'B' || c == 'S' || c == 'K'; }
+bool IsSignatureLetter(char c) {
+    return c == 'D' || c == 'B' || c == 'S' || c == 'K';
+}
 
 // Steps counted by the first character of an interval mark: "1".."9", ":", then "A" = 10.
 int IntervalCount(char c) {
@@ -33,7 +35,9 @@ int IntervalCount(char c) {
     return 0;
 }
 
-bool IsIntervalDigit(char c) { return (c >= '1' && c <= '9') || (c >= 'A' && c <= 'K'); }
+bool IsIntervalDigit(char c) {
+    return (c >= '1' && c <= '9') || (c >= 'A' && c <= 'K');
+}
 
 // One event of a fixed expansion: which note, its share of the note's seconds, and
 // whether it sounds on the companion channel.
@@ -52,11 +56,8 @@ struct Expansion {
 // The fractions do not always sum to one: dorrab and mordent run 6% long on purpose.
 constexpr Expansion kExpansions[] = {
     {"D ", {{Who::Main, 0.14, false}, {Who::Main, 0.14, false}, {Who::Main, 0.78, false}}, 3},
-    {"M ", {{Who::Main, 0.14, false}, {Who::Companion, 0.14, true}, {Who::Main, 0.78, false}},
-     3},
-    {"1M",
-     {{Who::Companion, 0.1, true}, {Who::Main, 0.1, false}, {Who::Companion, 0.78, true}},
-     3},
+    {"M ", {{Who::Main, 0.14, false}, {Who::Companion, 0.14, true}, {Who::Main, 0.78, false}}, 3},
+    {"1M", {{Who::Companion, 0.1, true}, {Who::Main, 0.1, false}, {Who::Companion, 0.78, true}}, 3},
     {"O ", {{Who::Main, 0.5, false}, {Who::Companion, 0.5, false}, {}}, 2},
     {". ", {{Who::Main, 0.5, false}, {Who::Silence, 0.5, false}, {}}, 2},
     {"ST", {{Who::Main, 0.5, false}, {Who::Silence, 0.5, false}, {}}, 2},
@@ -75,7 +76,8 @@ const Expansion* FindExpansion(std::string_view mark) {
 
 double LeadingValue(std::string_view text) {
     std::size_t i = 0;
-    while (i < text.size() && text[i] == ' ') ++i;
+    while (i < text.size() && text[i] == ' ')
+        ++i;
     double sign = 1;
     if (i < text.size() && (text[i] == '-' || text[i] == '+')) sign = text[i++] == '-' ? -1 : 1;
     double value = 0;
@@ -141,7 +143,8 @@ std::optional<NotePlayer::Resolved> NotePlayer::resolve(int step, int octave, ch
         }
     }
     char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(accidental)));
-    if (letter == ' ' && hasStep && IsSignatureLetter(s.KeySignature[static_cast<std::size_t>(step)]))
+    if (letter == ' ' && hasStep &&
+        IsSignatureLetter(s.KeySignature[static_cast<std::size_t>(step)]))
         letter = s.KeySignature[static_cast<std::size_t>(step)];
     const int code = VoiceCode(letter);
 
@@ -214,8 +217,10 @@ bool NotePlayer::tiedToNext(int step, int octave, int line) const {
 void NotePlayer::expand(const Resolved& r, int duration, std::string_view mark) {
     const double tick = 24 / (8 * m_state.ActiveTempo);
     const int main = r.main;
-    if (duration == 0 && m_midi.CountInActive) return PlayEvent(main, tick, EventMode::Plain, r.mainChannel);
-    if (duration == -1 && main == 0) return PlayEvent(0, 0.0000001, EventMode::Plain, r.mainChannel);
+    if (duration == 0 && m_midi.CountInActive)
+        return PlayEvent(main, tick, EventMode::Plain, r.mainChannel);
+    if (duration == -1 && main == 0)
+        return PlayEvent(0, 0.0000001, EventMode::Plain, r.mainChannel);
     if (duration == -1) return PlayEvent(main, tick, EventMode::Plain, r.mainChannel);
     if (mark == "T ") return playRounds(r, duration, false);
     if (mark == "TR" || mark == "TB") return playRounds(r, duration, true);
@@ -248,8 +253,10 @@ void NotePlayer::playRounds(const Resolved& r, int duration, bool trill) {
     const double unit = 0.8 * r.seconds / (2 * rounds);
     for (int i = 1; i <= rounds; ++i) {
         PlayEvent(r.main, unit, EventMode::Plain, r.mainChannel);
-        if (trill) PlayEvent(r.companion, unit, EventMode::Plain, r.companionChannel);
-        else PlayEvent(r.main, unit, EventMode::Plain, r.mainChannel);
+        if (trill)
+            PlayEvent(r.companion, unit, EventMode::Plain, r.companionChannel);
+        else
+            PlayEvent(r.main, unit, EventMode::Plain, r.mainChannel);
     }
     PlayEvent(r.main, unit, EventMode::Stop, r.mainChannel);
     PlayEvent(r.companion, unit, EventMode::Stop, r.companionChannel);

@@ -12,7 +12,9 @@ constexpr auto kWakeEarly = std::chrono::microseconds(400);
 constexpr auto kSlice = std::chrono::milliseconds(20);
 } // namespace
 
-void RealtimeClock::start() { m_origin = Clock::now(); }
+void RealtimeClock::start() {
+    m_origin = Clock::now();
+}
 
 void RealtimeClock::waitUntil(double seconds) {
     const auto due = m_origin + std::chrono::duration_cast<Clock::duration>(
@@ -21,11 +23,13 @@ void RealtimeClock::waitUntil(double seconds) {
         if (interrupted()) return;
         std::this_thread::sleep_until(std::min(due - kWakeEarly, Clock::now() + kSlice));
     }
-    while (Clock::now() < due && !interrupted()) std::this_thread::yield();
+    while (Clock::now() < due && !interrupted())
+        std::this_thread::yield();
 }
 
 void RealtimeClock::pauseFor(double seconds) {
-    const auto d = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+    const auto d =
+        std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
     std::this_thread::sleep_for(d);
     m_origin += d;
 }

@@ -92,7 +92,7 @@ OpenedOutput OpenOutput(OutputChoice choice) {
             return result;
         }
     }
-    result.description = midiError.empty() ? synthError
+    result.description = midiError.empty()    ? synthError
                          : synthError.empty() ? midiError
                                               : midiError + "; " + synthError;
     return result;

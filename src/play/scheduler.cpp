@@ -43,7 +43,8 @@ struct Tuplet {
     int count;
     double factor;
 };
-constexpr Tuplet kTuplets[4] = {{'3', 3, 1.5}, {'5', 5, 1.25}, {'7', 7, 7.0 / 6}, {'9', 9, 9.0 / 8}};
+constexpr Tuplet kTuplets[4] = {
+    {'3', 3, 1.5}, {'5', 5, 1.25}, {'7', 7, 7.0 / 6}, {'9', 9, 9.0 / 8}};
 
 constexpr long long kVirtualLineBudget = 64LL * core::SheetSize;
 
@@ -56,12 +57,14 @@ int TupletIndex(const char mark[2]) {
 
 std::string Upper(std::string_view text) {
     std::string out(text);
-    for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    for (char& c : out)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     return out;
 }
 
 std::string_view TrimRight(std::string_view text) {
-    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
     return text;
 }
 
@@ -70,7 +73,8 @@ std::string_view TrimRight(std::string_view text) {
 int MeasureTicksOf(std::string_view payload) {
     const auto slash = payload.find('/');
     const double numerator = LeadingValue(payload);
-    const double denominator = slash == std::string_view::npos ? 0 : LeadingValue(payload.substr(slash + 1));
+    const double denominator =
+        slash == std::string_view::npos ? 0 : LeadingValue(payload.substr(slash + 1));
     if (denominator <= 0) return 0;
     return static_cast<int>(std::floor(numerator / denominator * 32));
 }
@@ -89,8 +93,13 @@ Scheduler::Fields Scheduler::fieldsOf(int index) const {
 }
 
 Scheduler::Context Scheduler::save() const {
-    return {m_line, m_state.MeasureNumber, m_state.MeasurePosition, m_state.ActiveTempo,
-            m_state.MeasureTicks, m_state.OctaveState, false};
+    return {m_line,
+            m_state.MeasureNumber,
+            m_state.MeasurePosition,
+            m_state.ActiveTempo,
+            m_state.MeasureTicks,
+            m_state.OctaveState,
+            false};
 }
 
 void Scheduler::restore(const Context& c) {
@@ -166,6 +175,9 @@ Scheduler::Pass Scheduler::walkPass(const RunOptions& options) {
     }
     m_state.MeasureNumber = 1;
     m_state.ActiveTempo = m_state.UserTempo;
+    m_state.MeasureTicks = MeasureTicksOf(m_rhythm);
+    m_state.OctaveState = OctaveStateBase;
+    m_state.MeasurePosition = 0;
     m_line = 3;
     m_repeat = m_large = save(); // a "REP}" without "REP{" goes back to the head
     m_repeatEndLine = m_repeatEndMeasure = 0;
@@ -185,8 +197,9 @@ Scheduler::Pass Scheduler::walkPass(const RunOptions& options) {
         const int end = m_endMeasure;
         if (end > 0 && m_state.MeasureTicks > 0 && m_state.MeasureNumber > end) break;
         const Fields f = fieldsOf(m_line);
-        const bool inRange = m_state.MeasureTicks == 0 || end == 0 ||
-                             (m_startMeasure <= m_state.MeasureNumber && m_state.MeasureNumber <= end);
+        const bool inRange =
+            m_state.MeasureTicks == 0 || end == 0 ||
+            (m_startMeasure <= m_state.MeasureNumber && m_state.MeasureNumber <= end);
         const bool beforeStart = m_startMeasure > 0 && m_state.MeasureTicks > 0 &&
                                  m_state.MeasureNumber < m_startMeasure;
         const Pass p = walkLine(f, inRange && !beforeStart);
@@ -205,13 +218,15 @@ void Scheduler::countIn() {
     if (m_controls.CountIn.load()) {
         const double num = LeadingValue(m_rhythm);
         const auto slash = m_rhythm.find('/');
-        const double den = slash == std::string::npos ? 0 : LeadingValue(std::string_view(m_rhythm).substr(slash + 1));
+        const double den = slash == std::string::npos
+                               ? 0
+                               : LeadingValue(std::string_view(m_rhythm).substr(slash + 1));
         const CountInRow* row = &kCountIn[std::size(kCountIn) - 1];
         for (const CountInRow& r : kCountIn)
             if (r.numerator == num && r.denominator == den) row = &r;
         for (int i = 0; i < row->count; ++i)
-            m_notes.PlayNoteLine(row->clicks[i].step, row->clicks[i].octave, row->clicks[i].duration,
-                                 ' ', "  ", 0);
+            m_notes.PlayNoteLine(row->clicks[i].step, row->clicks[i].octave,
+                                 row->clicks[i].duration, ' ', "  ", 0);
     }
     m_midi.CountInActive = false;
     m_notes.waitSounding();
@@ -242,7 +257,8 @@ Scheduler::Pass Scheduler::walkLine(const Fields& f, bool inRange) {
     if (isFin(line) && !m_large.done) {
         // Music after the end mark is never reached: the walk rests here until Stop.
         if (m_line >= m_sheet->LastLine || !m_clock->realTime()) return Pass::End;
-        while (!m_controls.StopRequest.load()) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        while (!m_controls.StopRequest.load())
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
         return Pass::End;
     }
     if (f.duration == 0) {
@@ -284,9 +300,12 @@ void Scheduler::directives(const core::ScoreLine& line) {
         if (digit >= '1' && digit <= '7') {
             m_state.KeySignature[static_cast<std::size_t>(digit - '0')] = letter;
         } else if (digit == '8') {
-            if (letter == 'U') m_state.OctaveState *= 2;
-            else if (letter == 'D') m_state.OctaveState /= 2;
-            else if (letter == 'N') m_state.OctaveState = OctaveStateBase;
+            if (letter == 'U')
+                m_state.OctaveState *= 2;
+            else if (letter == 'D')
+                m_state.OctaveState /= 2;
+            else if (letter == 'N')
+                m_state.OctaveState = OctaveStateBase;
         }
     } else if (core::IsRhythmLine(line.text())) {
         m_state.MeasureTicks = MeasureTicksOf(line.field(6, 6));
@@ -317,7 +336,8 @@ bool Scheduler::controlLine(const core::ScoreLine& line) {
             c.done = true;
             if (token == "REPS}" && m_line + 1 == 4) {
                 for (std::size_t s = 1; s <= 7; ++s)
-                    m_state.KeySignature[s] = m_state.OriginalSignature[s] = (*m_sheet)[1].at(static_cast<int>(s));
+                    m_state.KeySignature[s] = m_state.OriginalSignature[s] =
+                        (*m_sheet)[1].at(static_cast<int>(s));
             }
         }
     } else if (token == "VOL{1") {

@@ -65,7 +65,9 @@ struct SynthSink::Impl {
 };
 
 SynthSink::SynthSink(std::unique_ptr<Impl> impl) : m_impl(std::move(impl)) {}
-SynthSink::~SynthSink() { finish(0); }
+SynthSink::~SynthSink() {
+    finish(0);
+}
 
 std::unique_ptr<SynthSink> SynthSink::openLive(const std::filesystem::path& soundFont,
                                                std::string& error) {
@@ -124,8 +126,10 @@ void SynthSink::send(std::uint32_t message, double seconds) {
         fluid_synth_noteoff(s.synth, channel, d1);
         break;
     case 0x9:
-        if (d2 == 0) fluid_synth_noteoff(s.synth, channel, d1);
-        else fluid_synth_noteon(s.synth, channel, d1, d2);
+        if (d2 == 0)
+            fluid_synth_noteoff(s.synth, channel, d1);
+        else
+            fluid_synth_noteon(s.synth, channel, d1, d2);
         break;
     case 0xB:
         fluid_synth_cc(s.synth, channel, d1, d2);

@@ -23,12 +23,14 @@ std::optional<std::string> NextField(std::string_view bytes, std::size_t& pos) {
         const std::size_t end = close == std::string_view::npos ? bytes.size() : close;
         field = std::string(bytes.substr(pos + 1, end - pos - 1));
         pos = close == std::string_view::npos ? bytes.size() : close + 1;
-        while (pos < bytes.size() && bytes[pos] == ' ') ++pos;
+        while (pos < bytes.size() && bytes[pos] == ' ')
+            ++pos;
     } else {
         const std::size_t end = bytes.find_first_of(",\r\n", pos);
         const std::size_t stop = end == std::string_view::npos ? bytes.size() : end;
         field = std::string(bytes.substr(pos, stop - pos));
-        while (!field.empty() && field.back() == ' ') field.pop_back();
+        while (!field.empty() && field.back() == ' ')
+            field.pop_back();
         pos = stop;
     }
     if (pos < bytes.size() && bytes[pos] == ',') ++pos;
@@ -91,10 +93,12 @@ bool ApplyScale(core::ScoreSheet& sheet, const TuningFile& tuning, int chosen) {
 
 ScaleMask BuildScaleMask(std::string_view letters) {
     ScaleMask mask{};
-    for (int n : kNatural) mask[static_cast<std::size_t>(n)] = -1;
+    for (int n : kNatural)
+        mask[static_cast<std::size_t>(n)] = -1;
     mask[25] = -1;
     for (int s = 0; s < 7; ++s) {
-        const char letter = s < static_cast<int>(letters.size()) ? letters[static_cast<std::size_t>(s)] : ' ';
+        const char letter =
+            s < static_cast<int>(letters.size()) ? letters[static_cast<std::size_t>(s)] : ' ';
         const int shift = LetterShift(letter);
         if (shift == 0) continue;
         const int n = kNatural[s];
@@ -137,6 +141,8 @@ void BaseFrequencyTuner::apply(MidiOut& midi, double hertz) {
     midi.MidiPitchBend(0, whole(BendCentre - 16), SoriChannel);
 }
 
-int StandardTuningTranspose() { return TransposeCentre; }
+int StandardTuningTranspose() {
+    return TransposeCentre;
+}
 
 } // namespace tahrir::play

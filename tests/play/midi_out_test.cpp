@@ -29,8 +29,8 @@ TEST(MidiMessages, UnpackGivesWireBytesByStatus) {
     EXPECT_EQ(on.bytes[2], 0x3C);
     EXPECT_EQ(Unpack(0x000049C3u).length, 2); // program change has one data byte
     EXPECT_EQ(Unpack(0x000000ECu).length, 3);
-    EXPECT_EQ(Unpack(0x000048FCu).length, 1); // a real-time status stands alone
-    EXPECT_EQ(Unpack(0x00000042u).length, 0); // no status byte: nothing to send
+    EXPECT_EQ(Unpack(0x000048FCu).length, 1);      // a real-time status stands alone
+    EXPECT_EQ(Unpack(0x00000042u).length, 0);      // no status byte: nothing to send
     EXPECT_EQ(Unpack(0x003C8293u).bytes[1], 0x02); // data bytes never carry bit 7
 }
 

@@ -63,15 +63,16 @@ TEST_F(NotePlayerTest, OctaveMarksAndOctaveState) {
     line(1, 3, 8);
     state.OctaveState = OctaveStateBase * 2;
     line(1, 3, 8);
-    EXPECT_EQ(NoteOns(sink), (std::vector<std::pair<int, int>>{{72, 3}, {48, 3}, {48, 3}, {72, 3}}));
+    EXPECT_EQ(NoteOns(sink),
+              (std::vector<std::pair<int, int>>{{72, 3}, {48, 3}, {48, 3}, {72, 3}}));
 }
 
 TEST_F(NotePlayerTest, NewNoteStartsBeforeOldStopsAndRepeatsAreNotStopped) {
     line(1, 3, 8);
     line(2, 3, 8);
-    line(2, 3, 8);     // the same key again: a new attack, no note off
+    line(2, 3, 8);      // the same key again: a new attack, no note off
     line(2, 3, 8, 'K'); // the same key on the koron voice is another note
-    line(0, 3, 8);     // a rest stops the sounding note when it starts
+    line(0, 3, 8);      // a rest stops the sounding note when it starts
     const std::vector<NoteEvent> expected = {
         {0, 'N', 60, 3, 60}, {1, 'N', 62, 3, 60}, {1, 'F', 60, 3, 0}, {2, 'N', 62, 3, 60},
         {3, 'N', 62, 2, 60}, {3, 'F', 62, 3, 0},  {4, 'F', 62, 2, 0}};
@@ -84,7 +85,7 @@ TEST_F(NotePlayerTest, AccentVelocityIsHeldAt127) {
     line(2, 3, 8, ' ', "AC");
     line(3, 3, 8);
     const auto events = NoteEvents(sink);
-    EXPECT_EQ(events[0].velocity, 90); // 60 * 1.5
+    EXPECT_EQ(events[0].velocity, 90);  // 60 * 1.5
     EXPECT_EQ(events[1].velocity, 127); // 90 * 1.5 = 135 would spill
     EXPECT_EQ(events[3].velocity, 90);
 }
@@ -94,7 +95,8 @@ TEST_F(NotePlayerTest, PedalHoldsEveryNote) {
     line(1, 3, 8);
     line(2, 3, 8);
     line(0, 3, 8);
-    for (const NoteEvent& e : NoteEvents(sink)) EXPECT_EQ(e.kind, 'N');
+    for (const NoteEvent& e : NoteEvents(sink))
+        EXPECT_EQ(e.kind, 'N');
 }
 
 TEST_F(NotePlayerTest, TieContinuesTheNoteAndLengthensItsLogRecord) {
@@ -171,7 +173,8 @@ TEST_F(NotePlayerTest, FixedExpansionsKeepTheirFractions) {
 TEST_F(NotePlayerTest, IntervalMordentPlaysTheLowerCompanion) {
     line(5, 3, 8, ' ', "2M"); // Sol with Mi below
     line(1, 3, 8);
-    EXPECT_EQ(NoteOns(sink), (std::vector<std::pair<int, int>>{{64, 3}, {67, 3}, {64, 3}, {60, 3}}));
+    EXPECT_EQ(NoteOns(sink),
+              (std::vector<std::pair<int, int>>{{64, 3}, {67, 3}, {64, 3}, {60, 3}}));
     EXPECT_NEAR(OnTimes(sink)[3], 0.98, 1e-9);
 }
 
@@ -220,8 +223,8 @@ TEST_F(NotePlayerTest, AuditionUsesVoiceChannelsAndEnds) {
     const auto sharp = notes.auditionNote(4, 3, 'D'); // the earlier one is stopped first
     EXPECT_EQ(sharp->note, 66);
     notes.endAudition();
-    const std::vector<NoteEvent> expected = {{0, 'N', 62, 2, 127}, {0, 'F', 62, 2, 0},
-                                             {0, 'N', 66, 3, 127}, {0, 'F', 66, 3, 0}};
+    const std::vector<NoteEvent> expected = {
+        {0, 'N', 62, 2, 127}, {0, 'F', 62, 2, 0}, {0, 'N', 66, 3, 127}, {0, 'F', 66, 3, 0}};
     EXPECT_EQ(NoteEvents(sink), expected);
     EXPECT_FALSE(notes.auditionNote(0, 3, ' '));
 }

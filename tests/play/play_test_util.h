@@ -21,8 +21,12 @@ inline std::string Note(int step, int octave, int duration, char accidental = ' 
     line.resize(22, ' ');
     return line;
 }
-inline std::string Rest(int duration) { return Note(0, 3, duration); }
-inline std::string Bar() { return Note(0, 3, -1); }
+inline std::string Rest(int duration) {
+    return Note(0, 3, duration);
+}
+inline std::string Bar() {
+    return Note(0, 3, -1);
+}
 inline std::string Directive(const char* text) {
     std::string line = text;
     if (line.size() < 22) line.resize(22, ' ');
@@ -39,7 +43,8 @@ inline core::ScoreSheet Sheet(const char* signature, int tempo, const char* rhyt
     sheet.setLine(2, Directive(("TEMPO" + std::to_string(tempo)).c_str()));
     sheet.setLine(3, Directive((std::string("RHYTM") + rhythm).c_str()));
     int index = 4;
-    for (const std::string& line : music) sheet.setLine(index++, line);
+    for (const std::string& line : music)
+        sheet.setLine(index++, line);
     sheet.LastLine = index - 1;
     return sheet;
 }
@@ -59,8 +64,9 @@ inline std::vector<NoteEvent> NoteEvents(const RecordingSink& sink) {
     for (const auto& e : sink.entries()) {
         const int status = static_cast<int>(e.message & 0xF0);
         if (status != 0x90 && status != 0x80) continue;
-        out.push_back({e.seconds, status == 0x90 ? 'N' : 'F', static_cast<int>((e.message >> 8) & 0xFF),
-                       static_cast<int>(e.message & 0x0F), static_cast<int>((e.message >> 16) & 0xFF)});
+        out.push_back(
+            {e.seconds, status == 0x90 ? 'N' : 'F', static_cast<int>((e.message >> 8) & 0xFF),
+             static_cast<int>(e.message & 0x0F), static_cast<int>((e.message >> 16) & 0xFF)});
     }
     return out;
 }

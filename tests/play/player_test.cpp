@@ -46,7 +46,8 @@ template <class F> bool Eventually(F done) {
 
 core::ScoreSheet Scale(int notes) {
     core::ScoreSheet sheet = Sheet("  K", 60, "4/4", {});
-    for (int i = 0; i < notes; ++i) sheet.setLine(4 + i, Note(1 + i % 7, 3, 1, ' ', i % 5 == 0 ? "TR" : "  "));
+    for (int i = 0; i < notes; ++i)
+        sheet.setLine(4 + i, Note(1 + i % 7, 3, 1, ' ', i % 5 == 0 ? "TR" : "  "));
     sheet.LastLine = 3 + notes;
     return sheet;
 }

@@ -69,8 +69,9 @@ TEST_F(WalkTest, TimeFollowsTempoMarksScaledByTheTempoBar) {
     EXPECT_NEAR(onTimes().back(), 3.0, 1e-6); // a barline is a silence of 1e-7 s
     // A tempo mark of 120 halves the time; the bar at 120 against the score's 60 doubles
     // every mark, a hidden negative mark included.
-    sheet = Sheet("", 60, "4/4", {Note(1, 3, 8), Directive("TEMPO120"), Note(2, 3, 8),
-                                  Directive("TEMPO-30"), Note(3, 3, 8), Note(4, 3, 8)});
+    sheet = Sheet("", 60, "4/4",
+                  {Note(1, 3, 8), Directive("TEMPO120"), Note(2, 3, 8), Directive("TEMPO-30"),
+                   Note(3, 3, 8), Note(4, 3, 8)});
     keys(sheet);
     EXPECT_EQ(onTimes(), (std::vector<double>{0, 1, 1.5, 3.5}));
     player.controls().UserTempo = 120;
@@ -84,9 +85,9 @@ TEST_F(WalkTest, TimeFollowsTempoMarksScaledByTheTempoBar) {
 
 TEST_F(WalkTest, TupletPlaysFasterAndFitsTheMeasure) {
     // Three 8ths marked "L3" take one quarter, and the measure still counts four beats.
-    const auto sheet = Sheet("", 60, "2/4", {Note(1, 3, 4, ' ', "L3"), Note(2, 3, 4), Note(3, 3, 4),
-                                             Note(4, 3, 8), Bar(), Directive("REPB1"), Bar(),
-                                             Note(5, 3, 8)});
+    const auto sheet = Sheet("", 60, "2/4",
+                             {Note(1, 3, 4, ' ', "L3"), Note(2, 3, 4), Note(3, 3, 4), Note(4, 3, 8),
+                              Bar(), Directive("REPB1"), Bar(), Note(5, 3, 8)});
     EXPECT_EQ(keys(sheet), (std::vector<int>{60, 62, 64, 65, 60, 62, 64, 65, 67}));
     const auto t = onTimes();
     EXPECT_NEAR(t[3], 1.0, 1e-9);
@@ -96,44 +97,49 @@ TEST_F(WalkTest, TupletPlaysFasterAndFitsTheMeasure) {
 
 TEST_F(WalkTest, RepeatsAndFirstVolta) {
     // |: A B | volta 1: C :| volta 2: D |
-    const auto sheet = Sheet("", 60, "2/4", {Directive("REP{"), Note(1, 3, 8), Note(2, 3, 8), Bar(),
-                                             Directive("VOL{1"), Note(3, 3, 16), Bar(),
-                                             Directive("REP}"), Directive("VOL{2"), Note(4, 3, 16),
-                                             Bar()});
+    const auto sheet = Sheet("", 60, "2/4",
+                             {Directive("REP{"), Note(1, 3, 8), Note(2, 3, 8), Bar(),
+                              Directive("VOL{1"), Note(3, 3, 16), Bar(), Directive("REP}"),
+                              Directive("VOL{2"), Note(4, 3, 16), Bar()});
     EXPECT_EQ(keys(sheet), (std::vector<int>{60, 62, 64, 60, 62, 65}));
     // A closing repeat without its opening goes back to the head once.
-    const auto bare = Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("REP}"), Note(2, 3, 16)});
+    const auto bare =
+        Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("REP}"), Note(2, 3, 16)});
     EXPECT_EQ(keys(bare), (std::vector<int>{60, 60, 62}));
 }
 
 TEST_F(WalkTest, LargeRepeatAndFin) {
-    const auto sheet = Sheet("", 60, "2/4", {Directive("REPS{"), Note(1, 3, 16), Bar(),
-                                             Directive("REPS}"), Note(2, 3, 16), Bar()});
+    const auto sheet = Sheet(
+        "", 60, "2/4",
+        {Directive("REPS{"), Note(1, 3, 16), Bar(), Directive("REPS}"), Note(2, 3, 16), Bar()});
     EXPECT_EQ(keys(sheet), (std::vector<int>{60, 60, 62}));
     // An end mark stops the music; what follows it is never reached.
-    const auto fin = Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("LCfin"), Note(2, 3, 16)});
+    const auto fin =
+        Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("LCfin"), Note(2, 3, 16)});
     EXPECT_EQ(keys(fin), (std::vector<int>{60}));
     const auto textFin = Sheet("", 60, "2/4", {Note(1, 3, 16), Directive("L-FIN"), Note(2, 3, 16)});
     EXPECT_EQ(keys(textFin), (std::vector<int>{60}));
 }
 
 TEST_F(WalkTest, RepeatSignsReplayTheLastMeasures) {
-    const auto one = Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Note(2, 3, 8), Note(3, 3, 8), Bar(),
-                                           Directive("REPB1"), Bar(), Note(5, 3, 16)});
+    const auto one = Sheet("", 60, "2/4",
+                           {Note(1, 3, 16), Bar(), Note(2, 3, 8), Note(3, 3, 8), Bar(),
+                            Directive("REPB1"), Bar(), Note(5, 3, 16)});
     EXPECT_EQ(keys(one), (std::vector<int>{60, 62, 64, 62, 64, 67}));
     // Right after the first barline the sign rewinds to the head of the music.
-    const auto head = Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("REPB1"), Bar(),
-                                            Note(2, 3, 16)});
+    const auto head =
+        Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("REPB1"), Bar(), Note(2, 3, 16)});
     EXPECT_EQ(keys(head), (std::vector<int>{60, 60, 62}));
-    const auto two = Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Note(2, 3, 16), Bar(),
-                                           Note(3, 3, 16), Bar(), Directive("REPB2"), Bar(),
-                                           Note(5, 3, 16)});
+    const auto two = Sheet("", 60, "2/4",
+                           {Note(1, 3, 16), Bar(), Note(2, 3, 16), Bar(), Note(3, 3, 16), Bar(),
+                            Directive("REPB2"), Bar(), Note(5, 3, 16)});
     EXPECT_EQ(keys(two), (std::vector<int>{60, 62, 64, 62, 64, 67}));
 }
 
 TEST_F(WalkTest, MeasureRangeAndSelection) {
-    const auto sheet = Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Note(2, 3, 16), Bar(),
-                                             Note(3, 3, 16), Bar(), Note(4, 3, 16), Bar()});
+    const auto sheet = Sheet("", 60, "2/4",
+                             {Note(1, 3, 16), Bar(), Note(2, 3, 16), Bar(), Note(3, 3, 16), Bar(),
+                              Note(4, 3, 16), Bar()});
     player.controls().StartMeasure = 2;
     player.controls().EndMeasure = 3;
     EXPECT_EQ(keys(sheet), (std::vector<int>{62, 64}));
@@ -178,10 +184,11 @@ TEST_F(WalkTest, CountInClicksOnTheWoodblockBeforeTheMusic) {
 }
 
 TEST_F(WalkTest, EventLogFileKeepsTheRun) {
-    const auto dir = std::filesystem::temp_directory_path() /
-                     ("tahrir_play_" + std::to_string(::getpid()));
+    const auto dir =
+        std::filesystem::temp_directory_path() / ("tahrir_play_" + std::to_string(::getpid()));
     std::filesystem::create_directories(dir);
-    const auto sheet = Sheet("", 60, "4/4", {Note(1, 3, 8), Directive("L^text"), Note(2, 3, 4, 'K')});
+    const auto sheet =
+        Sheet("", 60, "4/4", {Note(1, 3, 8), Directive("L^text"), Note(2, 3, 4, 'K')});
     keys(sheet, RunOptions{0, 0, dir / "tmpmid.txt"});
     std::ifstream in(dir / "tmpmid.txt", std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
@@ -192,8 +199,9 @@ TEST_F(WalkTest, EventLogFileKeepsTheRun) {
 TEST_F(WalkTest, EmptyAndHostileSheetsEndCleanly) {
     core::ScoreSheet empty;
     EXPECT_TRUE(keys(empty).empty());
-    auto odd = Sheet("KKKKKKK", 0, "x/y", {Note(9, 9, 8), "1x 8", Note(1, 3, 999), Directive("REPB2"),
-                                           Directive("REP}"), Directive("REP}")});
+    auto odd = Sheet("KKKKKKK", 0, "x/y",
+                     {Note(9, 9, 8), "1x 8", Note(1, 3, 999), Directive("REPB2"), Directive("REP}"),
+                      Directive("REP}")});
     keys(odd);
     EXPECT_TRUE(std::isfinite(seconds));
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
@@ -207,12 +215,13 @@ namespace {
 
 // Random sheets built from every kind of line: each run ends, whatever the jumps.
 TEST_F(WalkTest, RandomSheetsAlwaysEnd) {
-    const std::string pool[] = {Note(1, 3, 8), Note(5, 4, 4, 'K', "TR"), Note(3, 3, 2, 'S', "L3"),
-                                Note(2, 3, -1), testing::Rest(8), Bar(), Directive("REP{"),
-                                Directive("REP}"), Directive("REPS{"), Directive("REPS}"),
-                                Directive("VOL{1"), Directive("REPB1"), Directive("REPB2"),
-                                Directive("TEMPO200"), Directive("RHYTM3/8"), Directive("ALL8D"),
-                                Directive("LCTRP=12"), Note(7, 9, 48, 'D', "8U")};
+    const std::string pool[] = {
+        Note(1, 3, 8),      Note(5, 4, 4, 'K', "TR"), Note(3, 3, 2, 'S', "L3"),
+        Note(2, 3, -1),     testing::Rest(8),         Bar(),
+        Directive("REP{"),  Directive("REP}"),        Directive("REPS{"),
+        Directive("REPS}"), Directive("VOL{1"),       Directive("REPB1"),
+        Directive("REPB2"), Directive("TEMPO200"),    Directive("RHYTM3/8"),
+        Directive("ALL8D"), Directive("LCTRP=12"),    Note(7, 9, 48, 'D', "8U")};
     unsigned seed = 12345;
     for (int run = 0; run < 200; ++run) {
         core::ScoreSheet sheet = Sheet("", 60, "2/4", {});
@@ -227,8 +236,8 @@ TEST_F(WalkTest, RandomSheetsAlwaysEnd) {
     }
     player.controls().Transpose = TransposeCentre;
     // A repeat sign that rewinds past the opening repeat sends the walk round for ever.
-    const auto endless = Sheet("", 60, "2/4", {Directive("REP{"), Note(1, 3, 16), Directive("REPB1"),
-                                               Directive("REP}")});
+    const auto endless = Sheet(
+        "", 60, "2/4", {Directive("REP{"), Note(1, 3, 16), Directive("REPB1"), Directive("REP}")});
     EXPECT_GT(keys(endless).size(), 1000u);
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
 }

@@ -63,7 +63,8 @@ double YinPitch(const std::vector<float>& x, std::size_t from, std::size_t lengt
     std::size_t best = 0;
     for (std::size_t lag = static_cast<std::size_t>(minLag); lag + 1 < cmnd.size(); ++lag) {
         if (cmnd[lag] < 0.1) {
-            while (lag + 1 < cmnd.size() && cmnd[lag + 1] < cmnd[lag]) ++lag;
+            while (lag + 1 < cmnd.size() && cmnd[lag + 1] < cmnd[lag])
+                ++lag;
             best = lag;
             break;
         }
@@ -74,12 +75,15 @@ double YinPitch(const std::vector<float>& x, std::size_t from, std::size_t lengt
     return rate / (static_cast<double>(best) + shift);
 }
 
-double Cents(double f, double reference) { return 1200 * std::log2(f / reference); }
+double Cents(double f, double reference) {
+    return 1200 * std::log2(f / reference);
+}
 
 class SynthPitchTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        dir = std::filesystem::temp_directory_path() / ("tahrir_synth_" + std::to_string(::getpid()));
+        dir =
+            std::filesystem::temp_directory_path() / ("tahrir_synth_" + std::to_string(::getpid()));
         std::filesystem::create_directories(dir);
     }
     void TearDown() override { std::filesystem::remove_all(dir); }
@@ -97,8 +101,9 @@ protected:
             player.startUp();
             player.controls().UserTempo = 60;
             player.setSoriBend(soriBend);
-            const auto sheet = Sheet("", 60, "4/4", {Note(6, 3, 8), Rest(4), Note(6, 3, 8, 'K'), Rest(4),
-                                                     Note(6, 3, 8, 'S'), Rest(4)});
+            const auto sheet = Sheet(
+                "", 60, "4/4",
+                {Note(6, 3, 8), Rest(4), Note(6, 3, 8, 'K'), Rest(4), Note(6, 3, 8, 'S'), Rest(4)});
             player.playVirtual(sheet, {});
         }
         EXPECT_TRUE(synth->finish(0.5));
