@@ -234,8 +234,10 @@ void PageWalk::chordSymbol(int i) {
                                   : (root - 78 < 12 ? kFlatRoots[root - 78] : nullptr);
         if (r != nullptr) name = std::string(r) + " " + kChordKinds[kind - 65];
     }
+    // The place remembered at the start of the line: the pen, and 6.5 below the last head
+    // (3 for a line that is not a note).
     const bool note = s[0] >= '1' && s[0] <= '7';
-    text(i, ChordX, GlyphY + (note ? 6.5 : 3), name, 0.5);
+    text(i, ChordX, ChordY - (note ? 0 : 3.5), name, 0.5);
 }
 
 void PageWalk::DrawMark(int i, int step, int octave) {

@@ -280,3 +280,28 @@ TEST(Page, DescriptionLinesAreCentredAboveTheStaves) {
 
 } // namespace
 } // namespace tahrir::render
+
+namespace tahrir::render {
+namespace {
+
+TEST(Signs, ChordSymbolsSpellRootAndKind) {
+    const auto chordOf = [](const std::string& codes) {
+        LayoutOptions o;
+        o.PageWidthUnits = 60;
+        const auto r = RefreshView(test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4",
+                                                    "73  8    " + codes}),
+                                   o);
+        for (const auto& it : r.list.items)
+            if (it.kind == ItemKind::Text && it.line == 4) return it.text;
+        return std::string("none");
+    };
+    EXPECT_EQ(chordOf("CA"), "D M");       // code 67: sharp spelling, index 2
+    EXPECT_EQ(chordOf("BJ"), "C# m7");     // kind "J": index 9
+    EXPECT_EQ(chordOf("OC"), "Db aug");    // from code 78 the flat spelling
+    EXPECT_EQ(chordOf("AA"), " ");         // a root code of 65 or 77 gives a blank
+    EXPECT_EQ(chordOf("MA"), " ");
+    EXPECT_EQ(chordOf("C "), "none");      // no kind: no chord
+}
+
+} // namespace
+} // namespace tahrir::render
