@@ -143,6 +143,25 @@ TEST(Player, LoopPlaysThePassAgainUntilStop) {
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
 }
 
+TEST(Player, DraggingTheStartMeasureRestartsThePass) {
+    core::ScoreSheet sheet = Sheet("", 60, "4/4", {});
+    for (int m = 0; m < 6; ++m) { // one whole note a measure, Do to La
+        sheet.setLine(4 + 2 * m, Note(1 + m, 3, 32));
+        sheet.setLine(5 + 2 * m, testing::Bar());
+    }
+    sheet.LastLine = 15;
+    LockedSink sink;
+    Player player(&sink);
+    player.startUp();
+    player.controls().UserTempo = 320; // 0.75 s a measure
+    player.play(sheet, {});
+    ASSERT_TRUE(Eventually([&] { return sink.contains(PackNoteOn(60, 60, 3)); }));
+    player.controls().StartMeasure = 5;
+    player.wait();
+    EXPECT_FALSE(sink.contains(PackNoteOn(64, 60, 3))); // measure 3 was passed over
+    EXPECT_TRUE(sink.contains(PackNoteOn(67, 60, 3)));  // measure 5 sounded
+}
+
 TEST(Player, AuditionTimerEndsTheTypedNote) {
     LockedSink sink;
     Player player(&sink);
