@@ -88,6 +88,7 @@ private:
     int m_lastSori = DefaultSoriBend;
     int m_lastTranspose = TransposeCentre;
     bool m_lastPedal = false;
+    unsigned m_walked = 0;
 };
 
 // Int(numerator / denominator * 32) of a measure payload such as "6/8"; 0 when the
