@@ -183,6 +183,19 @@ TEST_F(WalkTest, CountInClicksOnTheWoodblockBeforeTheMusic) {
     player.controls().CountIn = false;
 }
 
+TEST_F(WalkTest, MarkerFollowsTheSoundedLines) {
+    struct Lines : PlayObserver {
+        void lineSounded(int line) override { seen.push_back(line); }
+        std::vector<int> seen;
+    } lines;
+    player.notes().setObserver(&lines);
+    const auto sheet =
+        Sheet("", 60, "4/4", {Note(1, 3, 8, ' ', "D "), Directive("L^x"), Note(2, 3, 8)});
+    keys(sheet);
+    player.notes().setObserver(nullptr);
+    EXPECT_EQ(lines.seen, (std::vector<int>{4, 4, 4, 6}));
+}
+
 TEST_F(WalkTest, EventLogFileKeepsTheRun) {
     const auto dir =
         std::filesystem::temp_directory_path() / ("tahrir_play_" + std::to_string(::getpid()));
