@@ -305,3 +305,67 @@ TEST(Signs, ChordSymbolsSpellRootAndKind) {
 
 } // namespace
 } // namespace tahrir::render
+
+namespace tahrir::render {
+namespace {
+
+TEST(Beams, CodeSevenOnAnEighthClosesTwoGroupsInOneStep) {
+    // "C", "C", "7": the third note ends the group, then stands alone in two more groups of
+    // one member each, so it gets three stems of its own and no second beam.
+    core::ScoreSheet sheet = test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4"}, false);
+    test::Repeat(sheet, "73  4 C", 2);
+    test::Repeat(sheet, "73  4 7", 1);
+    LayoutOptions o;
+    o.PageWidthUnits = 60;
+    const auto r = RefreshView(sheet, o);
+    int stems = 0, beams = 0;
+    for (const auto& it : r.list.items) {
+        if (it.kind != ItemKind::Stroke) continue;
+        stems += it.width == WidthClass::Stem;
+        beams += it.width == WidthClass::Beam;
+    }
+    EXPECT_EQ(stems, 5);
+    // Two main beams and, for kind 26 of the third note, the left stub twice.
+    EXPECT_EQ(beams, 4);
+}
+
+TEST(Text, MeasureLabelLinesShowOnlyInWorkingView) {
+    const auto sheet = test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "L^Ms=1", "73 32"});
+    for (int view : {0, 1}) {
+        LayoutOptions o;
+        o.ViewMode = view;
+        o.PageWidthUnits = 60;
+        const auto r = RefreshView(sheet, o);
+        const bool shown = std::any_of(r.list.items.begin(), r.list.items.end(), [](auto& it) {
+            return it.kind == ItemKind::Text && it.text == "Ms=1";
+        });
+        EXPECT_EQ(shown, view == 1) << "view " << view;
+        EXPECT_EQ(r.positions.LinePosX[4] != -1, view == 1) << "view " << view;
+    }
+}
+
+TEST(Signs, RepeatEndAtARowEndStaysOnTheOldRow) {
+    core::ScoreSheet sheet = test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "73 32", "REP}",
+                                              "L  ", "73 32", "73 32"});
+    LayoutOptions o;
+    o.PageWidthUnits = 60;
+    const auto r = RefreshView(sheet, o);
+    const auto ends = std::count_if(r.list.items.begin(), r.list.items.end(), [](auto& it) {
+        return it.kind == ItemKind::Glyph && it.text == "}";
+    });
+    // "REP}" followed by a spacer draws no sign of its own but breaks the row.
+    EXPECT_EQ(ends, 0);
+    EXPECT_EQ(r.positions.LinePosY[7], 26 + 14);
+
+    sheet = test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "73 32", "REP}", "L^x",
+                             "73 32"});
+    const auto r2 = RefreshView(sheet, o);
+    std::vector<double> ys;
+    for (const auto& it : r2.list.items)
+        if (it.kind == ItemKind::Glyph && it.text == "}") ys.push_back(it.y);
+    ASSERT_EQ(ys.size(), 1u);
+    EXPECT_DOUBLE_EQ(ys[0], 26 - 5.5);
+}
+
+} // namespace
+} // namespace tahrir::render

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QPainter>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -97,6 +98,43 @@ TEST_F(PainterTest, PrintPreviewIsAThirdWide) {
     QImage image(QString::fromStdString((m_dir / "p.png").string()));
     EXPECT_EQ(image.width(), 500);
     EXPECT_NEAR(image.height(), 500 * A4HeightTwips / A4WidthTwips, 2);
+}
+
+} // namespace
+} // namespace tahrir::render
+
+namespace tahrir::render {
+namespace {
+
+// Dark pixels down one column of an image.
+int DarkRun(const QImage& image, int x) {
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y) n += qGray(image.pixel(x, y)) < 128;
+    return n;
+}
+
+TEST_F(PainterTest, PreviewLinesStayOnePixelWide) {
+    DisplayList list;
+    DisplayItem beam;
+    beam.kind = ItemKind::Stroke;
+    beam.width = WidthClass::Beam;
+    beam.x = 1, beam.y = 2, beam.x2 = 9, beam.y2 = 2;
+    list.items.push_back(beam);
+    for (bool preview : {false, true}) {
+        QImage image(400, 160, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        PaintOptions o;
+        o.pixelsPerUnit = 40;
+        o.preview = preview;
+        PaintDisplayList(painter, list, o);
+        painter.end();
+        if (preview) {
+            EXPECT_LE(DarkRun(image, 200), 2);
+        } else {
+            EXPECT_GE(DarkRun(image, 200), 12); // a beam is about 0.4 units thick
+        }
+    }
 }
 
 } // namespace
