@@ -134,23 +134,30 @@ void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
         glyph(0, PenX - 1.2, StaffBaseY - 5.5, "}");
 }
 
+// A measure number goes on its own label: placing a number again moves that label.
 void PageWalk::placeMeasureLabel(int number, double x, double y, bool visible) {
     if (!Paint || number <= 0) return;
     if (number >= static_cast<int>(m_out.measures.size()))
         m_out.measures.resize(number + 1);
-    const double size = MeasureNumberScale / 1.8;
-    m_out.measures[number] = {number, x, y, size, visible};
-    DisplayItem it;
-    it.kind = ItemKind::MeasureLabel;
-    it.x = x;
-    it.y = y;
-    it.size = size;
-    it.font = FontRole::Text;
-    it.colour = kBlue;
-    it.visible = visible;
-    it.text = std::to_string(number);
-    it.target = PrintActive ? OnBoth : OnScreen;
-    m_out.list.items.push_back(std::move(it));
+    m_out.measures[number] = {number, x, y, MeasureNumberScale / 1.8, visible};
+}
+
+// The measure labels as they stand after the walk, one item for each.
+void PageWalk::emitMeasureLabels() {
+    for (const MeasureLabel& m : m_out.measures) {
+        if (m.number <= 0) continue;
+        DisplayItem it;
+        it.kind = ItemKind::MeasureLabel;
+        it.x = m.x;
+        it.y = m.y;
+        it.size = m.size;
+        it.font = FontRole::Text;
+        it.colour = kBlue;
+        it.visible = m.visible;
+        it.text = std::to_string(m.number);
+        it.target = m_out.printed ? OnBoth : OnScreen;
+        m_out.list.items.push_back(std::move(it));
+    }
 }
 
 } // namespace tahrir::render

@@ -92,6 +92,7 @@ void PageWalk::run() {
     m_out.MeasureNumber = MeasureNumber;
     m_out.TextFontName = TextFontName;
     m_out.printed = m_opt.ChPrint && Passes == 2;
+    emitMeasureLabels();
     m_out.printWidthUnits = m_opt.PrinterWidthTwips / (PrintUnit * ZoomFactor);
     m_out.printHeightUnits = m_opt.PrinterHeightTwips / (PrintUnit * ZoomFactor);
     m_out.list.widthUnits = PageWidthUnits + m_opt.RightMargin;

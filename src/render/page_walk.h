@@ -49,6 +49,7 @@ private:
     void DrawBarline(int i, int number, std::uint32_t colour);
     void barlineStrokes(int i, int n1, int n2, std::uint32_t colour);
     void placeMeasureLabel(int number, double x, double y, bool visible);
+    void emitMeasureLabels();
     void takeRowScale();
     void storeRowRatio();
     int ticksOf(int i) const;

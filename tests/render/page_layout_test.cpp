@@ -369,3 +369,25 @@ TEST(Signs, RepeatEndAtARowEndStaysOnTheOldRow) {
 
 } // namespace
 } // namespace tahrir::render
+
+namespace tahrir::render {
+namespace {
+
+TEST(Measures, ARepeatSignMovesTheLabelOfItsNumber) {
+    // The one-measure repeat draws its barline with number 0, which is label 1: the label
+    // of the first measure moves there rather than a second "1" appearing.
+    LayoutOptions o;
+    o.PageWidthUnits = 80;
+    const auto r = RefreshView(test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "73 32",
+                                                "REPB1", "73 32"}),
+                               o);
+    std::vector<const DisplayItem*> ones;
+    for (const auto& it : r.list.items)
+        if (it.kind == ItemKind::MeasureLabel && it.text == "1") ones.push_back(&it);
+    ASSERT_EQ(ones.size(), 1u);
+    EXPECT_GT(ones[0]->x, r.positions.LinePosX[4]);
+    EXPECT_DOUBLE_EQ(ones[0]->x, r.measures[1].x);
+}
+
+} // namespace
+} // namespace tahrir::render
