@@ -22,6 +22,8 @@ struct PlayControls {
     std::atomic<bool> CountIn{false};
     std::atomic<bool> Paused{false};
     std::atomic<bool> StopRequest{false};
+    // An instrument list index (1..8) chosen while a run plays, 0 when none is waiting.
+    std::atomic<int> PendingProgramIndex{0};
 };
 
 inline constexpr int OctaveStateBase = 32;

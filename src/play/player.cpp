@@ -50,16 +50,24 @@ void Player::startUp(int button) {
 
 void Player::chooseInstrument(int button) {
     const auto index = ProgramIndexOfButton(button);
-    if (!index || running()) return;
+    if (!index) return;
     std::lock_guard lock(m_idle);
+    if (m_running.load()) { // the run reprograms the voices between two events
+        m_controls.PendingProgramIndex = *index;
+        return;
+    }
     m_midi.setProgramIndex(*index);
     m_midi.MidiOutputOn = true;
     m_midi.PrepareChannels();
 }
 
 void Player::chooseListInstrument(int row) {
-    if (row < 0 || row > 7 || running()) return;
+    if (row < 0 || row > 7) return;
     std::lock_guard lock(m_idle);
+    if (m_running.load()) {
+        m_controls.PendingProgramIndex = row + 1;
+        return;
+    }
     m_midi.setProgramIndex(row + 1);
     m_midi.PrepareChannels();
 }

@@ -418,6 +418,11 @@ void Scheduler::applyLiveControls() {
     if (sori != m_lastSori) m_midi.setSoriBend(m_lastSori = sori);
     const int transpose = m_controls.Transpose.load(std::memory_order_relaxed);
     if (transpose != m_lastTranspose) m_notes.pitchTable().rebuild(m_lastTranspose = transpose);
+    if (const int program = m_controls.PendingProgramIndex.exchange(0); program > 0) {
+        m_midi.setProgramIndex(program);
+        m_midi.MidiOutputOn = true;
+        m_midi.PrepareChannels();
+    }
     // Releasing the pedal ends the notes it held.
     const bool pedal = m_controls.Pedal.load(std::memory_order_relaxed);
     if (m_lastPedal && !pedal) m_midi.AllNotesOff();

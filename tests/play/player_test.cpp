@@ -93,7 +93,7 @@ TEST(Player, StopEndsARunAtOnceAndSilencesEverything) {
     EXPECT_TRUE(sink.contains(PackNoteOn(64, 60, 3)));
 }
 
-TEST(Player, SlidersRetuneDuringARunAndWhenIdle) {
+TEST(Player, SlidersAndInstrumentActDuringARunAndWhenIdle) {
     const auto sheet = Scale(60);
     LockedSink sink;
     Player player(&sink);
@@ -103,8 +103,10 @@ TEST(Player, SlidersRetuneDuringARunAndWhenIdle) {
     player.controls().UserTempo = 320;
     player.play(sheet, {});
     player.setKoronBend(-32);
+    player.chooseInstrument(3); // the piano, between two events
     player.wait();
     EXPECT_TRUE(sink.contains(PackPitchBend(0, 32, 2)));
+    EXPECT_TRUE(sink.contains(PackProgramChange(0, 3)));
 }
 
 TEST(Player, PauseHoldsTheRunUntilPlay) {
