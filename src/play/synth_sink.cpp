@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <vector>
 
 namespace tahrir::play {
@@ -17,6 +18,10 @@ constexpr int kBlockFrames = 512;
 
 // FluidSynth reports a missing SoundFont on its own; the caller gets our message instead.
 void QuietLog(int, const char*, void*) {}
+
+void AddOption(void* list, const char*, const char* option) {
+    static_cast<std::vector<std::string>*>(list)->push_back(option);
+}
 
 } // namespace
 
@@ -73,9 +78,12 @@ std::unique_ptr<SynthSink> SynthSink::openLive(const std::filesystem::path& soun
                                                std::string& error) {
     auto impl = std::make_unique<Impl>();
     if (!impl->open(soundFont, 44100, error)) return nullptr;
-    // The desktop's sound server first, then the sound card, then the rest.
+    // The desktop's sound server first, then the sound card; only drivers this build has.
+    std::vector<std::string> built;
+    fluid_settings_foreach_option(impl->settings, "audio.driver", &built, AddOption);
     for (const char* name : {"pulseaudio", "pipewire", "alsa", "sdl2"}) {
-        if (fluid_settings_setstr(impl->settings, "audio.driver", name) != FLUID_OK) continue;
+        if (std::find(built.begin(), built.end(), name) == built.end()) continue;
+        fluid_settings_setstr(impl->settings, "audio.driver", name);
         impl->driver = new_fluid_audio_driver(impl->settings, impl->synth);
         if (impl->driver) break;
     }
