@@ -170,10 +170,11 @@ void Editor::relayout() {
                1);
 }
 
-// Sounds the line a command is about to store: the text in RCDTxt.
+// Sounds the pen, element 0 of the sheet: a directive inserted while the cursor stands on
+// a note sounds that note, as does the key signature written from it.
 void Editor::soundPen() {
     if (!m_services.auditioner || m_services.auditioner->busy()) return;
-    const core::ScoreLine pen(RCDTxt);
+    const core::ScoreLine& pen = PenLine();
     const char stepChar = pen.at(1);
     NoteSound note;
     note.step = std::isdigit(static_cast<unsigned char>(stepChar)) ? stepChar - '0' : 0;

@@ -64,8 +64,35 @@ TEST_F(LineCommands, InsertKeepsTheCursorOnTheOldLineOrStandsOnTheNewOne) {
     key(Key::F(2)); // a directive goes in before the cursor line
     EXPECT_EQ(trimmed(6), "REP{");
     EXPECT_EQ(current(), 7);
-    ASSERT_EQ(audio.notes.size(), 2u); // the stored line is offered, flagged as no pitch
-    EXPECT_EQ(audio.notes[1].pitched, 0);
+    ASSERT_EQ(audio.notes.size(), 2u); // the pen is sounded: the note under the cursor
+    EXPECT_EQ(audio.notes[1].step, 2);
+    EXPECT_EQ(audio.notes[1].pitched, 1);
+}
+
+// Both line commands sound the pen (element 0), not the text they store from RCDTxt.
+TEST_F(LineCommands, CommandsSoundThePenNotTheStoredLine) {
+    load({"13  8    ", "43  8S   ", "L^words"});
+    key(Key::Right);
+    key(K('T')); // inserts "TEMPO 60" before the sori Fa: the Fa sounds
+    ASSERT_EQ(audio.notes.size(), 1u);
+    EXPECT_EQ(audio.notes[0].step, 4);
+    EXPECT_EQ(audio.notes[0].accidental, "  S"); // a blank, column 7, column 6
+    EXPECT_EQ(trimmed(5), "43  8S"); // the cancelled tempo box took the line away again
+    ASSERT_EQ(current(), 5);
+
+    key(K('D'), kCtrl); // the key signature commits the pen: the Fa sounds again
+    ASSERT_EQ(audio.notes.size(), 2u);
+    EXPECT_EQ(audio.notes[1].step, 4);
+
+    key(K('D'), kShift); // the pen itself becomes "ALL4D": nothing pitched is sounded
+    ASSERT_EQ(audio.notes.size(), 3u);
+    EXPECT_EQ(audio.notes[2].pitched, 0);
+    EXPECT_EQ(trimmed(5), "ALL4D");
+
+    key(Key::End); // a text line: the tool's text is stored, the pen has no pitch
+    editor->textToolApply("la", 1);
+    ASSERT_EQ(audio.notes.size(), 4u);
+    EXPECT_EQ(audio.notes[3].pitched, 0);
 }
 
 TEST_F(LineCommands, DeleteNeverTakesLineFour) {
