@@ -74,7 +74,8 @@ LineKind ClassifyLine(std::string_view text, int index) {
     if (first == 'L') {
         const std::string_view head = Columns(text, 2, 1);
         if (head.empty() || head == " ") return LineKind::SpacerLine;
-        if (head == "C") return LineKind::ControlLine;
+        // Control keywords are read folded to upper case, "Lc" as well as "LC".
+        if (head == "C" || head == "c") return LineKind::ControlLine;
         return LineKind::TextLine;
     }
     if (!DirectiveTokenOf(text).empty()) return LineKind::DirectiveLine;

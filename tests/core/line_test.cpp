@@ -34,6 +34,7 @@ TEST(LineKind, ClassificationFollowsTheGrammarOrder) {
     EXPECT_EQ(ClassifyLine("L        "), LineKind::SpacerLine);
     EXPECT_EQ(ClassifyLine("L^Ms=3"), LineKind::TextLine);
     EXPECT_EQ(ClassifyLine("LCTRP=2"), LineKind::ControlLine);
+    EXPECT_EQ(ClassifyLine("Lctrp=2"), LineKind::ControlLine) << "control lines are read folded";
     EXPECT_EQ(ClassifyLine("RHITHM6/8"), LineKind::DirectiveLine);
     EXPECT_EQ(ClassifyLine("tempo 60"), LineKind::Unknown) << "tokens are case-sensitive";
     EXPECT_EQ(ClassifyLine("       G", 1), LineKind::HeaderLine);
