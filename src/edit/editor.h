@@ -234,6 +234,7 @@ private:
     void keyViewerScroll(int key);
     void keyViewerP(int key);
     void moveCursorTo(int line);
+    bool labelShown(int line) const;
 
     core::Document& m_doc;
     EditorServices m_services;

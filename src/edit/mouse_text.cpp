@@ -164,8 +164,15 @@ void Editor::commandListClick(int index) {
 
 // ---- mouse ----
 
+// Only a label on show takes the mouse: line 1 and the lines that drew nothing have none.
+bool Editor::labelShown(int line) const {
+    return line >= 1 && line <= m_doc.Sheet.LastLine &&
+           labels[static_cast<std::size_t>(line)].visible;
+}
+
 void Editor::labelMouseDown(int line, int /*button*/, int shift) {
-    if (line >= 1 && shift == Shift::Shift && SelStart > 3) {
+    if (!labelShown(line)) return;
+    if (shift == Shift::Shift && SelStart > 3) {
         // With Shift the click is the other end of a selection that began elsewhere.
         SelEnd = std::min(line, LastLine());
         recolourLines();
@@ -173,12 +180,12 @@ void Editor::labelMouseDown(int line, int /*button*/, int shift) {
         focus = Focus::Score;
         return;
     }
-    if (line < 1 || line > LastLine() || shift != 0) return;
+    if (shift != 0) return;
     moveCursorTo(line);
 }
 
 void Editor::labelClick(int line) {
-    if (line >= 1 && line <= LastLine() && EditMode == 1) moveCursorTo(line);
+    if (labelShown(line) && EditMode == 1) moveCursorTo(line);
 }
 
 void Editor::picMouseDown(double x, double y) {

@@ -31,6 +31,22 @@ TEST_F(MouseText, ClicksMoveTheCursorAndShiftClicksExtendASelection) {
     EXPECT_EQ(editor->labels[5].colour, ColourBlack);
 }
 
+TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
+    load({"13  8", "23  8", "33  8"});
+    ASSERT_LT(editor->LineX[1], 0); // the header line draws no symbol
+    editor->labelMouseDown(1, 1, 0);
+    editor->labelClick(1);
+    EXPECT_EQ(current(), 4); // the cursor never stands on line 1
+    editor->labelMouseDown(9, 1, 0); // beyond the last line
+    EXPECT_EQ(current(), 4);
+
+    key(K('A'), kCtrl);
+    editor->labelMouseDown(1, 1, kShift);
+    EXPECT_EQ(editor->SelEnd, 6); // the selection keeps its end
+    editor->labelMouseDown(5, 1, 0);
+    EXPECT_EQ(current(), 5);
+}
+
 TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
     load({"13  8", "23  8", "33  8", "43  8"});
     editor->picMouseDown(-50, -50);
