@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
+#include <limits>
 #include <optional>
 
 #include "cli/cli_args.h"
@@ -49,6 +50,11 @@ private:
     std::string m_octave;
 };
 
+// A whole number within [low, high]; NaN and the infinities are not.
+bool IsWholeIn(double value, double low, double high) {
+    return value >= low && value <= high && value == std::floor(value);
+}
+
 class SilentDump : public DumpSink {
 public:
     void addLine(std::string) override {}
@@ -73,8 +79,9 @@ std::string PlayToLog(const std::string& file, const std::optional<std::string>&
     play::Player player(nullptr);
     player.startUp();
     play::PlayControls& controls = player.controls();
+    // The tempo bar runs from 20 to 320; it is clamped before it becomes an integer.
     const double start = tempo ? *tempo : doc.TempoSlider > 0 ? doc.TempoSlider : 20;
-    controls.UserTempo = std::clamp(static_cast<int>(start), 20, 320);
+    controls.UserTempo = static_cast<int>(std::clamp(start, 20.0, 320.0));
     play::RunOptions options;
     options.EventLogFile = session.file(EventLogName);
     player.playVirtual(doc.Sheet, options);
@@ -96,7 +103,7 @@ int RunExportMidi(const Argv& argv) {
     if (!args.ok()) return Fail(ExitUsage, args.error());
     if (args.positional().size() != 1 || !output)
         return Fail(ExitUsage, "usage: export-midi FILE.srv -o OUT.mid [--tempo N] [--microtonal]");
-    if (tempo && (*tempo != std::floor(*tempo) || *tempo < 1))
+    if (tempo && !IsWholeIn(*tempo, 1, std::numeric_limits<double>::max()))
         return Fail(ExitUsage, "--tempo takes a whole number of beats a minute");
     std::filesystem::path folder;
     MicrotonalPlan plan;
@@ -140,9 +147,14 @@ int RunImportMidi(const Argv& argv) {
     if (!args.ok()) return Fail(ExitUsage, args.error());
     if (args.positional().size() != 1 || !track || !output)
         return Fail(ExitUsage, "usage: import-midi FILE.mid --track N [--octave-shift K] -o OUT.srv");
-    if (*track < 1 || *track != static_cast<int>(*track))
+    if (!IsWholeIn(*track, 1, 65535))
         return Fail(ExitUsage, "--track needs a track number from 1, as the dump prints it");
-    const std::string octave = args.value("--octave-shift").value_or("0");
+    // The octave answer is taken as typed into the box, but here it must be a number.
+    const auto shift = args.number("--octave-shift");
+    if (!args.ok()) return Fail(ExitUsage, args.error());
+    if (shift && !IsWholeIn(*shift, -1000, 1000))
+        return Fail(ExitUsage, "--octave-shift takes a whole number of octaves");
+    const std::string octave = std::to_string(shift ? static_cast<int>(*shift) : 0);
     OptionChooser chooser(static_cast<int>(*track), octave);
     SilentDump dump;
     core::Document doc;

@@ -102,7 +102,8 @@ std::string ImportLine(int key, std::int64_t ticks, int quarter, int octaveShift
     int step = 0;
     char accidental = ' ';
     Step(key, step, accidental);
-    const int octave = std::max(0, std::max(0, key / 12 - 2) + octaveShift);
+    // The octave has a single column: beyond 9 the duration would leave columns 3..5.
+    const int octave = std::clamp(std::max(0, key / 12 - 2) + octaveShift, 0, 9);
     std::string duration = std::to_string(DurationFor(ticks, quarter));
     duration.insert(0, 3 - duration.size(), ' ');
     return std::to_string(step) + std::to_string(octave) + duration + accidental + "     ";
@@ -170,6 +171,9 @@ ImportResult ImportMidiFile(const std::filesystem::path& midiFile,
     if (info.outcome == ReadOutcome::Cancelled) return {ImportStatus::Cancelled, {}, 0};
     if (info.outcome == ReadOutcome::Unreadable)
         return {ImportStatus::Failed, "Cannot read " + midiFile.string(), 0};
+    // The reader stopped before the notes: its error is the last line of the dump.
+    if (info.outcome == ReadOutcome::NotMidi || info.outcome == ReadOutcome::MissingTrack)
+        return {ImportStatus::Failed, list.lines.empty() ? "" : list.lines.back().substr(8), 0};
     const std::optional<int> track = chooser.chooseTrack(info, list.lines);
     if (!track) return {ImportStatus::Cancelled, {}, 0};
     const std::string name = *track >= 1 && static_cast<std::size_t>(*track) <= info.trackNames.size()

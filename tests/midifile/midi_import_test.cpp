@@ -27,6 +27,11 @@ TEST(MidiImport, KeysBecomeStepOctaveAndSharps) {
     EXPECT_EQ(ImportLine(0, 480, 480, 0), "00  8      ");  // key 0 has no step
     EXPECT_EQ(ImportLine(60, 480, 480, 2), "15  8      ");
     EXPECT_EQ(ImportLine(60, 480, 480, -5), "10  8      ");
+    // The octave has one column: 3 + 7 = 10 would push the duration out of columns 3..5
+    // and the reader would drop the line, so it stops at 9. Key 200 (a stray data byte of
+    // a damaged file) is 200 \ 12 - 2 = 14, also held at 9; 200 mod 12 = 8 is Sol sharp.
+    EXPECT_EQ(ImportLine(60, 480, 480, 7), "19  8      ");
+    EXPECT_EQ(ImportLine(200, 480, 480, 0), "59  8D     ");
 }
 
 TEST(MidiImport, LengthThresholds) {
@@ -142,6 +147,36 @@ TEST(MidiImport, TrackLongerThanTheSheetEndsWithAMessage) {
     int lines = 0;
     for (std::string line; std::getline(text, line);) ++lines;
     EXPECT_EQ(lines, 9 + 2041);
+}
+
+TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
+    // The parser stops before it collects any note, so there is nothing to import; the
+    // message says why rather than that the track is missing.
+    class FirstTrack : public ImportChooser {
+    public:
+        std::optional<int> chooseTrack(const MidiFileInfo&, const std::vector<std::string>&) override {
+            return 1;
+        }
+        std::string askOctave(const std::string&, const std::string&) override { return "0"; }
+    } chooser;
+    const test::TempFolder folder;
+    TrackBuilder t;
+    t.event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0}).end();
+    const std::pair<std::string, test::Bytes> cases[] = {
+        {"[ERROR] Not a standard MIDI file (missing MThd)", {'R', 'I', 'F', 'F', 0, 0, 0, 0}},
+        {"[ERROR] Missing MTrk at track 2", BuildSmf(1, 480, {t}, 2)},
+    };
+    for (const auto& [error, bytes] : cases) {
+        const auto midi = folder.path() / "bad.mid";
+        test::WriteBytes(midi, bytes);
+        core::Document doc;
+        DumpList shown;
+        const ImportResult r = ImportMidiFile(midi, folder.path() / "out.srv", chooser, shown, doc);
+        EXPECT_EQ(r.status, ImportStatus::Failed) << error;
+        EXPECT_NE(r.message.find(error.substr(8)), std::string::npos) << r.message;
+        EXPECT_EQ(shown.lines.back(), error);
+        EXPECT_FALSE(std::filesystem::exists(folder.path() / "out.srv")) << error;
+    }
 }
 
 TEST(MidiImport, ChooserTakesTrackAndOctave) {
