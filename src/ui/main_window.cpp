@@ -267,6 +267,7 @@ void MainWindow::wireEditor() {
         return std::pair<int, int>{m_editor->SelStart, m_editor->SelEnd};
     };
     m_playback->statusChanged = [this] { m_playPanel->statusChanged(); };
+    m_playPanel->tempoMoved = [this](int v) { m_editor->LiveTempo = v; };
     m_playTimer = new QTimer(this);
     m_playTimer->setInterval(40);
     connect(m_playTimer, &QTimer::timeout, this, [this] { pollPlayback(); });

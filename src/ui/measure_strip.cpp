@@ -99,7 +99,11 @@ void MeasureStrip::show(const edit::MeasureRange& range) {
         const auto m = i + 1;
         m_labels[i]->setVisible(static_cast<int>(m) <= count);
         const int colour = m < range.LabelColour.size() ? range.LabelColour[m] : edit::ColourYellow;
-        m_labels[i]->setStyleSheet(Style(colour));
+        // Style sheets are dear: a label is restyled only when its colour changes.
+        if (m_labels[i]->property("colour").toInt() != colour || !m_labels[i]->property("colour").isValid()) {
+            m_labels[i]->setStyleSheet(Style(colour));
+            m_labels[i]->setProperty("colour", colour);
+        }
     }
     m_start->setRange(1, count);
     m_end->setRange(1, count);

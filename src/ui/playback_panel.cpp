@@ -82,6 +82,9 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
         player.setTempo(v);
         m_tempoLabel->setText(QString::number(v));
     });
+    QObject::connect(m_tempo, &QSlider::sliderMoved, this, [this](int v) {
+        if (tempoMoved) tempoMoved(v);
+    });
     grid->addWidget(new QLabel("Tempo", this), 1, 0);
     grid->addWidget(m_tempo, 1, 1);
     grid->addWidget(m_tempoLabel, 1, 2);

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 #include <array>
+#include <functional>
 
 class QCheckBox;
 class QGridLayout;
@@ -20,6 +21,9 @@ class Playback;
 class PlaybackPanel : public QWidget {
 public:
     PlaybackPanel(Playback& playback, QWidget* parent = nullptr);
+
+    // The user moved the tempo bar.
+    std::function<void(int tempo)> tempoMoved;
 
     // Buttons and the pause label follow the player's status.
     void statusChanged();

@@ -124,7 +124,11 @@ void ScoreView::paintEvent(QPaintEvent* event) {
     o.currentLine = cursor;
     o.selStart = m_editor.SelStart;
     o.selEnd = m_editor.SelEnd;
-    o.textFontName = render::ResolveTextFont(m_editor.TextFontName);
+    if (m_fontAsked != m_editor.TextFontName) {
+        m_fontAsked = m_editor.TextFontName;
+        m_fontUsed = render::ResolveTextFont(m_fontAsked);
+    }
+    o.textFontName = m_fontUsed;
     render::PaintDisplayList(p, Visible(layout.list, y0, y1), o);
     paintOverlay(p);
 }

@@ -5,6 +5,7 @@
 
 #include <QWidget>
 #include <functional>
+#include <string>
 
 class QPainter;
 
@@ -63,6 +64,7 @@ private:
     ViewLayout& m_layout;
     int m_playLine = 0;
     bool m_banding = false;
+    std::string m_fontAsked, m_fontUsed; // the text font looked up once per name
 };
 
 } // namespace tahrir::ui
