@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <unordered_map>
 
 namespace tahrir::core {
@@ -89,6 +90,15 @@ char32_t NextCodePoint(std::string_view s, std::size_t& i) {
     return c;
 }
 
+// Characters a Persian keyboard types that the code page holds in another form: the
+// Persian yeh as the Arabic one, Persian and Arabic-Indic digits as the plain digits.
+std::optional<unsigned char> Folded(char32_t c) {
+    if (c == U'\u06CC') return static_cast<unsigned char>(0xED);
+    if (c >= U'\u06F0' && c <= U'\u06F9') return static_cast<unsigned char>('0' + (c - U'\u06F0'));
+    if (c >= U'\u0660' && c <= U'\u0669') return static_cast<unsigned char>('0' + (c - U'\u0660'));
+    return std::nullopt;
+}
+
 } // namespace
 
 std::string Cp1256ToUtf8(std::string_view cp1256) {
@@ -106,7 +116,8 @@ std::string Utf8ToCp1256(std::string_view utf8) {
     for (std::size_t i = 0; i < utf8.size();) {
         const char32_t c = NextCodePoint(utf8, i);
         const auto it = table.fromUnicode.find(c);
-        out += it == table.fromUnicode.end() ? '?' : static_cast<char>(it->second);
+        if (it != table.fromUnicode.end()) out += static_cast<char>(it->second);
+        else out += static_cast<char>(Folded(c).value_or('?'));
     }
     return out;
 }

@@ -8,7 +8,8 @@
 namespace tahrir::core {
 
 std::string Cp1256ToUtf8(std::string_view cp1256);
-// Characters with no code page 1256 form become '?'.
+// The Persian yeh and the Persian digits take their code page 1256 forms; other
+// characters with no code page 1256 form become '?'.
 std::string Utf8ToCp1256(std::string_view utf8);
 
 } // namespace tahrir::core

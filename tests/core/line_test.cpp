@@ -61,7 +61,11 @@ TEST(ScoreSheet, InsertRemoveAndLimits) {
 TEST(Cp1256, PersianRoundTrip) {
     const std::string persian = "عنوان سه‌گاه ۱۲";
     const std::string bytes = Utf8ToCp1256(persian);
-    EXPECT_EQ(bytes.size(), 15u) << "one byte a character, Persian digits map to '?'";
+    EXPECT_EQ(bytes.size(), 15u) << "one byte a character";
+    EXPECT_EQ(bytes.substr(13), "12") << "Persian digits are stored as plain digits";
+    // A Persian keyboard types U+06CC for yeh; the code page has only the Arabic yeh (0xED).
+    EXPECT_EQ(Utf8ToCp1256("بیات"), "\xC8\xED\xC7\xCA");
+    EXPECT_EQ(Utf8ToCp1256("\xD9\xA3"), "3") << "Arabic-Indic three";
     const std::string text = "عنوان";
     EXPECT_EQ(Cp1256ToUtf8(Utf8ToCp1256(text)), text);
     EXPECT_EQ(Utf8ToCp1256("\xff\xfe"), "??");
