@@ -108,3 +108,59 @@ TEST(CliSave, RoundTripPadsLinesTo32) {
     EXPECT_EQ(RunCli(folder, {"save", (folder / "s.srv").string()}).code, 1);
     EXPECT_EQ(RunCli(folder, {"save", (folder / "x.srv").string(), "-o", out.string()}).code, 2);
 }
+
+TEST(CliLines, HostileInputsGiveAReportOrANamedError) {
+    TempFolder folder;
+    WriteBytes(folder / "empty.srv", "");
+    const CliRun empty = RunCli(folder, {"lines", (folder / "empty.srv").string(), "--json"});
+    ASSERT_EQ(empty.code, 0) << empty.err;
+    EXPECT_NE(empty.out.find("\"generation\": \"oldest\""), std::string::npos) << empty.out;
+    EXPECT_NE(empty.out.find("\"lastLine\": 0, \"currentLine\": 4"), std::string::npos);
+    EXPECT_NE(empty.out.find("\"lines\": []}"), std::string::npos);
+
+    // Control bytes in a description and a line come out escaped, never raw.
+    WriteBytes(folder / "ctl.srv", Sv5File("a\x01" "b\tc", {"       G", "TEMPO60", "RHYTM4/4",
+                                                           "L^x\x1fy"}));
+    const CliRun ctl = RunCli(folder, {"lines", (folder / "ctl.srv").string(), "--json"});
+    ASSERT_EQ(ctl.code, 0) << ctl.err;
+    EXPECT_NE(ctl.out.find("\"description\": \"a\\u0001b\\tc\""), std::string::npos) << ctl.out;
+    EXPECT_NE(ctl.out.find("\"payload\": \"x\\u001fy\""), std::string::npos) << ctl.out;
+    EXPECT_EQ(ctl.out.find('\x1f'), std::string::npos);
+
+    const CliRun dir = RunCli(folder, {"lines", folder.path().string()});
+    EXPECT_EQ(dir.code, 2);
+    EXPECT_NE(dir.err.find(folder.path().string()), std::string::npos) << dir.err;
+
+    // Random bytes load as an old file: no crash, one report line per sheet index.
+    std::string noise;
+    for (int i = 0; i < 4000; ++i) noise += static_cast<char>((i * 7919 + i / 13) % 256);
+    WriteBytes(folder / "noise.srv", noise);
+    const CliRun garbage = RunCli(folder, {"lines", (folder / "noise.srv").string()});
+    ASSERT_EQ(garbage.code, 0) << garbage.err;
+    EXPECT_EQ(garbage.out.rfind("1\tHeaderLine\t", 0), 0u) << garbage.out.substr(0, 80);
+}
+
+TEST(CliNew, PersianTypedTextTakesTheCodePageForms) {
+    TempFolder folder;
+    const auto out = folder / "bayat.srv";
+    // Yeh as a Persian keyboard types it (U+06CC) and a Persian digit.
+    const CliRun run = RunCli(folder, {"new", "-o", out.string(), "--description", "بیات ۲"});
+    ASSERT_EQ(run.code, 0) << run.err;
+    EXPECT_NE(ReadBytes(out).find("\"\xC8\xED\xC7\xCA 2\"\r\n"), std::string::npos);
+}
+
+TEST(CliSave, FailedSaveKeepsTheOldFile) {
+    TempFolder folder;
+    WriteBytes(folder / "s.srv", kScore);
+    std::filesystem::create_directory(folder / "taken");
+    const CliRun run = RunCli(folder, {"save", (folder / "s.srv").string(), "-o",
+                                       (folder / "taken").string()});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_NE(run.err.find("taken"), std::string::npos) << run.err;
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "taken"));
+    // No temporary file is left beside the target.
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+        files += entry.is_regular_file();
+    EXPECT_EQ(files, 3) << "s.srv, stdout and stderr";
+}
