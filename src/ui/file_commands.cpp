@@ -5,6 +5,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <algorithm>
 #include <filesystem>
 
 #include "core/load_file.h"
@@ -119,7 +120,6 @@ bool MainWindow::openPath(const std::string& path) {
     m_recent->hide();
     m_rangeChosen = false;
     documentLoaded();
-    if (m_doc.TempoSlider > 0) m_playPanel->setTempo(m_doc.TempoSlider);
     if (!opened.recording.empty()) statusBar()->showMessage(QString::fromStdString("Recording: " + opened.recording));
     return true;
 }
@@ -148,6 +148,8 @@ void MainWindow::reload() {
 // The score was replaced: the editor starts afresh and every control follows.
 void MainWindow::documentLoaded() {
     const bool editing = m_editor->EditMode == 1;
+    const double tempo = m_doc.TempoSlider > 0 ? m_doc.TempoSlider : m_doc.CurrentTempo;
+    m_editor->LiveTempo = std::clamp(static_cast<int>(tempo), 20, 320);
     m_editor->documentReplaced();
     if (editing && m_doc.Sheet.CurrentLine < 4 && m_doc.Sheet.LastLine >= 4) m_doc.Sheet.CurrentLine = 4;
     descriptionToPanel();

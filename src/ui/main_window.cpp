@@ -135,8 +135,8 @@ void MainWindow::buildDocks() {
     auto* paletteScroll = new QScrollArea(paletteDock);
     paletteScroll->setWidget(m_palette);
     paletteScroll->setWidgetResizable(true);
-    paletteScroll->setMinimumWidth(310);
-    paletteDock->setMaximumWidth(330);
+    paletteScroll->setMinimumWidth(340);
+    paletteDock->setMaximumWidth(360);
     paletteDock->setWidget(paletteScroll);
     addDockWidget(Qt::LeftDockWidgetArea, paletteDock);
 

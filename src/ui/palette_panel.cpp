@@ -21,7 +21,7 @@ public:
         setCheckable(true);
         setFocusPolicy(Qt::NoFocus);
         setMouseTracking(true);
-        setFixedSize(46, 46);
+        setFixedSize(44, 44);
     }
 
 protected:

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QSlider>
 #include <QTest>
 #include <QToolButton>
 #include <gtest/gtest.h>
@@ -54,6 +55,13 @@ TEST_F(WindowTest, DemoOpensOnLineFourWithItsTitleAndMeasures) {
     EXPECT_EQ(rig.window->measureStrip()->labelCount(), editor().measures.Maximum);
     EXPECT_GT(editor().measures.Maximum, 10);
     EXPECT_GT(rig.window->scoreView()->width(), 600);
+    // The tempo bar takes the score's tempo and keeps it through edits.
+    auto* tempo = rig.window->findChild<QSlider*>("VScroll3");
+    ASSERT_NE(tempo, nullptr);
+    EXPECT_EQ(tempo->value(), 66);
+    rig.key(Qt::Key_Right);
+    EXPECT_EQ(tempo->value(), 66);
+    EXPECT_EQ(rig.window->playback().player().controls().UserTempo.load(), 66);
 }
 
 TEST_F(WindowTest, KeysMoveTheCursorAndEditThePenUntilEnterStoresIt) {

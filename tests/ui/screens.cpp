@@ -1,0 +1,79 @@
+// Pictures of the window for the documentation: ui_screens OUTDIR writes the page view,
+// the working view, help mode and a new score typed from the keyboard.
+
+#include <QLineEdit>
+#include <QTest>
+#include <QToolButton>
+#include <cstdio>
+
+#include "edit/editor.h"
+#include "ui/palette_panel.h"
+#include "ui/score_view.h"
+#include "ui_test_support.h"
+
+using namespace tahrir::ui;
+using namespace tahrir::ui::test;
+
+namespace {
+
+bool Save(MainWindow& w, const std::string& dir, const char* name) {
+    QApplication::processEvents();
+    const std::string path = dir + "/" + name;
+    const bool ok = w.grab().save(QString::fromStdString(path));
+    std::printf("%s %s\n", ok ? "wrote" : "could not write", path.c_str());
+    return ok;
+}
+
+void Keys(WindowRig& rig, std::initializer_list<std::pair<int, Qt::KeyboardModifiers>> keys) {
+    for (const auto& [k, m] : keys) rig.key(k, m);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: ui_screens OUTDIR\n");
+        return 1;
+    }
+    const std::string dir = argv[1];
+    App();
+    bool ok = true;
+    {
+        WindowRig rig;
+        rig.window->resize(1600, 1000);
+        rig.window->openPath(rig.demoCopy());
+        rig.enterEditor();
+        while (rig.window->document().Sheet.CurrentLine < 13) rig.key(Qt::Key_Right);
+        rig.key(Qt::Key_Up);
+        ok &= Save(*rig.window, dir, "ui-page-view.png");
+        rig.key(Qt::Key_H);
+        QTest::mouseClick(rig.window->palette()->entry(15), Qt::LeftButton);
+        ok &= Save(*rig.window, dir, "ui-help-mode.png");
+        rig.key(Qt::Key_H);
+        rig.window->setViewMode(1);
+        ok &= Save(*rig.window, dir, "ui-working-view.png");
+    }
+    {
+        // A short melody in Shur on Sol: La koron, a repeat and a text line.
+        WindowRig rig;
+        rig.window->resize(1600, 1000);
+        rig.dialogs.inputs = {std::string("72"), std::string("4/4"), std::string("2")};
+        rig.window->NewImage();
+        const Qt::KeyboardModifiers none = Qt::NoModifier, shift = Qt::ShiftModifier;
+        Keys(rig, {{Qt::Key_Right, none}, {Qt::Key_Right, none}, {Qt::Key_Right, none}});
+        QTest::mouseClick(rig.window->palette()->entry(19), Qt::LeftButton); // repeat start
+        Keys(rig, {{Qt::Key_Right, none},
+                   {Qt::Key_5, none}, {Qt::Key_AsciiCircum, shift}, {Qt::Key_Return, none},
+                   {Qt::Key_6, none}, {Qt::Key_K, none}, {Qt::Key_AsciiCircum, shift}, {Qt::Key_Return, none},
+                   {Qt::Key_7, none}, {Qt::Key_B, none}, {Qt::Key_5, shift}, {Qt::Key_Return, none},
+                   {Qt::Key_6, none}, {Qt::Key_K, none}, {Qt::Key_4, shift}, {Qt::Key_Return, none},
+                   {Qt::Key_5, none}, {Qt::Key_AsciiCircum, shift}, {Qt::Key_Return, none}});
+        rig.key(Qt::Key_F5, Qt::ShiftModifier); // a text line
+        if (auto* text = rig.window->findChild<QLineEdit*>("TextF6")) {
+            text->setText(QString::fromUtf8("شور"));
+            QTest::keyClick(text, Qt::Key_Return);
+        }
+        ok &= Save(*rig.window, dir, "ui-new-score.png");
+    }
+    return ok ? 0 : 1;
+}
