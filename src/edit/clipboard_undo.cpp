@@ -111,6 +111,13 @@ void Editor::keyPaste(int) {
     }
     const int cursor = CurrentLine();
     if (n <= 0 || cursor < 1) return;
+    // A selection kept across undo may lie beyond the last line; moved by the gap it must
+    // still fit the sheet.
+    if (SelEnd > core::MaxLines || (SelStart > cursor && SelEnd + n > core::MaxLines)) {
+        memoryFull();
+        m_direct = true;
+        return;
+    }
     openGap(n);
     // The selection moves with the gap when it lay below the cursor.
     if (SelStart > cursor) {

@@ -164,4 +164,27 @@ TEST_F(Clipboard, PasteThatWouldPassTheLastLineSaysMemoryFull) {
     EXPECT_EQ(last(), core::MaxLines - 1);
 }
 
+// Undo keeps the selection, so it may name lines that a later page no longer has. Moving
+// such a selection below the gap would copy from beyond line 2048: refused as memory full.
+TEST_F(Clipboard, StaleSelectionThatWouldMovePastTheLastIndexSaysMemoryFull) {
+    load(std::vector<std::string>(core::MaxLines - 3, "13  8"));
+    key(K('A'), kCtrl);
+    key(Key::Del);
+    ASSERT_EQ(last(), 4);
+    key(K('Z'), kCtrl);
+    ASSERT_EQ(last(), core::MaxLines);
+    bandSelect(1400, 2000); // about 600 lines, lying below the cursor on line 4
+    const int selStart = editor->SelStart, selEnd = editor->SelEnd;
+    ASSERT_GT(selEnd + (selEnd - selStart + 1), core::MaxLines); // moved, it passes 2048
+    key(K('C'), kCtrl);
+    key(K('Y'), kCtrl);
+    ASSERT_EQ(last(), 4);
+    const int page = doc.UndoIndex;
+    key(K('V'), kCtrl);
+    EXPECT_EQ(host.messages, std::vector<std::string>{"Memory full!"});
+    EXPECT_EQ(last(), 4);
+    EXPECT_EQ(doc.UndoIndex, page);
+    EXPECT_EQ(editor->SelEnd, selEnd); // nothing has changed
+}
+
 } // namespace tahrir::edit::test
