@@ -179,6 +179,7 @@ void PageWalk::headerTempo() {
 }
 
 void PageWalk::startOfPass() {
+    if (RenderPass == 1) m_rowEndAt.assign(static_cast<std::size_t>(LastLine) + 2, false);
     MeasureNumber = 0;
     DxfBaseY = 0;
     StaffBaseY = TopMargin;

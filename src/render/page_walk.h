@@ -103,6 +103,10 @@ private:
     const LayoutOptions& m_opt;
     LayoutResult& m_out;
     DxfWriter m_dxf;
+    // Lines after which the measuring pass ended a row; the drawing pass ends its rows
+    // there too, since the fixed row head does not scale and would shift its decisions.
+    std::vector<bool> m_rowEndAt;
+    bool rowEndsAfter(int i, bool measured);
     std::string m_padded[2]; // scratch for line(): two lines may be read at once
     mutable int m_padSlot = 0;
 
