@@ -13,6 +13,7 @@
 #include "core/session_tables.h"
 #include "play/pitch_table.h"
 #include "ui/playback.h"
+#include "ui/tempo_knob.h"
 
 namespace tahrir::ui {
 
@@ -78,16 +79,23 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
     m_tempo->setValue(60);
     m_tempo->setFocusPolicy(Qt::NoFocus);
     m_tempoLabel = new QLabel("60", this);
-    QObject::connect(m_tempo, &QSlider::valueChanged, this, [this, &player](int v) {
+    auto* knob = new TempoKnob(this);
+    QObject::connect(m_tempo, &QSlider::valueChanged, this, [this, &player, knob](int v) {
         player.setTempo(v);
         m_tempoLabel->setText(QString::number(v));
+        knob->setTempo(v);
     });
+    knob->dragged = [this](int v) {
+        m_tempo->setValue(v);
+        if (tempoMoved) tempoMoved(v);
+    };
     QObject::connect(m_tempo, &QSlider::sliderMoved, this, [this](int v) {
         if (tempoMoved) tempoMoved(v);
     });
     grid->addWidget(new QLabel("Tempo", this), 1, 0);
     grid->addWidget(m_tempo, 1, 1);
     grid->addWidget(m_tempoLabel, 1, 2);
+    grid->addWidget(knob, 2, 1);
 
     m_volume = Bar("VolScr", 0, 90, 30, this);
     QObject::connect(m_volume, &QScrollBar::valueChanged, this,
@@ -106,8 +114,8 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
     volumeRow->addWidget(mute);
     volumeRow->addWidget(m_volume);
     volumeRow->addWidget(loud);
-    grid->addWidget(new QLabel("Volume", this), 2, 0);
-    grid->addLayout(volumeRow, 2, 1, 1, 2);
+    grid->addWidget(new QLabel("Volume", this), 3, 0);
+    grid->addLayout(volumeRow, 3, 1, 1, 2);
 
     // Koron from 0 down to -32, sori from 32 down to 0; the labels show 64 plus the value.
     m_koron = Bar("VScroll1", -32, 0, play::DefaultKoronBend, this);
@@ -124,12 +132,12 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
         player.setSoriBend(v);
         m_soriLabel->setText(QString::number(64 + v));
     });
-    grid->addWidget(new QLabel("Koron", this), 3, 0);
-    grid->addWidget(m_koron, 3, 1);
-    grid->addWidget(m_koronLabel, 3, 2);
-    grid->addWidget(new QLabel("Sori", this), 4, 0);
-    grid->addWidget(m_sori, 4, 1);
-    grid->addWidget(m_soriLabel, 4, 2);
+    grid->addWidget(new QLabel("Koron", this), 4, 0);
+    grid->addWidget(m_koron, 4, 1);
+    grid->addWidget(m_koronLabel, 4, 2);
+    grid->addWidget(new QLabel("Sori", this), 5, 0);
+    grid->addWidget(m_sori, 5, 1);
+    grid->addWidget(m_soriLabel, 5, 2);
 
     m_transpose = Bar("HScroll1", 12, 36, play::TransposeCentre, this);
     m_transposeLabel = new QLabel("0", this);
@@ -144,12 +152,12 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
     });
     QObject::connect(standard, &QToolButton::clicked, this,
                      [this] { m_transpose->setValue(play::TransposeCentre); });
-    grid->addWidget(new QLabel("Transpose", this), 5, 0);
-    grid->addWidget(m_transpose, 5, 1);
+    grid->addWidget(new QLabel("Transpose", this), 6, 0);
+    grid->addWidget(m_transpose, 6, 1);
     auto* transposeRow = new QHBoxLayout;
     transposeRow->addWidget(m_transposeLabel);
     transposeRow->addWidget(standard);
-    grid->addLayout(transposeRow, 5, 2);
+    grid->addLayout(transposeRow, 6, 2);
 }
 
 void PlaybackPanel::buildInstruments(QGridLayout* grid) {
@@ -167,7 +175,7 @@ void PlaybackPanel::buildInstruments(QGridLayout* grid) {
         QObject::connect(b, &QToolButton::clicked, this, [&player, i] { player.chooseInstrument(i); });
         buttons->addWidget(b);
     }
-    grid->addLayout(buttons, 6, 0, 1, 3);
+    grid->addLayout(buttons, 7, 0, 1, 3);
     m_instruments = new QComboBox(this);
     m_instruments->setObjectName("InsList");
     for (const auto& ins : table)
@@ -175,7 +183,7 @@ void PlaybackPanel::buildInstruments(QGridLayout* grid) {
     m_instruments->setFocusPolicy(Qt::NoFocus);
     QObject::connect(m_instruments, &QComboBox::activated, this,
                      [&player](int row) { player.chooseListInstrument(row); });
-    grid->addWidget(m_instruments, 7, 0, 1, 3);
+    grid->addWidget(m_instruments, 8, 0, 1, 3);
 
     auto* checks = new QHBoxLayout;
     auto* countIn = new QCheckBox("Count-in", this);
@@ -191,8 +199,8 @@ void PlaybackPanel::buildInstruments(QGridLayout* grid) {
     QObject::connect(countIn, &QCheckBox::toggled, this, [&player](bool on) { player.controls().CountIn = on; });
     QObject::connect(loop, &QCheckBox::toggled, this, [&player](bool on) { player.controls().Loop = on; });
     QObject::connect(pedal, &QCheckBox::toggled, this, [&player](bool on) { player.setPedal(on); });
-    grid->addLayout(checks, 8, 0, 1, 3);
-    grid->setRowStretch(9, 1);
+    grid->addLayout(checks, 9, 0, 1, 3);
+    grid->setRowStretch(10, 1);
 }
 
 void PlaybackPanel::statusChanged() {

@@ -5,12 +5,14 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSlider>
 #include <QTest>
 #include <gtest/gtest.h>
 
 #include "edit/editor.h"
 #include "ui/playback.h"
 #include "ui/score_view.h"
+#include "ui/tempo_knob.h"
 #include "ui_test_support.h"
 
 namespace tahrir::ui::test {
@@ -89,6 +91,43 @@ TEST(WindowPlayback, SlidersStartAtTheirDefaultsAndReachThePlayer) {
     EXPECT_EQ(rig.window->findChild<QLabel*>("TransposeLabel")->text(), "+3");
     QTest::mouseClick(rig.window->findChild<QWidget*>("DiapazonImg"), Qt::LeftButton);
     EXPECT_EQ(controls.Transpose.load(), 24);
+}
+
+} // namespace
+} // namespace tahrir::ui::test
+
+namespace tahrir::ui::test {
+namespace {
+
+TEST(TempoKnob, TrackPlacesMapToTempiAndTheBoxEndsTheDrag) {
+    EXPECT_EQ(TempoKnob::TempoAt(500, 10), 20);
+    EXPECT_EQ(TempoKnob::TempoAt(1831, 10), 320);
+    EXPECT_EQ(TempoKnob::TempoAt(500 + 1331 / 2.0, 10), 170);
+    EXPECT_EQ(TempoKnob::TempoAt(100, 10), 20); // left of the scale: the lowest tempo
+    EXPECT_FALSE(TempoKnob::TempoAt(1832, 10).has_value());
+    EXPECT_FALSE(TempoKnob::TempoAt(-1, 10).has_value());
+    EXPECT_FALSE(TempoKnob::TempoAt(900, 1501).has_value());
+}
+
+TEST(TempoKnob, ViewerArrowsStepTheTempoAndMoveTheKnob) {
+    WindowRig rig;
+    ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
+    ASSERT_EQ(rig.window->editor().EditMode, 0);
+    auto* bar = rig.window->findChild<QSlider*>("VScroll3");
+    auto* knob = rig.window->findChild<QLabel*>("Image2");
+    ASSERT_TRUE(bar && knob);
+    const int x66 = knob->x();
+    rig.key(Qt::Key_Right);
+    rig.key(Qt::Key_Period);
+    EXPECT_EQ(bar->value(), 68);
+    EXPECT_EQ(rig.window->playback().player().controls().UserTempo.load(), 68);
+    // Two tempo steps are 2 / 300 of 1331 twips: about 9 twips, under a pixel less than one.
+    EXPECT_NEAR(knob->x() - x66, 2.0 / 300 * 1331 / TwipsPerPixel, 1.0);
+    // A drag on the track sets the bar.
+    auto* track = rig.window->findChild<QWidget*>("Image1");
+    QTest::mousePress(track, Qt::LeftButton, Qt::NoModifier,
+                      QPoint(static_cast<int>(1831 / TwipsPerPixel), 5));
+    EXPECT_EQ(bar->value(), 320);
 }
 
 } // namespace
