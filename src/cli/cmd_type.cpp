@@ -43,7 +43,12 @@ public:
         const render::LayoutResult result = render::RefreshView(sheet, m_options);
         positions = result.positions;
         edit::LayoutFacts facts;
-        facts.measureCount = result.MeasureNumber + 1;
+        // The last measure is the last one whose number is shown: the label after a
+        // closing barline with nothing behind it stays hidden and is no measure to choose.
+        facts.measureCount = 1;
+        for (const render::MeasureLabel& label : result.measures)
+            if (label.visible && label.number > facts.measureCount)
+                facts.measureCount = label.number;
         facts.leftMargin = m_options.LeftMargin;
         // The walk leaves the last rhythm word it read.
         for (int i = 3; i <= sheet.LastLine; ++i) {
