@@ -135,6 +135,7 @@ int RunPlay(const Argv& argv) {
         c.CountIn = args.flag("--count-in");
         RunOptions options;
         options.EventLogFile = logFile;
+        options.EndAtFin = true; // nobody is there to press Stop
         if (realtime) {
             player.play(doc.Sheet, options);
             player.wait();

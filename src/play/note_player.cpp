@@ -35,8 +35,10 @@ int IntervalCount(char c) {
     return 0;
 }
 
+// The interval forms run from "1" to "K" as characters, the signs between "9" and "A"
+// included.
 bool IsIntervalDigit(char c) {
-    return (c >= '1' && c <= '9') || (c >= 'A' && c <= 'K');
+    return c >= '1' && c <= 'K';
 }
 
 // One event of a fixed expansion: which note, its share of the note's seconds, and
@@ -196,8 +198,10 @@ void NotePlayer::PlayNoteLine(int step, int octave, int duration, char accidenta
     if (!resolved) return;
     Resolved& r = *resolved;
     const int base = 90 - m_controls.VolScr.load(std::memory_order_relaxed);
-    // An accent above 127 would spill into the next byte; it is held at 127.
-    NoteVelocity = mark == "AC" ? std::min(127, static_cast<int>(std::lround(base * 1.5))) : base;
+    // The accent rounds half to even; above 127 it would spill into the next byte, so it
+    // is held at 127.
+    NoteVelocity =
+        mark == "AC" ? std::min(127, static_cast<int>(std::nearbyint(base * 1.5))) : base;
     VoiceChannel = m_midi.CountInActive ? CountInChannel : r.mainChannel;
     if (m_midi.CountInActive) r.mainChannel = CountInChannel;
     CompanionChannel = r.companionChannel;

@@ -118,7 +118,8 @@ void Scheduler::readHead() {
         m_state.KeySignature[s] = sheet[1].at(static_cast<int>(s));
         m_state.OriginalSignature[s] = m_state.KeySignature[s];
     }
-    m_state.UserTempo = m_controls.UserTempo.load();
+    // The tempo bar never leaves 20..320, so no run divides by a tempo of 0.
+    m_state.UserTempo = std::clamp(m_controls.UserTempo.load(), 20, 320);
     m_state.ActiveTempo = m_state.UserTempo;
     if (sheet[2].startsWith("TEMPO")) m_state.ScoreTempo = LeadingValue(sheet[2].field(6, 4));
     if (m_state.ScoreTempo == 0) m_state.ScoreTempo = 60;
@@ -131,6 +132,7 @@ double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& optio
     if (m_controls.StopRequest.load()) return 0;
     m_sheet = &sheet;
     m_clock = &clock;
+    m_endAtFin = options.EndAtFin || !clock.realTime();
     m_notes.setSheet(&sheet);
     m_notes.setClock(&clock);
     m_state.ScoreTempo = 60;
@@ -260,7 +262,7 @@ Scheduler::Pass Scheduler::walkLine(const Fields& f, bool inRange) {
     }
     if (isFin(line) && !m_large.done) {
         // Music after the end mark is never reached: the walk rests here until Stop.
-        if (m_line >= m_sheet->LastLine || !m_clock->realTime()) return Pass::End;
+        if (m_line >= m_sheet->LastLine || m_endAtFin) return Pass::End;
         while (!m_controls.StopRequest.load())
             std::this_thread::sleep_for(10ms);
         return Pass::End;
@@ -338,7 +340,9 @@ bool Scheduler::controlLine(const core::ScoreLine& line) {
         if (!c.done && m_startMeasure <= c.measure) {
             restore(c);
             c.done = true;
-            if (token == "REPS}" && m_line + 1 == 4) {
+            // Back at the head of the music (the opening on line 4, or none at all): the
+            // signature of line 1 holds again.
+            if (token == "REPS}" && (m_line == 3 || m_line == 4)) {
                 for (std::size_t s = 1; s <= 7; ++s)
                     m_state.KeySignature[s] = m_state.OriginalSignature[s] =
                         (*m_sheet)[1].at(static_cast<int>(s));
@@ -407,8 +411,8 @@ void Scheduler::repeatSign(bool two) {
 }
 
 void Scheduler::applyLiveControls() {
-    const int tempo = m_controls.UserTempo.load(std::memory_order_relaxed);
-    if (tempo != m_state.UserTempo && tempo > 0) {
+    const int tempo = std::clamp(m_controls.UserTempo.load(std::memory_order_relaxed), 20, 320);
+    if (tempo != m_state.UserTempo) {
         m_state.ActiveTempo = m_state.ActiveTempo * tempo / m_state.UserTempo;
         m_state.UserTempo = tempo;
     }

@@ -18,6 +18,9 @@ struct RunOptions {
     int SelectionStartLine = 0; // both 0 when nothing is marked
     int SelectionEndLine = 0;
     std::filesystem::path EventLogFile; // "tmpmid.txt"; empty writes no file
+    // Nobody can press Stop (the command line): an end mark ends a real-time run as it
+    // ends a virtual one, instead of holding the walk there.
+    bool EndAtFin = false;
 };
 
 class Scheduler {
@@ -71,6 +74,7 @@ private:
     PlayControls& m_controls;
     const core::ScoreSheet* m_sheet = nullptr;
     PlayClock* m_clock = nullptr;
+    bool m_endAtFin = false;
 
     int m_line = 4;
     int m_firstLine = 4;

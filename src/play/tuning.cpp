@@ -134,7 +134,8 @@ void BaseFrequencyTuner::apply(MidiOut& midi, double hertz) {
     // Bend arguments are whole numbers: the centre is rounded half to even.
     const auto whole = [](double v) { return static_cast<int>(std::nearbyint(v)); };
     if (ratio < 1.0595 && ratio > 0.923) {
-        BendCentre = std::trunc(std::log10(ratio) * 1000) / 0.75 + 64;
+        // Int rounds down, also below 440 Hz where the logarithm is negative.
+        BendCentre = std::floor(std::log10(ratio) * 1000) / 0.75 + 64;
         midi.MidiPitchBend(0, whole(BendCentre + 16), KoronChannel);
         midi.MidiPitchBend(0, whole(BendCentre), NaturalChannel);
     }

@@ -88,6 +88,15 @@ TEST_F(NotePlayerTest, AccentVelocityIsHeldAt127) {
     EXPECT_EQ(events[0].velocity, 90);  // 60 * 1.5
     EXPECT_EQ(events[1].velocity, 127); // 90 * 1.5 = 135 would spill
     EXPECT_EQ(events[3].velocity, 90);
+    // Halves round to the even neighbour: 63 * 1.5 = 94.5 gives 94, 61 * 1.5 = 91.5 gives 92.
+    sink.clear();
+    controls.VolScr = 27;
+    line(4, 3, 8, ' ', "AC");
+    controls.VolScr = 29;
+    line(5, 3, 8, ' ', "AC");
+    const auto halves = NoteEvents(sink);
+    EXPECT_EQ(halves[0].velocity, 94);
+    EXPECT_EQ(halves[2].velocity, 92);
 }
 
 TEST_F(NotePlayerTest, PedalHoldsEveryNote) {
@@ -176,6 +185,12 @@ TEST_F(NotePlayerTest, IntervalMordentPlaysTheLowerCompanion) {
     EXPECT_EQ(NoteOns(sink),
               (std::vector<std::pair<int, int>>{{64, 3}, {67, 3}, {64, 3}, {60, 3}}));
     EXPECT_NEAR(OnTimes(sink)[3], 0.98, 1e-9);
+    // Every first character from "1" to "K" makes the interval form, ":" included; its
+    // companion is step - Val(":M") = step - 0, the note itself.
+    sink.clear();
+    line(5, 3, 8, ' ', ":M");
+    EXPECT_EQ(NoteOns(sink), (std::vector<std::pair<int, int>>{{67, 3}, {67, 3}, {67, 3}}));
+    EXPECT_NEAR(OnTimes(sink)[2] - OnTimes(sink)[0], 0.2, 1e-9); // 0.1 and 0.1, then 0.78
 }
 
 TEST_F(NotePlayerTest, TrillAndRizFillFourFifthsOfTheNote) {

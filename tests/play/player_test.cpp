@@ -93,6 +93,31 @@ TEST(Player, StopEndsARunAtOnceAndSilencesEverything) {
     EXPECT_TRUE(sink.contains(PackNoteOn(64, 60, 3)));
 }
 
+TEST(Player, AnEndMarkHoldsARealTimeRunUntilStopUnlessNobodyCanStopIt) {
+    const auto sheet = Sheet("", 60, "4/4",
+                             {Note(1, 3, 1), testing::Directive("LCFIN"), Note(2, 3, 1)});
+    LockedSink sink;
+    Player player(&sink);
+    player.startUp();
+    player.controls().UserTempo = 320;
+    player.play(sheet, {});
+    ASSERT_TRUE(Eventually([&] { return sink.contains(PackNoteOn(60, 60, 3)); }));
+    std::this_thread::sleep_for(200ms); // the 32nd has long run out: the walk rests
+    EXPECT_TRUE(player.running());
+    player.stop();
+    ASSERT_TRUE(Eventually([&] { return !player.running(); }));
+    player.wait();
+    // The command line's run: nobody is there to press Stop, so the mark ends it.
+    RunOptions unattended;
+    unattended.EndAtFin = true;
+    player.play(sheet, unattended);
+    const bool ended = Eventually([&] { return !player.running(); });
+    if (!ended) player.stop();
+    player.wait();
+    EXPECT_TRUE(ended);
+    EXPECT_FALSE(sink.contains(PackNoteOn(62, 60, 3)));
+}
+
 TEST(Player, SlidersAndInstrumentActDuringARunAndWhenIdle) {
     const auto sheet = Scale(60);
     LockedSink sink;

@@ -119,6 +119,16 @@ TEST_F(WalkTest, LargeRepeatAndFin) {
     EXPECT_EQ(keys(fin), (std::vector<int>{60}));
     const auto textFin = Sheet("", 60, "2/4", {Note(1, 3, 16), Directive("L-FIN"), Note(2, 3, 16)});
     EXPECT_EQ(keys(textFin), (std::vector<int>{60}));
+    // A large repeat that opens the music goes back to line 1's signature: the Si made
+    // koron in mid-score is natural again on the second pass.
+    const auto signature = Sheet("", 60, "2/4",
+                                 {Directive("REPS{"), Note(7, 3, 8), Directive("ALL7K"),
+                                  Note(7, 3, 8), Bar(), Directive("REPS}")});
+    keys(signature);
+    std::vector<int> channels;
+    for (const NoteEvent& e : NoteEvents(sink))
+        if (e.kind == 'N') channels.push_back(e.channel);
+    EXPECT_EQ(channels, (std::vector<int>{3, 2, 3, 2}));
 }
 
 TEST_F(WalkTest, RepeatSignsReplayTheLastMeasures) {
@@ -218,6 +228,12 @@ TEST_F(WalkTest, EmptyAndHostileSheetsEndCleanly) {
     keys(odd);
     EXPECT_TRUE(std::isfinite(seconds));
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
+    // A tempo bar set below its range (a score whose tempo is 0 leaves it unset) plays at
+    // the bar's minimum of 20: a quarter lasts 3 seconds.
+    player.controls().UserTempo = 0;
+    keys(Sheet("", 0, "4/4", {Note(1, 3, 8), Note(2, 3, 8)}));
+    EXPECT_EQ(onTimes(), (std::vector<double>{0, 3}));
+    player.controls().UserTempo = 60;
 }
 
 } // namespace

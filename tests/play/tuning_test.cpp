@@ -100,6 +100,14 @@ TEST(Tuning, BaseFrequencyBendsMirrorTheMainPlan) {
                                                  PackPitchBend(0, 79, 3), PackPitchBend(0, 63, 4)};
     EXPECT_EQ(sink.messages(), expected);
     EXPECT_NEAR(tuner.BendCentre, 64 + 11 / 0.75, 1e-9);
+    // Below 440 the logarithm is negative and Int rounds it down: log10(430/440) * 1000 =
+    // -9.98 gives -10, centre 64 - 13.33 = 50.67; the bends 66.67, 50.67, 34.67 round to
+    // 67, 51 and 35 (cutting toward zero would give 68, 52 and 36).
+    sink.clear();
+    tuner.apply(midi, 430);
+    EXPECT_EQ(sink.messages(), (std::vector<std::uint32_t>{PackPitchBend(0, 67, 2),
+                                                           PackPitchBend(0, 51, 3),
+                                                           PackPitchBend(0, 35, 4)}));
 }
 
 TEST(Outputs, OpenEitherSucceedsOrSaysWhy) {
