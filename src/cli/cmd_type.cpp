@@ -1,5 +1,6 @@
 // Editing: feeds key tokens to the score view's key handler and saves the result.
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <map>
@@ -297,6 +298,8 @@ int RunType(const Argv& argv) {
     edit::MemoryClipboard clipboard;
     edit::FileUndoPages pages(core::PageStore::PathIn(folder.folder));
     Editor editor(doc, {&layout, &audio, &clipboard, &host, &pages}, folder.folder);
+    // The live tempo bar starts at 20 and follows a score tempo above 20, as at start-up.
+    editor.LiveTempo = doc.TempoSlider > 0 ? std::clamp(doc.TempoSlider, 20, 320) : 20;
     editor.documentReplaced();
     editor.editorClick();
     for (const Action& action : actions)

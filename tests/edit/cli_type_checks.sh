@@ -57,6 +57,12 @@ s=$(state "$work/rest.srv" "3 Enter Left F2")
 expect "REP{ before the Mi" "$(line_of 4)" "REP{"
 expect "the Mi sounds again" "$(field sounded "$s")" "[[64, 3], [64, 3]]"
 
+# Shift+F8 times the cue from the live tempo bar, which the score's tempo of 90 has set:
+# 6000 / (90 x 1 x 8) = 8.3 for a beat of a quarter.
+sed 's/TEMPO60/TEMPO90/' "$work/rest.srv" >"$work/ninety.srv"
+state "$work/ninety.srv" "3 Enter Shift+F8" >/dev/null
+expect "speed cue at tempo 90" "$(line_of 5)" "LvT=8"
+
 # The header line has no symbol: a click on it moves nothing.
 s=$(state "$work/rest.srv" "3 Enter Click:1")
 expect "cursor after Click:1" "$(field currentLine "$s")" 5
