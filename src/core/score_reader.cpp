@@ -125,7 +125,8 @@ LoadResult ParseScore(std::string_view bytes, bool builtIn, Document& doc) {
         if ((count == 2 && UpperAscii(std::string_view(line).substr(0, 5)) == "TEMPO") || tempoSeen) {
             // Line 1 never moves once stored, so storing it again would change nothing.
             if (!tempoSeen) sheet[1] = ScoreLine(kept);
-            sheet[count] = ScoreLine(line);
+            // Past a full sheet only an accepted line is an overflow; a dropped one is not.
+            if (count <= MaxLines) sheet[count] = ScoreLine(line);
             tempoSeen = true;
         }
         if (count >= 4 && AllBlanks(line)) line = "L        ";

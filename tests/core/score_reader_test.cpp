@@ -181,6 +181,13 @@ TEST_F(Reader, MoreThan2048LinesLeavesTheOpenScoreUntouched) {
     const auto full = load(bytes);
     EXPECT_EQ(full.result.status, LoadStatus::Complete);
     EXPECT_EQ(full.doc.Sheet.LastLine, MaxLines);
+    // The limit counts accepted lines: a clef change or a stray line after a full sheet
+    // is dropped like any other, not taken for line 2049.
+    for (const char* tail : {"GSIGN\r\n", "junk\r\n"}) {
+        const auto dropped = load(bytes + tail);
+        EXPECT_EQ(dropped.result.status, LoadStatus::Partial) << tail;
+        EXPECT_EQ(dropped.doc.Sheet.LastLine, MaxLines) << tail;
+    }
 
     Document open = load(Sv5File("open", {"       G", "TEMPO 60", "RHYTM4/4", "13  8"})).doc;
     open.DirtyFlag = true;
