@@ -2,6 +2,7 @@
 // the text tool, the help hint and the view settings.
 
 #include <QLabel>
+#include <QMouseEvent>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSlider>
@@ -42,6 +43,17 @@ protected:
                 red += c.red() > 200 && c.green() < 80 && c.blue() < 80;
             }
         return red;
+    }
+    int bluePixels(int row) {
+        ScoreView* view = rig.window->scoreView();
+        const QImage image = view->grab(view->rowRect(row)).toImage();
+        int blue = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor c = image.pixelColor(x, y);
+                blue += c.blue() > 200 && c.red() < 80 && c.green() < 80;
+            }
+        return blue;
     }
     WindowRig rig;
 };
@@ -213,6 +225,37 @@ TEST_F(WindowTest, AClickOnASymbolMovesTheCursorThere) {
     QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, p.toPoint());
     EXPECT_EQ(sheet().CurrentLine, target);
     EXPECT_EQ(sheet().PenLine().text(), line(target));
+}
+
+TEST_F(WindowTest, ABandDraggedOverARowSelectsItsNotesInBlue) {
+    ScoreView* view = rig.window->scoreView();
+    const auto& pos = rig.window->layout().result().positions;
+    const double y = pos.LinePosY[8];
+    const double x0 = pos.LinePosX[8] - 0.5, x1 = pos.LinePosX[12] + 0.5;
+    const QPoint from = view->toPixels(x0, y - 11).toPoint(), to = view->toPixels(x1, y + 1).toPoint();
+    ASSERT_EQ(view->lineAt(view->toUnits(from)), 0);
+    const int unselectedBlue = bluePixels(8);
+    QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, from);
+    QMouseEvent move(QEvent::MouseMove, QPointF(to), view->mapToGlobal(QPointF(to)), Qt::NoButton,
+                     Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view, &move);
+    EXPECT_TRUE(editor().band.visible);
+    QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, to);
+    EXPECT_FALSE(editor().band.visible);
+    // The lines whose symbols lie inside the band, from the layout's own table.
+    int first = 0, last = 0;
+    for (int i = 1; i <= sheet().LastLine; ++i) {
+        const double x = pos.LinePosX[static_cast<std::size_t>(i)], top = pos.LinePosY[static_cast<std::size_t>(i)];
+        if (x >= x0 && x <= x1 && top >= y - 11 && top <= y + 1) {
+            if (first == 0) first = i;
+            last = i;
+        }
+    }
+    ASSERT_GT(last, first);
+    EXPECT_EQ(editor().SelStart, std::max(first, 5));
+    EXPECT_EQ(editor().SelEnd, last);
+    // Selected notes are painted blue, beyond the blue of the measure numbers.
+    EXPECT_GT(bluePixels(8), unselectedBlue + 20);
 }
 
 } // namespace
