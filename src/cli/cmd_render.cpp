@@ -1,6 +1,7 @@
 // Drawing: the page as an image, PDF, SVG or DXF, and the position table as JSON.
 
-#include <cstdio>
+#include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -63,10 +64,13 @@ std::string ReadView(Args& args, LayoutOptions& options) {
     return {};
 }
 
+// The shortest text that reads back as the same double: staff units keep every digit the
+// position table holds. JSON has no infinities, so those become null.
 std::string Number(double v) {
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%.4g", v);
-    return buf;
+    if (!std::isfinite(v)) return "null";
+    char buf[40];
+    const auto done = std::to_chars(buf, buf + sizeof buf, v);
+    return std::string(buf, done.ptr);
 }
 
 void WriteLayoutJson(std::ostream& out, const LayoutResult& r, int lastLine) {

@@ -1,0 +1,172 @@
+// tahrir-cli render and layout run as a script would run them: exit codes, messages on
+// stderr, the files of each format and the keys and numbers of the layout JSON.
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+namespace tahrir::render {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ReadText(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// A fresh folder under the system's temporary folder, removed afterwards.
+class RenderCli : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::random_device rd;
+        m_dir = fs::temp_directory_path() / ("tahrir-render-cli-" + std::to_string(rd()));
+        fs::create_directories(m_dir);
+        // One measure of a whole note in 4/4 at tempo 60.
+        Write("one.srv", "\"Sv5 Tahrir score\"\r\n\"Test\r\n\"\r\n       G\r\nTEMPO60\r\n"
+                         "RHYTM4/4\r\n73 32\r\n");
+    }
+    void TearDown() override {
+        std::error_code ec;
+        fs::remove_all(m_dir, ec);
+    }
+
+    fs::path Path(const std::string& name) const { return m_dir / name; }
+    void Write(const std::string& name, const std::string& bytes) const {
+        std::ofstream(Path(name), std::ios::binary) << bytes;
+    }
+
+    struct Run {
+        int code = -1;
+        std::string out, err;
+    };
+    Run Cli(const std::string& args) const {
+        const std::string command = std::string("'") + TAHRIR_CLI + "' " + args +
+                                    " --app-folder '" + Path("app").string() + "' >'" +
+                                    Path("stdout").string() + "' 2>'" + Path("stderr").string() +
+                                    "'";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(Path("stdout")),
+                ReadText(Path("stderr"))};
+    }
+    std::string Arg(const std::string& name) const { return "'" + Path(name).string() + "'"; }
+
+    fs::path m_dir;
+};
+
+TEST_F(RenderCli, EachFormatWritesItsFile) {
+    const struct {
+        const char* name;
+        std::string head;
+    } formats[] = {{"page.png", "\x89PNG"}, {"page.pdf", "%PDF"}, {"page.svg", "<?xml"},
+                   {"page.dxf", " 0 \r\nSECTION\r\n 2 \r\nENTITIES\r\n 0 \r\nTEXT\r\n8\r\n"
+                                "finger\r\n 10\r\n"}};
+    for (const auto& f : formats) {
+        const Run r = Cli("render " + Arg("one.srv") + " -o " + Arg(f.name));
+        EXPECT_EQ(r.code, 0) << f.name << ": " << r.err;
+        const std::string bytes = ReadText(Path(f.name));
+        EXPECT_EQ(bytes.substr(0, f.head.size()), f.head) << f.name;
+    }
+    const std::string svg = ReadText(Path("page.svg"));
+    EXPECT_NE(svg.find("<svg"), std::string::npos);
+    // The DXF title stands at half the page less 6: the default picture is A4, 11906
+    // twips, at zoom 3 / 5 and 250 twips a unit, less the right margin of 4: 75.3733 units,
+    // so x = 31.6867, written "31.69"; then the score's name, and the stream's end.
+    const std::string dxf = ReadText(Path("page.dxf"));
+    EXPECT_NE(dxf.find("finger\r\n 10\r\n31.69\r\n 20\r\n220.\r\n 30\r\n0.0\r\n"),
+              std::string::npos);
+    EXPECT_NE(dxf.find("  1\r\none.srv\r\n  7\r\nITALICC\r\n  0\r\n"), std::string::npos);
+    EXPECT_TRUE(dxf.ends_with("SEQEND\r\n  8\r\n0\r\n  0\r\nENDSEC\r\n 0 \r\nEOF\r\n"));
+    // Only the .dxf asks for the stream: the page files leave no drawing beside them.
+    EXPECT_FALSE(fs::exists(Path("one.srvDXF")));
+}
+
+TEST_F(RenderCli, BadInputsOptionsAndTargets) {
+    Run r = Cli("render " + Arg("absent.srv") + " -o " + Arg("x.png"));
+    EXPECT_EQ(r.code, 2);
+    EXPECT_NE(r.err.find("absent.srv"), std::string::npos) << r.err;
+    r = Cli("layout " + Arg("absent.srv") + " --json");
+    EXPECT_EQ(r.code, 2);
+    EXPECT_NE(r.err.find("absent.srv"), std::string::npos) << r.err;
+
+    for (const char* target : {"no/such/folder/x.png", "no/such/folder/x.dxf",
+                               "no/such/folder/x.pdf"}) {
+        r = Cli("render " + Arg("one.srv") + " -o " + Arg(target));
+        EXPECT_EQ(r.code, 2) << target;
+        EXPECT_NE(r.err.find("no/such/folder"), std::string::npos) << r.err;
+    }
+    for (const std::string& args :
+         {"render " + Arg("one.srv") + " -o " + Arg("x.jpg"),
+          "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --view side",
+          "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --zoom none",
+          "render " + Arg("one.srv"), "layout " + Arg("one.srv"),
+          "layout " + Arg("one.srv") + " --json --view 2"}) {
+        r = Cli(args);
+        EXPECT_EQ(r.code, 1) << args;
+        EXPECT_FALSE(r.err.empty()) << args;
+    }
+}
+
+TEST_F(RenderCli, AnyBytesDrawWithoutFault) {
+    std::mt19937 random(7);
+    std::string garbage(4000, '\0');
+    for (char& c : garbage) c = static_cast<char>(random());
+    Write("garbage.srv", garbage);
+    Write("empty.srv", "");
+    Write("long.srv", std::string(200000, '7') + "\r\n");
+    for (const char* name : {"garbage.srv", "empty.srv", "long.srv"}) {
+        const Run page = Cli("render " + Arg(name) + " -o " + Arg("x.png"));
+        EXPECT_TRUE(page.code == 0 || page.code == 2) << name << ": " << page.code;
+        const Run layout = Cli("layout " + Arg(name) + " --json --view working");
+        EXPECT_TRUE(layout.code == 0 || layout.code == 2) << name << ": " << layout.code;
+        if (layout.code == 0) {
+            EXPECT_TRUE(QJsonDocument::fromJson(QByteArray::fromStdString(layout.out)).isObject())
+                << name;
+        }
+    }
+}
+
+TEST_F(RenderCli, LayoutJsonKeysAndFullNumbers) {
+    const Run r = Cli("layout " + Arg("one.srv") + " --json");
+    ASSERT_EQ(r.code, 0) << r.err;
+    const QJsonObject o = QJsonDocument::fromJson(QByteArray::fromStdString(r.out)).object();
+    EXPECT_EQ(o.value("rows").toInt(), 1);
+    // The measuring pass: clef and row start bring the pen to 10, the header adds 0.8, the
+    // time signature 5, the whole note 8 and the barline 1.8: 25.6 of 75.3733 units.
+    const QJsonArray ratios = o.value("rowRatios").toArray();
+    ASSERT_EQ(ratios.size(), 1);
+    EXPECT_NEAR(ratios[0].toDouble(), 25.6 / (11906 / 0.6 / 250 - 4), 1e-9);
+    // That ratio, 0.3396, is in the band of 1 / (r x 1.9): the header's 0.8 and the time
+    // signature's 5 are stretched by it, so the note stands at 10 + 5.8 x 1.5497.
+    const double scale = 1 / (ratios[0].toDouble() * 1.9);
+    const QJsonArray lines = o.value("lines").toArray();
+    ASSERT_EQ(lines.size(), 4);
+    EXPECT_EQ(lines[3].toObject().value("index").toInt(), 4);
+    EXPECT_NEAR(lines[3].toObject().value("x").toDouble(), 10 + 5.8 * scale, 1e-9);
+    EXPECT_EQ(lines[3].toObject().value("y").toDouble(), 26);
+    EXPECT_EQ(lines[0].toObject().value("x").toDouble(), -1);
+    // The first measure's number stands 1.2 before the note, 6.5 above the staff base; the
+    // second, over the final barline, is never shown.
+    const QJsonArray measures = o.value("measures").toArray();
+    ASSERT_EQ(measures.size(), 2);
+    const QJsonObject first = measures[0].toObject();
+    EXPECT_EQ(first.value("number").toInt(), 1);
+    EXPECT_NEAR(first.value("x").toDouble(), 10 + 5.8 * scale - 1.2, 1e-9);
+    EXPECT_EQ(first.value("y").toDouble(), 19.5);
+    EXPECT_TRUE(first.value("visible").toBool());
+    EXPECT_FALSE(measures[1].toObject().value("visible").toBool(true));
+}
+
+} // namespace
+} // namespace tahrir::render
