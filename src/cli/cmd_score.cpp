@@ -145,7 +145,8 @@ int Save(Document& doc, const std::string& out) {
     return saved.ok ? ExitOk : Fail(ExitIo, saved.message);
 }
 
-// Answers the new-score questions from the command line; a missing option takes the default.
+// Answers the new-score questions from the command line, typed text in the score's code
+// page as an input box gives it; a missing option takes the default.
 class OptionPrompts : public NewScorePrompts {
 public:
     OptionPrompts(std::optional<std::string> tempo, std::optional<std::string> rhythm,
@@ -154,7 +155,7 @@ public:
     std::string ask(const std::string&, const std::string& defaultAnswer) override {
         if (m_next >= 3) return {};
         const auto& answer = m_answers[m_next++];
-        return answer ? *answer : defaultAnswer;
+        return answer ? Utf8ToCp1256(*answer) : defaultAnswer;
     }
 
 private:

@@ -147,6 +147,10 @@ TEST(CliNew, PersianTypedTextTakesTheCodePageForms) {
     const CliRun run = RunCli(folder, {"new", "-o", out.string(), "--description", "بیات ۲"});
     ASSERT_EQ(run.code, 0) << run.err;
     EXPECT_NE(ReadBytes(out).find("\"\xC8\xED\xC7\xCA 2\"\r\n"), std::string::npos);
+    // Answers are typed text too: a tempo in Persian digits is the number 72.
+    const CliRun digits = RunCli(folder, {"new", "-o", out.string(), "--tempo", "۷۲"});
+    ASSERT_EQ(digits.code, 0) << digits.err;
+    EXPECT_NE(ReadBytes(out).find("\r\nTEMPO72 "), std::string::npos);
 }
 
 TEST(CliSave, FailedSaveKeepsTheOldFile) {
