@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QScreen>
 #include <QTimer>
 #include <cstdio>
 #include <optional>
@@ -84,6 +85,7 @@ int main(int argc, char** argv) {
     if (args.splash) {
         splash = new Splash;
         splash->setAttribute(Qt::WA_DeleteOnClose);
+        splash->move(splash->screen()->geometry().center() - splash->rect().center());
         splash->show();
         app.processEvents();
     }

@@ -6,6 +6,7 @@
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -76,6 +77,7 @@ MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWin
                                      .arg(QString::fromStdString(m_playback->outputDescription())));
     m_editor->documentReplaced();
     m_pic->pageChanged();
+    m_pic->setFocus();
 }
 
 MainWindow::~MainWindow() = default;
@@ -120,6 +122,12 @@ void MainWindow::buildWidgets() {
     m_picScroll->setBackgroundRole(QPalette::Dark);
     column->addWidget(m_picScroll, 1);
 
+    m_record = new QLineEdit(central);
+    m_record->setObjectName("RCDTxt");
+    m_record->setReadOnly(true);
+    m_record->setFocusPolicy(Qt::NoFocus);
+    m_record->hide();
+    column->addWidget(m_record);
     m_frames = new TextFrames(central);
     m_frames->hide();
     column->addWidget(m_frames);
@@ -212,6 +220,7 @@ void MainWindow::wireEditor() {
         m_rangeChosen = true;
         m_editor->measureMouseDown(m, button, shift);
         afterEdit(m_doc.Sheet.CurrentLine, -1);
+        m_pic->setFocus();
     };
     m_measures->doubleClicked = [this](int m) {
         m_rangeChosen = true;
@@ -230,6 +239,7 @@ void MainWindow::wireEditor() {
     m_frames->textApplied = [this](const std::string& text, int option) {
         m_editor->textToolApply(core::Utf8ToCp1256(text), option);
         afterEdit(m_doc.Sheet.CurrentLine, -1);
+        if (m_editor->focus == edit::Focus::Score) m_pic->setFocus();
     };
     m_frames->fontClicked = [this] {
         if (const auto f = m_dialogs->font()) m_editor->TextFontName = core::Utf8ToCp1256(*f);
@@ -238,10 +248,12 @@ void MainWindow::wireEditor() {
     m_frames->commandApplied = [this](const std::string& text) {
         m_editor->commandToolApply(core::Utf8ToCp1256(text));
         afterEdit(m_doc.Sheet.CurrentLine, -1);
+        m_pic->setFocus();
     };
     m_frames->commandEnter = [this] {
         m_editor->commandBoxEnter();
         afterEdit(m_doc.Sheet.CurrentLine, -1);
+        m_pic->setFocus();
     };
     m_frames->listClicked = [this](int index) {
         m_editor->commandListClick(index);
@@ -320,6 +332,8 @@ void MainWindow::syncFrames() {
     command.visible = command.visible && edit;
     m_frames->show(text, core::Cp1256ToUtf8(text.text), command, core::Cp1256ToUtf8(command.text));
     m_descriptLabel->parentWidget()->parentWidget()->setVisible(edit);
+    m_record->setVisible(edit && m_editor->RCDTxtVisible);
+    if (m_record->isVisible()) m_record->setText(Utf8(m_editor->RCDTxt));
     if (m_editor->focus == edit::Focus::TextBox) {
         m_frames->focusText();
         m_editor->focus = edit::Focus::Score;

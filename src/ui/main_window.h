@@ -15,6 +15,7 @@
 
 class QCheckBox;
 class QLabel;
+class QLineEdit;
 class QListWidget;
 class QPlainTextEdit;
 class QScrollArea;
@@ -117,6 +118,7 @@ private:
     QLabel* m_descriptLabel = nullptr;
     QPlainTextEdit* m_descriptText = nullptr;
     QListWidget* m_recent = nullptr;
+    QLineEdit* m_record = nullptr; // RCDTxt, the pen's raw text
     QSlider* m_zoom = nullptr;
     QTimer* m_playTimer = nullptr;
     bool m_rangeChosen = false; // the user picked measures to play

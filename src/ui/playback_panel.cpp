@@ -49,7 +49,7 @@ void PlaybackPanel::build() {
     auto* transport = new QHBoxLayout;
     m_playCmd = new QPushButton("\u25B6 Play", this);
     m_playCmd->setObjectName("PlayCmd");
-    m_pauseCmd = new QPushButton("\u23F8 Pause", this);
+    m_pauseCmd = new QPushButton("\u2016 Pause", this);
     m_pauseCmd->setObjectName("PauseCmd");
     m_stopCmd = new QPushButton("\u25A0 Stop", this);
     m_stopCmd->setObjectName("StopCmd");
