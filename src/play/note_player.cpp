@@ -112,8 +112,12 @@ NotePlayer::NotePlayer(MidiOut& midi, RunState& state, PlayControls& controls)
     : m_midi(midi), m_state(state), m_controls(controls) {}
 
 void NotePlayer::beginRun() {
-    m_log.reset();
     SoundingNote = 0;
+    beginPass();
+}
+
+void NotePlayer::beginPass() {
+    m_log.reset();
     SoundingStart = m_time;
     SoundingDuration = 0;
     TieHold = false;

@@ -42,6 +42,9 @@ public:
     // Clears the sounding note and the event log for a new run or pass; run time goes
     // on (setNow(0) starts it again).
     void beginRun();
+    // A new pass of the same run: the event log starts again and nothing waits, but the
+    // note still sounding is kept, so that the first note of the pass stops it.
+    void beginPass();
     bool EventLogOn = false;
 
     void PlayNoteLine(int step, int octave, int duration, char accidental, std::string_view mark,

@@ -148,12 +148,15 @@ double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& optio
     m_state.OctaveState = OctaveStateBase;
     m_state.MeasurePosition = 0;
     clock.start();
+    m_notes.beginRun();
     Pass pass = Pass::Restart;
     while (pass == Pass::Restart) {
         pass = walkPass(options);
         if (pass == Pass::End && m_controls.Loop.load() && clock.realTime() &&
-            !m_controls.StopRequest.load())
+            !m_controls.StopRequest.load()) {
+            m_notes.waitSounding(); // the last note of a looped pass keeps its time
             pass = Pass::Restart;
+        }
     }
     // A last rest of one 32nd gives the last note its note off.
     m_notes.PlayNoteLine(0, 3, 1, ' ', "  ", 0);
@@ -187,7 +190,7 @@ Scheduler::Pass Scheduler::walkPass(const RunOptions& options) {
     m_repeatEndLine = m_repeatEndMeasure = 0;
     m_tuplets = {};
     m_signCount = 0;
-    m_notes.beginRun();
+    m_notes.beginPass();
     m_notes.EventLogOn = true;
     countIn();
 

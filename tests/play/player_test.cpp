@@ -17,9 +17,18 @@ using testing::Sheet;
 // A recording sink that other threads may read while the player writes.
 class LockedSink : public MidiSink {
 public:
-    void send(std::uint32_t message, double) override {
+    void send(std::uint32_t message, double seconds) override {
         std::lock_guard lock(m_mutex);
         m_messages.push_back(message);
+        m_times.push_back(seconds);
+    }
+    // Run times of every copy of `message`.
+    std::vector<double> timesOf(std::uint32_t message) {
+        std::lock_guard lock(m_mutex);
+        std::vector<double> out;
+        for (std::size_t i = 0; i < m_messages.size(); ++i)
+            if (m_messages[i] == message) out.push_back(m_times[i]);
+        return out;
     }
     std::vector<std::uint32_t> messages() {
         std::lock_guard lock(m_mutex);
@@ -33,6 +42,7 @@ public:
 private:
     std::mutex m_mutex;
     std::vector<std::uint32_t> m_messages;
+    std::vector<double> m_times;
 };
 
 // Polls `done` for up to two seconds.
@@ -168,6 +178,16 @@ TEST(Player, LoopPlaysThePassAgainUntilStop) {
     player.stop();
     player.wait();
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
+    // Each pass keeps time: the last note lasts its quarter (0.1875 s) and is stopped by
+    // the first note of the next pass, which comes a whole pass after the one before.
+    const auto doOn = sink.timesOf(PackNoteOn(60, 60, 3));
+    const auto reOff = sink.timesOf(PackNoteOff(62, 3));
+    ASSERT_GE(doOn.size(), 3u);
+    ASSERT_GE(reOff.size(), 2u);
+    for (std::size_t i = 1; i < doOn.size(); ++i)
+        EXPECT_NEAR(doOn[i] - doOn[i - 1], 0.375, 1e-9) << "pass " << i;
+    EXPECT_NEAR(reOff[0], doOn[1], 1e-9);
+    EXPECT_NEAR(reOff[1], doOn[2], 1e-9);
 }
 
 TEST(Player, DraggingTheStartMeasureRestartsThePass) {
