@@ -71,20 +71,21 @@ constexpr BeamWord kBeamWords[] = {
     {'c', {"15F", "25F", "35F"}},
 };
 
-// Second and third beams between members i-1 and i, by the tens and units of a kind.
+// Second and third beams between members i-1 and i, by the tens and units of a kind. A
+// kind may draw two parts on the second level ("full and left stub", "left stub, twice").
 enum class Part { None, Full, Left, Right };
 struct BeamRule {
     int tens, units;
-    Part second, third;
+    Part second, secondAgain, third;
 };
 constexpr BeamRule kBeamRules[] = {
-    {1, 4, Part::Left, Part::None},  {2, 0, Part::Full, Part::None},
-    {2, 3, Part::Full, Part::None},  {2, 5, Part::Full, Part::None},
-    {2, 2, Part::Right, Part::None}, {2, 4, Part::Full, Part::Left},
-    {2, 6, Part::Left, Part::Left},  {3, 0, Part::Full, Part::Full},
-    {3, 3, Part::Full, Part::Full},  {3, 5, Part::Full, Part::Full},
-    {3, 1, Part::Full, Part::None},  {3, 2, Part::Full, Part::Right},
-    {3, 6, Part::Left, Part::Left},  {3, 7, Part::Right, Part::Right},
+    {1, 4, Part::Left, Part::None, Part::None},  {2, 0, Part::Full, Part::None, Part::None},
+    {2, 3, Part::Full, Part::None, Part::None},  {2, 5, Part::Full, Part::None, Part::None},
+    {2, 2, Part::Right, Part::None, Part::None}, {2, 4, Part::Full, Part::Left, Part::None},
+    {2, 6, Part::Left, Part::Left, Part::None},  {3, 0, Part::Full, Part::None, Part::Full},
+    {3, 3, Part::Full, Part::None, Part::Full},  {3, 5, Part::Full, Part::None, Part::Full},
+    {3, 1, Part::Full, Part::None, Part::None},  {3, 2, Part::Full, Part::Right, Part::None},
+    {3, 6, Part::Left, Part::None, Part::Left},  {3, 7, Part::Right, Part::None, Part::Right},
 };
 
 constexpr double kBeamX[3] = {1.06, 1.08, 1.1};
@@ -138,14 +139,15 @@ void PageWalk::drawNote(int i, const NoteShape& shape, int step, int octave, boo
     GlyphY = -h - 5.55 + StaffBaseY;
     if (acc != ' ') DrawAccidental(step, octave, acc);
     if (h < -0.5 || h > 4.5) DrawLedgerLines(h);
-    dxfNote(shape, step, octave);
     const bool beamed = shape.flags > 0 && beam != ' ';
+    dxfNote(shape, step, octave, beamed);
     // A beam group keeps the direction its first note chose.
     if (beam == ' ' || (beam == 'C' && !GroupOpen))
         StemDir = pos > 4 ? StemDirection::Down : StemDirection::Up;
     const bool down = StemDir == StemDirection::Down;
     std::string caption = beamed ? "N" : (down ? shape.down : shape.up);
-    if (dotted && m_opt.ViewMode == 1) caption += " .";
+    // The eighth family's glyphs end in their flag, so their dot needs no blank.
+    if (dotted && m_opt.ViewMode == 1) caption += shape.flags > 0 ? "." : " .";
     glyph(i, PenX, GlyphY, caption);
     if (beamed && Paint && !m_out.list.items.empty()) m_out.list.items.back().stemDown = down;
     setPos(i, PenX, StaffBaseY);
@@ -204,7 +206,8 @@ void PageWalk::drawRest(int i, int ticks, bool dotted) {
     PenX += rest->advance * RowScale;
 }
 
-void PageWalk::dxfNote(const NoteShape& shape, int step, int octave) {
+// The head and stem in the DXF drawing; a note under a beam has no flag of its own.
+void PageWalk::dxfNote(const NoteShape& shape, int step, int octave, bool beamed) {
     if (!m_dxf.enabled()) return;
     const int pos = step + 7 * octave - 24;
     const double h = pos * 0.5;
@@ -216,7 +219,7 @@ void PageWalk::dxfNote(const NoteShape& shape, int step, int octave) {
     const double x = PenX + (down ? shape.stemDownX : shape.stemUpX);
     const double y0 = down && shape.flags == 3 ? y - 0.87 : y + 0.87;
     m_dxf.line(DxfLayer, x, y0, x, down ? y0 - shape.stemLength : y0 + shape.stemLength);
-    if (shape.flags == 0) return;
+    if (shape.flags == 0 || beamed) return;
     static constexpr double kUp[3][3] = {{2.2}, {2.6, 1.9}, {2.6, 2, 1.4}};
     static constexpr double kDown[3][3] = {{-0.45}, {-0.85, -0.25}, {-0.85, -0.25, 0.35}};
     static constexpr const char* kHeight[3] = {"3.2", "3.1", "3.0"};
@@ -325,6 +328,7 @@ void PageWalk::DrawBeamGroup() {
         for (const BeamRule& r : kBeamRules) {
             if (r.tens != b.kind / 10 || r.units != b.kind % 10) continue;
             part(r.second, 0.75 * sign);
+            part(r.secondAgain, 0.75 * sign);
             part(r.third, 2 * 0.73 * sign);
         }
     }

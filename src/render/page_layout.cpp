@@ -252,6 +252,7 @@ void PageWalk::walkLine(int i) {
     if (s.starts_with("REP{")) {
         DxfLayer = "3";
         glyph(i, PenX - 0.2 * RowScale - 2, StaffBaseY - 5.5, "]");
+        setPos(i, PenX, StaffBaseY);
         PenX += 2 * RowScale;
     }
     if (!s.starts_with("REP{") && !s.starts_with("REP}")) {

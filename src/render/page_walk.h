@@ -69,7 +69,7 @@ private:
     void DrawLedgerLines(double h);
     void DrawAccidental(int step, int octave, char letter);
     void DrawDot(int step, int octave, bool fingerLayer);
-    void dxfNote(const NoteShape& shape, int step, int octave);
+    void dxfNote(const NoteShape& shape, int step, int octave, bool beamed = false);
 
     // sign_drawing.cpp: row start, barline signs, repeats, text, chords, marks
     void StartStaffRow();

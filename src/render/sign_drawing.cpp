@@ -261,15 +261,17 @@ void PageWalk::DrawMark(int i, int step, int octave) {
     }
     dxfY = std::max(dxfY, DxfBaseY + 5.5);
     if (mark == "TI") {
+        // The tie gives back less than it took: the pen ends 0.2 before the note's place.
         PenX = keep;
         drawTie(step, octave);
-    } else {
-        markGlyph(i, mark, step, octave, keep);
-        m_dxf.text(DxfLayer, PenX, dxfY, "1.2", mark.substr(0, 1));
-        if (mark[1] == 'B' || mark[1] == 'Z')
-            m_dxf.text(DxfLayer, PenX, dxfY + (mark[1] == 'B' ? 2.1 : 0), "1.5",
-                       mark[1] == 'B' ? "(" : ")", " 50\r\n270.\r\n");
+        DxfLayer = "2";
+        return;
     }
+    markGlyph(i, mark, step, octave, keep);
+    m_dxf.text(DxfLayer, PenX, dxfY, "1.2", mark.substr(0, 1));
+    if (mark[1] == 'B' || mark[1] == 'Z')
+        m_dxf.text(DxfLayer, PenX, dxfY + (mark[1] == 'B' ? 2.1 : 0), "1.5",
+                   mark[1] == 'B' ? "(" : ")", " 50\r\n270.\r\n");
     PenX = keep;
     DxfLayer = "2";
 }

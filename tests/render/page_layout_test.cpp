@@ -133,6 +133,14 @@ TEST(Measures, NumbersStandOverBarlinesAndMoveToRowStarts) {
     EXPECT_FALSE(r.measures[9].visible);
 }
 
+TEST(Signs, RepeatStartIsAHitTarget) {
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "REP{", "73 32"}));
+    // The sign stands 2.2 before the pen, which it then moves on by 2 (times the stretch).
+    EXPECT_GT(r.positions.LinePosX[4], 0);
+    EXPECT_EQ(r.positions.LinePosY[4], 26);
+    EXPECT_GT(r.positions.LinePosX[5], r.positions.LinePosX[4] + 2 - 1e-9);
+}
+
 TEST(Rows, SpacerLineForcesARowBreak) {
     const auto together = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 32", "73 32"}));
     const auto split = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 32", "L  ", "73 32"}));
@@ -246,6 +254,61 @@ TEST(Signs, TieIsAFixedArcAfterTheNote) {
     EXPECT_NEAR(arcs[0]->y, 26 - 10.55 - 2 + 8, 1e-9);
     EXPECT_NEAR(arcs[0]->x, r.positions.LinePosX[4] - 1.2 + 3.6, 1e-9);
     EXPECT_DOUBLE_EQ(arcs[0]->a0, 4.2);
+    // The arc takes the pen back 1.2 and returns 1: the next note stands 0.2 closer. The
+    // working view draws at scale 1, so a quarter's advance of 4 becomes 3.8.
+    const auto work = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  8  TI", "73  8"}), 60, 1);
+    EXPECT_NEAR(work.positions.LinePosX[5] - work.positions.LinePosX[4], 3.8, 1e-9);
+}
+
+TEST(Beams, SecondLevelPartsStayOnTheSecondLevel) {
+    // Kinds 24 (a 16th closing "4"), 26 (an eighth closing "0") and 32 (a 32nd closing
+    // "2") draw "full and left stub", "left stub, twice" and "full and right stub", all on
+    // the second beam, 0.75 from the main one: none of them reaches the third level.
+    for (const char* last : {"73  2 4", "73  4 0", "73  1 2"}) {
+        core::ScoreSheet sheet = MakeSheet({kHeader, "TEMPO60", "RHYTM4/4"}, false);
+        std::string first = last;
+        first[6] = 'C';
+        Repeat(sheet, first, 1);
+        Repeat(sheet, last, 1);
+        const auto r = Lay(sheet);
+        std::vector<double> ys;
+        for (const auto& it : r.list.items)
+            if (it.kind == ItemKind::Stroke && it.width == WidthClass::Beam) ys.push_back(it.y);
+        ASSERT_EQ(ys.size(), 3u) << last;
+        // Same pitch throughout: the main beam is level, the first stroke drawn.
+        for (double y : ys) {
+            const double off = std::abs(y - ys[0]);
+            EXPECT_TRUE(off < 1e-9 || std::abs(off - 0.75) < 1e-9) << last << " at " << off;
+        }
+    }
+}
+
+TEST(Dxf, FlagsOnlyOnNotesThatStandAlone) {
+    const auto flags = [](const core::ScoreSheet& sheet) {
+        LayoutOptions o;
+        o.PageWidthUnits = 60;
+        o.DxfEnabled = true;
+        const std::string dxf = RefreshView(sheet, o).dxf;
+        int n = 0;
+        for (auto at = dxf.find("  1\r\nb\r\n"); at != std::string::npos;
+             at = dxf.find("  1\r\nb\r\n", at + 1))
+            ++n;
+        return n;
+    };
+    EXPECT_EQ(flags(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  4", "03  8"})), 1);
+    EXPECT_EQ(flags(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  2", "03  8"})), 2);
+    // Two eighths under one beam: heads and stems, and the beam as a polyline.
+    EXPECT_EQ(flags(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  4 C", "73  4 c"}, false)), 0);
+}
+
+TEST(WorkingView, DotsOfCaptions) {
+    // A dotted quarter reads "q .", a dotted eighth "e.": the flag glyph needs no blank.
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 12", "73  6", "03  2"}),
+                       60, 1);
+    ASSERT_NE(GlyphOfLine(r, 4), nullptr);
+    ASSERT_NE(GlyphOfLine(r, 5), nullptr);
+    EXPECT_EQ(GlyphOfLine(r, 4)->text, "q .");
+    EXPECT_EQ(GlyphOfLine(r, 5)->text, "e.");
 }
 
 TEST(Beams, StemsEndOnTheBeamOfTheirGroup) {
