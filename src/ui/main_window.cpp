@@ -216,6 +216,12 @@ void MainWindow::wireEditor() {
         m_pic->setFocus();
     });
     connect(m_zoom, &QSlider::valueChanged, this, [this](int v) { setZoom(v / 3.0); });
+    wireMeasures();
+    wireTools();
+    wirePlayback();
+}
+
+void MainWindow::wireMeasures() {
     m_measures->pressed = [this](int m, int button, int shift) {
         m_rangeChosen = true;
         m_editor->measureMouseDown(m, button, shift);
@@ -236,6 +242,10 @@ void MainWindow::wireEditor() {
                 int(m) >= start && int(m) <= end ? edit::ColourBlue : edit::ColourYellow;
         m_measures->show(m_editor->measures);
     };
+}
+
+// The text and command tools, the description panel and the recent list.
+void MainWindow::wireTools() {
     m_frames->textApplied = [this](const std::string& text, int option) {
         m_editor->textToolApply(core::Utf8ToCp1256(text), option);
         afterEdit(m_doc.Sheet.CurrentLine, -1);
@@ -275,6 +285,9 @@ void MainWindow::wireEditor() {
         if (!settleUnsaved("File has been changed !")) return;
         openPath(path);
     });
+}
+
+void MainWindow::wirePlayback() {
     m_playback->selection = [this] {
         return std::pair<int, int>{m_editor->SelStart, m_editor->SelEnd};
     };
@@ -290,6 +303,7 @@ void MainWindow::editorKey(EditorKey key) {
     const int line = m_doc.Sheet.CurrentLine, generation = m_layout.generation();
     const bool measureKey = key.key == edit::Key::NumPlus || key.key == edit::Key::NumMinus;
     if (measureKey) m_rangeChosen = true;
+    if (viewerScroll(key)) return;
     m_editor->keyPress(key.key, key.shift);
     afterEdit(line, generation);
 }
@@ -356,7 +370,7 @@ void MainWindow::syncHint() {
     m_hint->setVisible(m_editor->HelpMode);
 }
 
-// Scrolls the page so that the red note, or in the viewer the editor's scroll value, shows.
+// Scrolls the page so that the red note shows.
 void MainWindow::followCursor() {
     const double ppu = m_layout.pixelsPerUnit();
     if (m_editor->EditMode == 1) {
@@ -367,9 +381,26 @@ void MainWindow::followCursor() {
                                           pos.LinePosY[static_cast<std::size_t>(line)] - 4);
         m_picScroll->ensureVisible(static_cast<int>(p.x()), static_cast<int>(p.y()),
                                    static_cast<int>(4 * ppu), static_cast<int>(10 * ppu));
-    } else {
-        m_picScroll->verticalScrollBar()->setValue(static_cast<int>(m_editor->ScrollValue * 10 * ppu));
     }
+}
+
+// The viewer's page keys act on the page's scroll bar: a small or a large change, or
+// its ends, never past them.
+bool MainWindow::viewerScroll(EditorKey key) {
+    namespace K = edit::Key;
+    if (m_editor->EditMode == 1 || key.shift != 0) return false;
+    QScrollBar* bar = m_picScroll->verticalScrollBar();
+    const int v = bar->value();
+    switch (key.key) {
+    case K::Up: bar->setValue(v - bar->singleStep()); break;
+    case K::Down: bar->setValue(v + bar->singleStep()); break;
+    case K::PageUp: bar->setValue(v - bar->pageStep()); break;
+    case K::PageDown: bar->setValue(v + bar->pageStep()); break;
+    case K::Home: bar->setValue(bar->minimum()); break;
+    case K::End: bar->setValue(bar->maximum()); break;
+    default: return false;
+    }
+    return true;
 }
 
 // After a change of view the editor's labels take the positions of the new layout.

@@ -83,6 +83,9 @@ private:
     void buildMenus();
     void buildDocks();
     void wireEditor();
+    void wireMeasures();
+    void wireTools();
+    void wirePlayback();
     bool settleUnsaved(const std::string& title);
     void documentLoaded();
     // Brings every control up to the editor's state after a command.
@@ -90,6 +93,7 @@ private:
     void syncFrames();
     void syncHint();
     void followCursor();
+    bool viewerScroll(EditorKey key);
     void syncPositions();
     void showRecentList();
     void descriptionToPanel();

@@ -1,7 +1,9 @@
 // The window driven as a user would: keys on the score view, palette and measure clicks,
 // the text tool, the help hint and the view settings.
 
+#include <QClipboard>
 #include <QLabel>
+#include <QScrollArea>
 #include <QMouseEvent>
 #include <QLineEdit>
 #include <QScrollBar>
@@ -256,6 +258,50 @@ TEST_F(WindowTest, ABandDraggedOverARowSelectsItsNotesInBlue) {
     EXPECT_EQ(editor().SelEnd, last);
     // Selected notes are painted blue, beyond the blue of the measure numbers.
     EXPECT_GT(bluePixels(8), unselectedBlue + 20);
+}
+
+TEST_F(WindowTest, CopyAndPasteGoThroughTheSystemClipboard) {
+    // Lines 8 to 10 selected by a click and a Shift-click on their symbols.
+    ScoreView* view = rig.window->scoreView();
+    const auto& pos = rig.window->layout().result().positions;
+    const auto at = [&](int i) {
+        return view->toPixels(pos.LinePosX[static_cast<std::size_t>(i)] + 1,
+                              pos.LinePosY[static_cast<std::size_t>(i)] - 2).toPoint();
+    };
+    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, at(8));
+    rig.key(Qt::Key_Escape);
+    editor().SelStart = 8; // a selection begun at line 8, as a band would leave it
+    QTest::mouseClick(view, Qt::LeftButton, Qt::ShiftModifier, at(10));
+    ASSERT_EQ(editor().SelEnd, 10);
+    const std::string copied = line(8) + line(9) + line(10);
+    rig.key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "Srv5 Paste Data");
+    EXPECT_TRUE(rig.window->palette()->entryLit(70)); // paste is ready
+    // Pasted before line 20, the three lines come back in order.
+    while (sheet().CurrentLine < 20) rig.key(Qt::Key_Right);
+    const int last = sheet().LastLine;
+    rig.key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(sheet().LastLine, last + 3);
+    EXPECT_EQ(line(20) + line(21) + line(22), copied);
+}
+
+TEST_F(WindowTest, ViewerKeysScrollThePage) {
+    rig.key(Qt::Key_E, Qt::ControlModifier);
+    ASSERT_EQ(editor().EditMode, 0);
+    QScrollBar* bar = rig.window->findChild<QScrollArea*>("PicScroll")->verticalScrollBar();
+    ASSERT_GT(bar->maximum(), 0);
+    rig.key(Qt::Key_End);
+    EXPECT_EQ(bar->value(), bar->maximum());
+    rig.key(Qt::Key_Home);
+    EXPECT_EQ(bar->value(), 0);
+    rig.key(Qt::Key_PageDown);
+    const int page = bar->value();
+    EXPECT_GT(page, 0);
+    rig.key(Qt::Key_Down);
+    EXPECT_EQ(bar->value(), std::min(bar->maximum(), page + bar->singleStep()));
+    rig.key(Qt::Key_PageUp);
+    rig.key(Qt::Key_PageUp);
+    EXPECT_EQ(bar->value(), 0);
 }
 
 } // namespace
