@@ -129,7 +129,14 @@ void ScoreView::paintEvent(QPaintEvent* event) {
         m_fontUsed = render::ResolveTextFont(m_fontAsked);
     }
     o.textFontName = m_fontUsed;
-    render::PaintDisplayList(p, Visible(layout.list, y0, y1), o);
+    render::DisplayList visible = Visible(layout.list, y0, y1);
+    if (m_editor.EditMode != 1 && m_editor.SelEnd > 0) {
+        // The viewer marks a selection in yellow rather than blue.
+        for (render::DisplayItem& it : visible.items)
+            if (it.line >= m_editor.SelStart && it.line <= m_editor.SelEnd && it.line > 0) it.colour = 0xFFD000;
+        o.selStart = o.selEnd = 0;
+    }
+    render::PaintDisplayList(p, visible, o);
     paintOverlay(p);
 }
 

@@ -258,6 +258,19 @@ TEST_F(WindowTest, ABandDraggedOverARowSelectsItsNotesInBlue) {
     EXPECT_EQ(editor().SelEnd, last);
     // Selected notes are painted blue, beyond the blue of the measure numbers.
     EXPECT_GT(bluePixels(8), unselectedBlue + 20);
+    // The viewer shows the same selection in yellow.
+    rig.key(Qt::Key_E, Qt::ControlModifier);
+    ASSERT_EQ(editor().EditMode, 0);
+    ASSERT_EQ(editor().SelEnd, last);
+    EXPECT_EQ(bluePixels(8), unselectedBlue);
+    const QImage image = view->grab(view->rowRect(8)).toImage();
+    int yellow = 0;
+    for (int yy = 0; yy < image.height(); ++yy)
+        for (int xx = 0; xx < image.width(); ++xx) {
+            const QColor c = image.pixelColor(xx, yy);
+            yellow += c.red() > 200 && c.green() > 160 && c.blue() < 80;
+        }
+    EXPECT_GT(yellow, 20);
 }
 
 TEST_F(WindowTest, CopyAndPasteGoThroughTheSystemClipboard) {
