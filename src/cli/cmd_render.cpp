@@ -57,10 +57,9 @@ std::string ReadView(Args& args, LayoutOptions& options) {
         if (*zoom <= 0 || *zoom > 30) return "--zoom takes a number above 0 and up to 30";
         options.ZoomBase = *zoom;
     }
-    if (width) {
-        if (*width <= 0 || *width > 500) return "--width-units takes a number above 0 and up to 500";
-        options.PageWidthUnits = *width;
-    }
+    // A page width not above 0 or above 500 is replaced by 100, as the view does with a
+    // width computed from a picture.
+    if (width) options.PageWidthUnits = *width <= 0 || *width > 500 ? 100 : *width;
     return {};
 }
 

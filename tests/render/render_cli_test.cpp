@@ -110,6 +110,7 @@ TEST_F(RenderCli, BadInputsOptionsAndTargets) {
          {"render " + Arg("one.srv") + " -o " + Arg("x.jpg"),
           "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --view side",
           "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --zoom none",
+          "layout " + Arg("one.srv") + " --json --width-units wide",
           "render " + Arg("one.srv"), "layout " + Arg("one.srv"),
           "layout " + Arg("one.srv") + " --json --view 2"}) {
         r = Cli(args);
@@ -135,6 +136,18 @@ TEST_F(RenderCli, AnyBytesDrawWithoutFault) {
                 << name;
         }
     }
+}
+
+TEST_F(RenderCli, PageWidthOutOfRangeBecomesHundred) {
+    const Run hundred = Cli("layout " + Arg("one.srv") + " --json --width-units 100");
+    ASSERT_EQ(hundred.code, 0) << hundred.err;
+    for (const char* w : {"600", "0", "-3"}) {
+        const Run r = Cli("layout " + Arg("one.srv") + " --json --width-units " + w);
+        EXPECT_EQ(r.code, 0) << w << ": " << r.err;
+        EXPECT_EQ(r.out, hundred.out) << w;
+    }
+    const Run fifty = Cli("layout " + Arg("one.srv") + " --json --width-units 50");
+    EXPECT_NE(fifty.out, hundred.out);
 }
 
 TEST_F(RenderCli, LayoutJsonKeysAndFullNumbers) {
