@@ -317,5 +317,25 @@ TEST_F(WindowTest, ViewerKeysScrollThePage) {
     EXPECT_EQ(bar->value(), 0);
 }
 
+TEST_F(WindowTest, ADoubleClickOnATempoMarkAsksForTheNewTempo) {
+    int tempoLine = 0;
+    for (int i = 4; i <= sheet().LastLine && tempoLine == 0; ++i)
+        if (line(i).rfind("TEMPO", 0) == 0) tempoLine = i;
+    ASSERT_GT(tempoLine, 0);
+    ScoreView* view = rig.window->scoreView();
+    const auto& pos = rig.window->layout().result().positions;
+    const auto k = static_cast<std::size_t>(tempoLine);
+    ASSERT_GE(pos.LinePosX[k], 0);
+    const QPoint p = view->toPixels(pos.LinePosX[k] + 1, pos.LinePosY[k] - 2).toPoint();
+    ASSERT_EQ(view->lineAt(view->toUnits(p)), tempoLine);
+    rig.dialogs.inputs = {std::string("90")};
+    // A real double click begins with a press and a release.
+    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, p);
+    QTest::mouseDClick(view, Qt::LeftButton, Qt::NoModifier, p);
+    ASSERT_EQ(rig.dialogs.inputsAsked.size(), 1u);
+    EXPECT_EQ(rig.dialogs.inputsAsked[0], "Tempo");
+    EXPECT_EQ(line(tempoLine).substr(0, 7), "TEMPO90");
+}
+
 } // namespace
 } // namespace tahrir::ui::test
