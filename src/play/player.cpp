@@ -74,6 +74,8 @@ void Player::chooseListInstrument(int row) {
 
 double Player::playVirtual(const core::ScoreSheet& sheet, const RunOptions& options) {
     std::lock_guard lock(m_idle);
+    // Nobody can stop a run on the calling thread; a Stop pressed while idle is stale.
+    m_controls.StopRequest = false;
     PlayClock virtualClock;
     return m_scheduler.PlayRun(sheet, options, virtualClock);
 }

@@ -101,6 +101,15 @@ TEST(Player, StopEndsARunAtOnceAndSilencesEverything) {
     player.play(sheet, {});
     player.wait();
     EXPECT_TRUE(sink.contains(PackNoteOn(64, 60, 3)));
+    // Stop pressed while nothing plays does not swallow the next run, in virtual time
+    // (the export's run) neither.
+    player.stop();
+    const std::size_t before = sink.messages().size();
+    player.playVirtual(sheet, {});
+    const auto after = sink.messages();
+    EXPECT_NE(std::find(after.begin() + static_cast<std::ptrdiff_t>(before), after.end(),
+                        PackNoteOn(60, 60, 3)),
+              after.end());
 }
 
 TEST(Player, AnEndMarkHoldsARealTimeRunUntilStopUnlessNobodyCanStopIt) {
