@@ -1,6 +1,7 @@
 #include "ui/key_translate.h"
 
 #include <array>
+#include <string_view>
 #include <utility>
 
 #include "edit/key_codes.h"
@@ -31,7 +32,43 @@ constexpr std::array<std::pair<int, int>, 10> kShiftedDigits = {{
     {Qt::Key_ParenLeft, 9}, {Qt::Key_ParenRight, 0},
 }};
 
+// X11 key codes of the main block, row by row, and the virtual keys on them.
+struct ScanRow {
+    quint32 first;
+    std::string_view keys; // one character per key: letters, digits, or a code below
+};
+constexpr std::array<ScanRow, 5> kScanRows = {{
+    {10, "1234567890-="}, {24, "QWERTYUIOP"}, {38, "ASDFGHJKL"}, {49, "`"}, {52, "ZXCVBNM,."},
+}};
+
+int CharKey(char c) {
+    switch (c) {
+    case '-': return 189;
+    case '=': return K::Equals;
+    case '`': return K::Grave;
+    case ',': return K::Comma;
+    case '.': return K::Period;
+    default: return c;
+    }
+}
+
 } // namespace
+
+std::optional<int> VirtualKeyFromScanCode(quint32 scanCode) {
+    for (const ScanRow& row : kScanRows)
+        if (scanCode >= row.first && scanCode < row.first + row.keys.size())
+            return CharKey(row.keys[scanCode - row.first]);
+    return std::nullopt;
+}
+
+std::optional<EditorKey> TranslateKey(int qtKey, Qt::KeyboardModifiers modifiers, quint32 scanCode) {
+    if (const auto key = TranslateKey(qtKey, modifiers)) return key;
+    // Only a key that types a character of another script is read by its place.
+    if (qtKey < 0x80 || qtKey >= Qt::Key_Escape) return std::nullopt;
+    const auto vk = VirtualKeyFromScanCode(scanCode);
+    if (!vk) return std::nullopt;
+    return EditorKey{*vk, ShiftState(modifiers)};
+}
 
 std::optional<int> VirtualKey(int qtKey, bool keypad) {
     if (keypad && (qtKey == Qt::Key_Plus || qtKey == Qt::Key_Minus))

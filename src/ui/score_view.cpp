@@ -161,13 +161,13 @@ void ScoreView::paintOverlay(QPainter& p) {
 }
 
 void ScoreView::keyPressEvent(QKeyEvent* event) {
-    const auto key = TranslateKey(event->key(), event->modifiers());
+    const auto key = TranslateKey(event->key(), event->modifiers(), event->nativeScanCode());
     if (key && keyPressed) keyPressed(*key);
     event->accept();
 }
 
 void ScoreView::keyReleaseEvent(QKeyEvent* event) {
-    const auto key = TranslateKey(event->key(), event->modifiers());
+    const auto key = TranslateKey(event->key(), event->modifiers(), event->nativeScanCode());
     if (key && keyReleased && !event->isAutoRepeat()) keyReleased(*key);
     event->accept();
 }

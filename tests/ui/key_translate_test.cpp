@@ -65,5 +65,35 @@ TEST(KeyTranslation, KeysWithoutANumberAreDropped) {
         EXPECT_FALSE(TranslateKey(qtKey, Qt::NoModifier).has_value()) << std::hex << qtKey;
 }
 
+// With a Persian layout the letters arrive as Arabic script; their places still count.
+TEST(KeyTranslation, PersianLayoutKeysAreReadByTheirPlace) {
+    struct Place {
+        int qtKey;       // what the Persian layout types
+        quint32 scan;    // the X11 key code of the physical key
+        int key;
+    };
+    const Place places[] = {
+        {0x0646, 45, 'K'},  // noon on the K key: koron
+        {0x0633, 39, 'S'},  // seen on the S key: sori
+        {0x0628, 56, 'B'},  // beh on the B key
+        {0x06A9, 26, 'E'},
+        {0x067E, 49, 192},  // the key left of 1
+        {0x0648, 60, 190},
+        {0x06F5, 14, '5'},  // Persian digit five on the 5 key
+    };
+    for (const Place& p : places) {
+        const auto k = TranslateKey(p.qtKey, Qt::ControlModifier, p.scan);
+        ASSERT_TRUE(k.has_value()) << std::hex << p.qtKey;
+        EXPECT_EQ(k->key, p.key) << std::hex << p.qtKey;
+        EXPECT_EQ(k->shift, 2);
+    }
+    // A Latin key keeps its own number whatever its place, and keys outside the main
+    // block or without a character are not guessed.
+    EXPECT_EQ(TranslateKey(Qt::Key_A, Qt::NoModifier, 45)->key, 'A');
+    EXPECT_FALSE(TranslateKey(0x0646, Qt::NoModifier, 200).has_value());
+    EXPECT_FALSE(TranslateKey(Qt::Key_VolumeUp, Qt::NoModifier, 45).has_value());
+    EXPECT_FALSE(VirtualKeyFromScanCode(9).has_value()); // Escape's place, not a character
+}
+
 } // namespace
 } // namespace tahrir::ui
