@@ -1,5 +1,6 @@
 // The commands of files and leaving: new, open, the recent list, reload, save, exit.
 
+#include <QApplication>
 #include <QLabel>
 #include <QListWidget>
 #include <QScrollArea>
@@ -167,6 +168,7 @@ void MainWindow::showRecentList() {
 
 bool MainWindow::SaveImage() {
     if (m_editor->textFrame.visible || m_editor->commandFrame.visible) m_pic->setFocus();
+    QApplication::beep();
     QLabel* label = m_playPanel->pauseLabel();
     label->setText("SAVE ! !");
     label->setStyleSheet("background:#ffff60; color:red; font-weight:bold; padding:2px 8px;");

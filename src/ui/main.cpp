@@ -53,11 +53,18 @@ public:
         setStyleSheet("background:#f7f1de; color:#5a3a10; border:3px solid #a07030;");
         resize(480, 260);
         QTimer::singleShot(5000, this, &QWidget::close);
+        qApp->installEventFilter(this);
     }
+    ~Splash() override { qApp->removeEventFilter(this); }
 
 protected:
-    void keyPressEvent(QKeyEvent*) override { close(); }
-    void mousePressEvent(QMouseEvent*) override { close(); }
+    // Any key or click, in whichever window, ends the splash and is used up by it.
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (!isVisible()) return false;
+        if (event->type() != QEvent::KeyPress && event->type() != QEvent::MouseButtonPress) return false;
+        close();
+        return true;
+    }
 };
 
 } // namespace
