@@ -32,8 +32,8 @@ void PageWalk::measureTest(int i) {
         BarStartX = PenX;
     } else if (MeasureTicks == 0) {
         const char beam = line(i)[6];
-        if (rowEndsAfter(i, PenX + 4 * (PenX - BarStartX) >= PageWidthUnits &&
-                                (beam == 'c' || beam == ' ')))
+        if (rowEnds(PenX + 4 * (PenX - BarStartX) >= PageWidthUnits &&
+                    (beam == 'c' || beam == ' ')))
             breakRow(true);
         LastBarWidth = PenX - BarStartX;
         BarStartX = PenX;
@@ -49,18 +49,17 @@ void PageWalk::measureTest(int i) {
     }
 }
 
-// The row decision after line i: measured in the first of two passes, repeated in the
-// second, so that each row holds the music whose width its stretch was taken from.
-bool PageWalk::rowEndsAfter(int i, bool measured) {
+// A row decision: measured in the first of two passes, repeated in the second, so that
+// each row holds the music whose width its stretch was taken from. The decisions come in
+// the same order in both passes, since where they are taken does not depend on widths.
+bool PageWalk::rowEnds(bool measured) {
     if (Passes < 2) return measured;
-    if (m_rowEndAt.size() != static_cast<std::size_t>(LastLine) + 2)
-        m_rowEndAt.assign(static_cast<std::size_t>(LastLine) + 2, false);
-    const auto at = static_cast<std::size_t>(std::clamp(i, 0, LastLine + 1));
     if (RenderPass == 1) {
-        if (measured) m_rowEndAt[at] = true;
+        m_rowDecisions.push_back(measured);
         return measured;
     }
-    return m_rowEndAt[at];
+    const std::size_t k = m_decision++;
+    return k < m_rowDecisions.size() ? m_rowDecisions[k] : measured;
 }
 
 void PageWalk::breakRow(bool showTime) {
@@ -98,7 +97,7 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
     } else {
         ends = n2 <= LastLine || PenX + 0.5 > PageWidthUnits;
     }
-    ends = rowEndsAfter(i, ends);
+    ends = rowEnds(ends);
     const bool visible = n1 <= LastLine;
     if (!ends) {
         if (number >= 0) placeMeasureLabel(number + 1, PenX, StaffBaseY - 6.5, visible);

@@ -179,7 +179,8 @@ void PageWalk::headerTempo() {
 }
 
 void PageWalk::startOfPass() {
-    if (RenderPass == 1) m_rowEndAt.assign(static_cast<std::size_t>(LastLine) + 2, false);
+    if (RenderPass == 1) m_rowDecisions.clear();
+    m_decision = 0;
     MeasureNumber = 0;
     DxfBaseY = 0;
     StaffBaseY = TopMargin;

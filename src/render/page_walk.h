@@ -103,10 +103,11 @@ private:
     const LayoutOptions& m_opt;
     LayoutResult& m_out;
     DxfWriter m_dxf;
-    // Lines after which the measuring pass ended a row; the drawing pass ends its rows
-    // there too, since the fixed row head does not scale and would shift its decisions.
-    std::vector<bool> m_rowEndAt;
-    bool rowEndsAfter(int i, bool measured);
+    // The measuring pass's row decisions in order; the drawing pass takes them over, since
+    // the fixed row head does not scale and would shift its own.
+    std::vector<bool> m_rowDecisions;
+    std::size_t m_decision = 0;
+    bool rowEnds(bool measured);
     std::string m_padded[2]; // scratch for line(): two lines may be read at once
     mutable int m_padSlot = 0;
 
