@@ -115,6 +115,41 @@ TEST(WindowFiles, NewScoreFromTheThreeQuestions) {
     EXPECT_EQ(doc.Sheet.CurrentLine, 2);
 }
 
+TEST(WindowFiles, CancelAtTheThirdQuestionLeavesTheBlankSheetUsable) {
+    WindowRig rig;
+    ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
+    const int last = rig.window->document().Sheet.LastLine;
+    rig.dialogs.inputs = {std::string("60"), std::string("4/4"), std::nullopt};
+    rig.window->NewImage();
+    const core::Document& doc = rig.window->document();
+    EXPECT_EQ(doc.Sheet.LastLine, last);
+    EXPECT_EQ(doc.Sheet[2].text().substr(0, 7), "TEMPO60");
+    EXPECT_EQ(doc.Sheet[3].text().substr(0, 8), "RHYTM4/4");
+    EXPECT_EQ(doc.Sheet[10].text().find_first_not_of(' '), std::string::npos);
+    // The window goes on taking keys on the blank sheet.
+    rig.enterEditor();
+    rig.key(Qt::Key_End);
+    rig.key(Qt::Key_5);
+    rig.key(Qt::Key_Return);
+    EXPECT_EQ(rig.window->document().Sheet.LastLine, last);
+}
+
+TEST(WindowFiles, AltF4LeavesThroughTheExitQuestion) {
+    WindowRig rig;
+    ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
+    rig.enterEditor();
+    rig.dialogs.answers = {Answer::No};
+    rig.key(Qt::Key_F4, Qt::AltModifier);
+    QApplication::processEvents();
+    EXPECT_TRUE(rig.window->isVisible());
+    rig.dialogs.answers = {Answer::Yes};
+    rig.key(Qt::Key_F4, Qt::AltModifier);
+    QApplication::processEvents();
+    EXPECT_FALSE(rig.window->isVisible());
+    ASSERT_EQ(rig.dialogs.questionsAsked.size(), 2u);
+    EXPECT_EQ(rig.dialogs.questionsAsked[1], "Do you want to Exit ?");
+}
+
 TEST(WindowFiles, UnsavedChangesAskBeforeTheyAreLost) {
     WindowRig rig;
     ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));

@@ -172,6 +172,11 @@ TEST_F(WindowTest, MeasureLabelsChooseTheRangeToPlay) {
     rig.key(Qt::Key_Minus, Qt::KeypadModifier);
     EXPECT_EQ(editor().measures.StartMess, 5);
     EXPECT_EQ(strip->startBar()->value(), 5);
+    // Dragging the start bar past the end takes the end along.
+    strip->startBar()->setValue(9);
+    EXPECT_EQ(editor().measures.StartMess, 9);
+    EXPECT_EQ(editor().measures.EndMess, 9);
+    EXPECT_EQ(strip->endBar()->value(), 9);
     // Shift with any button takes the whole score.
     QTest::mouseClick(strip->label(2), Qt::RightButton, Qt::ShiftModifier);
     EXPECT_EQ(editor().measures.StartMess, 1);
