@@ -268,7 +268,9 @@ void PageWalk::DrawMark(int i, int step, int octave) {
         return;
     }
     markGlyph(i, mark, step, octave, keep);
-    m_dxf.text(DxfLayer, PenX, dxfY, "1.2", mark.substr(0, 1));
+    // The plectrum strokes are written smaller than the other marks.
+    const bool plectrum = mark == "7 " || mark == "8 ";
+    m_dxf.text(DxfLayer, PenX, dxfY, plectrum ? "0.8" : "1.2", mark.substr(0, 1));
     if (mark[1] == 'B' || mark[1] == 'Z')
         m_dxf.text(DxfLayer, PenX, dxfY + (mark[1] == 'B' ? 2.1 : 0), "1.5",
                    mark[1] == 'B' ? "(" : ")", " 50\r\n270.\r\n");

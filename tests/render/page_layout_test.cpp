@@ -301,6 +301,23 @@ TEST(Dxf, FlagsOnlyOnNotesThatStandAlone) {
     EXPECT_EQ(flags(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  4 C", "73  4 c"}, false)), 0);
 }
 
+TEST(Dxf, MarksAreTheirFirstLetterAtTheirHeight) {
+    LayoutOptions o;
+    o.PageWidthUnits = 60;
+    o.DxfEnabled = true;
+    const std::string dxf =
+        RefreshView(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73  8  7 ", "73  8  8 ",
+                               "73  8  AC", "73  8  TR"}),
+                    o)
+            .dxf;
+    // Plectrum strokes at 0.8, the accent and the trill at 1.2, all on the finger layer.
+    EXPECT_NE(dxf.find(" 40\r\n0.8\r\n  1\r\n7\r\n"), std::string::npos);
+    EXPECT_NE(dxf.find(" 40\r\n0.8\r\n  1\r\n8\r\n"), std::string::npos);
+    EXPECT_NE(dxf.find(" 40\r\n1.2\r\n  1\r\nA\r\n"), std::string::npos);
+    EXPECT_NE(dxf.find(" 40\r\n1.2\r\n  1\r\nT\r\n"), std::string::npos);
+    EXPECT_EQ(dxf.find(" 40\r\n1.2\r\n  1\r\n7\r\n"), std::string::npos);
+}
+
 TEST(WorkingView, DotsOfCaptions) {
     // A dotted quarter reads "q .", a dotted eighth "e.": the flag glyph needs no blank.
     const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 12", "73  6", "03  2"}),
