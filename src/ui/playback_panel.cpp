@@ -85,11 +85,8 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
         m_tempoLabel->setText(QString::number(v));
         knob->setTempo(v);
     });
-    knob->dragged = [this](int v) {
-        m_tempo->setValue(v);
-        if (tempoMoved) tempoMoved(v);
-    };
-    QObject::connect(m_tempo, &QSlider::sliderMoved, this, [this](int v) {
+    knob->dragged = [this](int v) { m_tempo->setValue(v); };
+    QObject::connect(m_tempo, &QSlider::valueChanged, this, [this](int v) {
         if (tempoMoved) tempoMoved(v);
     });
     grid->addWidget(new QLabel("Tempo", this), 1, 0);

@@ -22,7 +22,7 @@ class PlaybackPanel : public QWidget {
 public:
     PlaybackPanel(Playback& playback, QWidget* parent = nullptr);
 
-    // The user moved the tempo bar.
+    // The tempo bar's value changed.
     std::function<void(int tempo)> tempoMoved;
 
     // Buttons and the pause label follow the player's status.

@@ -128,6 +128,9 @@ TEST(TempoKnob, ViewerArrowsStepTheTempoAndMoveTheKnob) {
     QTest::mousePress(track, Qt::LeftButton, Qt::NoModifier,
                       QPoint(static_cast<int>(1831 / TwipsPerPixel), 5));
     EXPECT_EQ(bar->value(), 320);
+    // The editor keeps the new tempo through the next key.
+    rig.key(Qt::Key_Comma);
+    EXPECT_EQ(bar->value(), 319);
 }
 
 } // namespace
