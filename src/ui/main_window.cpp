@@ -191,7 +191,10 @@ void MainWindow::buildMenus() {
     view->addSeparator();
     // ViewFont entries: the view's size is the entry's index less one.
     for (int i = 2; i <= 7; ++i)
-        add(view, "ViewFont", QString("Size %1").arg(i - 1), [this, i] { setZoom(i - 1); });
+        add(view, "ViewFont", QString("Size %1").arg(i - 1), [this, i] {
+            m_layout.options().ShowAllLines = true;
+            setZoom(i - 1);
+        });
 }
 
 void MainWindow::wireEditor() {
