@@ -143,10 +143,12 @@ void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
         stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY, WidthClass::Normal, colour);
         m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
     }
-    // The repeat end stands 1.2 before the barline; the row decision still measures from
-    // the barline itself, so the sign never keeps an over-full row open.
-    if (line(n1).starts_with("REP}") && !line(n2).starts_with("L  "))
-        glyph(0, PenX - 1.2, StaffBaseY - 5.5, "}");
+    // The repeat end stands 1.2 before the barline and takes the pen with it: the row
+    // decision and a number over the barline start from there.
+    if (line(n1).starts_with("REP}") && !line(n2).starts_with("L  ")) {
+        PenX -= 1.2;
+        glyph(0, PenX, StaffBaseY - 5.5, "}");
+    }
 }
 
 // A measure number goes on its own label: placing a number again moves that label.

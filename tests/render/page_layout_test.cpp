@@ -485,6 +485,28 @@ TEST(Signs, RepeatEndAtARowEndStaysOnTheOldRow) {
     EXPECT_DOUBLE_EQ(ys[0], 26 - 5.5);
 }
 
+TEST(Signs, RepeatEndTakesThePenBackBeforeTheRowDecision) {
+    // The sign moves the pen 1.2 back from the barline: the number of the next measure
+    // stands over the sign, and the pen is given back when the row goes on.
+    const auto r = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "73 32", "REP}", "L^x",
+                                  "73 32", "73 32"}),
+                       80);
+    const DisplayItem* sign = nullptr;
+    double barline = 0;
+    for (const auto& it : r.list.items) {
+        if (it.kind == ItemKind::Glyph && it.text == "}") sign = &it;
+        if (it.kind == ItemKind::Stroke && it.x == it.x2 && barline == 0 && it.y2 - it.y == 4)
+            barline = it.x;
+    }
+    ASSERT_NE(sign, nullptr);
+    EXPECT_NEAR(sign->x, barline - 1.2, 1e-9);
+    EXPECT_NEAR(r.measures[2].x, barline - 1.2, 1e-9);
+    EXPECT_TRUE(r.measures[2].visible);
+    // Both measures share the row, the second after the full advance from the barline.
+    EXPECT_EQ(r.positions.LinePosY[8], 26);
+    EXPECT_GT(r.positions.LinePosX[8], barline);
+}
+
 } // namespace
 } // namespace tahrir::render
 
