@@ -66,6 +66,9 @@ void PageWalk::run() {
                          ? m_opt.PageWidthUnits
                          : picWidth / ZoomFactor / ScreenUnit - m_opt.RightMargin;
     if (PageWidthUnits <= 0 || PageWidthUnits > 500) PageWidthUnits = 100;
+    // The picture's width in staff units: a page width given outright stands for it.
+    PicWidthUnits = m_opt.PageWidthUnits > 0 ? PageWidthUnits + m_opt.RightMargin
+                                             : picWidth / ZoomFactor / ScreenUnit;
     FillLimit = m_opt.ViewMode == 0 ? 1.0 : 0.9;
     Passes = m_opt.ViewMode == 0 ? 2 : 1;
     m_dxf.setEnabled(m_opt.DxfEnabled);
@@ -307,7 +310,7 @@ void PageWalk::controlLine(int i) {
                                                        : core::Cp1256ToUtf8(name);
     }
     if (key == "LFT=" && v >= 0 && v <= 90) {
-        LeftMargin = v == 0 ? 3 : v * m_opt.PicWidthTwips / ScreenUnit / ZoomFactor / 100;
+        LeftMargin = v == 0 ? 3 : v * PicWidthUnits / 100; // a percentage of the picture
     }
     if (key == "TOP=") {
         if (v == 0) TopMargin = 26;

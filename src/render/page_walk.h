@@ -115,7 +115,7 @@ public:
     // Walk state, named as the renderer's documentation names it.
     double PenX = 0, StaffBaseY = 0, DxfBaseY = 0, GlyphY = 0;
     double RowScale = 1, RowStartX = 0, BarStartX = 0, LastBarWidth = 0;
-    double PageWidthUnits = 100, FillLimit = 1, ZoomFactor = 0.6;
+    double PageWidthUnits = 100, PicWidthUnits = 104, FillLimit = 1, ZoomFactor = 0.6;
     double LeftMargin = 3, TopMargin = 26, StaffGap = 14;
     double TextFontScale = 1, MeasureNumberScale = 1;
     double ElapsedSeconds = 0, ActiveTempo = 60;

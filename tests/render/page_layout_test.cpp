@@ -231,6 +231,17 @@ TEST(ControlLines, ValidValuesTakeEffectAndOthersAreIgnored) {
     EXPECT_EQ(r.positions.LinePosY[7], 26 + 20);
     // Control lines take no room and draw nothing in page view.
     EXPECT_EQ(r.positions.LinePosX[4], -1);
+
+    // A left margin is a percentage of the picture: 10 of a page of 56 + 4 units is 6,
+    // where the staff lines of the next row begin.
+    const auto left = Lay(MakeSheet({kHeader, "TEMPO60", "RHYTM4/4", "LCLFT=10", "73 32",
+                                     "L  ", "73 32"}),
+                          56);
+    const auto staves = Find(left, ItemKind::Stroke);
+    const bool found = std::any_of(staves.begin(), staves.end(), [](const DisplayItem* it) {
+        return it->y == it->y2 && it->y == 26 + 14 && std::abs(it->x - 6) < 1e-9;
+    });
+    EXPECT_TRUE(found);
 }
 
 TEST(Signs, KeySignatureUsesSoriAndKoronGlyphs) {
