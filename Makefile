@@ -21,9 +21,10 @@ build: deps configure
 	cmake --build $(BUILD) -j $(JOBS)
 
 run: build
-	@if [ -x $(BUILD)/src/ui/tahrir ]; then \
+	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then \
 	  $(BUILD)/src/ui/tahrir $(DEMO); \
 	else \
+	  echo "No display found: showing the demo score's lines instead of the window."; \
 	  $(BUILD)/src/cli/tahrir-cli lines $(DEMO); \
 	fi
 
@@ -31,7 +32,10 @@ test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
 bench: build
-	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b" || exit 1; done
+	@for b in $(BUILD)/bench/bench_*; do \
+	  [ -f "$$b" ] && [ -x "$$b" ] || continue; \
+	  echo "== $$b"; "$$b" || exit 1; \
+	done
 
 test-asan: deps
 	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTAHRIR_SANITIZE=ON $(CMAKE_FLAGS)
