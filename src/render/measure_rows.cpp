@@ -73,7 +73,7 @@ void PageWalk::breakRow(bool showTime) {
     RowScale = 1;
     StartStaffRow();
     RowScale = scale;
-    if (showTime) drawTimeSignature(RhythmLine);
+    if (showTime) drawTimeSignature(RhythmLine, true);
 }
 
 // The barline and the row decision of measured music.

@@ -73,7 +73,8 @@ private:
 
     // sign_drawing.cpp: row start, barline signs, repeats, text, chords, marks
     void StartStaffRow();
-    void drawTimeSignature(int i);
+    // `again` at a row start: the sign is repeated, the rhythm line keeps its place.
+    void drawTimeSignature(int i, bool again = false);
     void tempoMark(int i);
     void directiveLine(int i);
     void drawVolta(int i, const std::string& s);

@@ -84,7 +84,7 @@ void PageWalk::StartStaffRow() {
     PenX += 3 * RowScale;
 }
 
-void PageWalk::drawTimeSignature(int i) {
+void PageWalk::drawTimeSignature(int i, bool again) {
     const RhythmFields f = SplitRhythm(line(i));
     if (f.numerator.empty() || f.denominator.empty() || f.numerator == "0") return;
     if (m_opt.ViewMode == 0 && Val(f.numerator) > 16) return;
@@ -93,7 +93,7 @@ void PageWalk::drawTimeSignature(int i) {
     m_dxf.text(DxfLayer, PenX, DxfBaseY + 0.16, "1.6", den);
     glyph(0, PenX, StaffBaseY - 8.5, num);
     glyph(0, PenX, StaffBaseY - 6.5, den);
-    if (i > 3) setPos(i, PenX, StaffBaseY);
+    if (i > 3 && !again) setPos(i, PenX, StaffBaseY);
     PenX += 5 * RowScale;
 }
 
