@@ -92,12 +92,18 @@ QLabel* MeasureStrip::makeLabel(int measure) {
 
 void MeasureStrip::show(const edit::MeasureRange& range) {
     m_showing = true;
+    // One label for each measure: a shorter score drops the labels of the longer one.
     const int count = std::max(1, range.Maximum);
+    while (static_cast<int>(m_labels.size()) > count) {
+        // Later, since the strip may be redrawn from a label's own click.
+        m_labels.back()->hide();
+        m_labels.back()->deleteLater();
+        m_labels.pop_back();
+    }
     while (static_cast<int>(m_labels.size()) < count)
         m_labels.push_back(makeLabel(static_cast<int>(m_labels.size()) + 1));
     for (std::size_t i = 0; i < m_labels.size(); ++i) {
         const auto m = i + 1;
-        m_labels[i]->setVisible(static_cast<int>(m) <= count);
         const int colour = m < range.LabelColour.size() ? range.LabelColour[m] : edit::ColourYellow;
         // Style sheets are dear: a label is restyled only when its colour changes.
         if (m_labels[i]->property("colour").toInt() != colour || !m_labels[i]->property("colour").isValid()) {
