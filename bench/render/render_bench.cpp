@@ -32,6 +32,10 @@ core::ScoreSheet FullSheet() {
     return sheet;
 }
 
+std::filesystem::path MusicFont() {
+    return std::filesystem::path(TAHRIR_DATA_DIR) / "fonts" / "bravura.otf";
+}
+
 render::LayoutOptions Options() {
     render::LayoutOptions o;
     o.TextFontName = "Nazli";
@@ -55,6 +59,7 @@ void BM_PaintImage(benchmark::State& state) {
     po.pixelsPerUnit = 1600 / layout.list.widthUnits;
     po.textFontName = layout.TextFontName;
     po.glyphSprites = true;
+    po.musicFontFile = MusicFont();
     QImage image(1600, static_cast<int>(layout.list.heightUnits * po.pixelsPerUnit) + 1,
                  QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
@@ -71,7 +76,9 @@ void BM_WritePdf(benchmark::State& state) {
     const auto layout = render::RefreshView(FullSheet(), Options());
     const auto path = std::filesystem::temp_directory_path() / "tahrir_bench_render.pdf";
     for (auto _ : state) {
-        const std::string error = render::WritePage(layout, path, {});
+        render::ImageOptions image;
+        image.musicFontFile = MusicFont();
+        const std::string error = render::WritePage(layout, path, image);
         if (!error.empty()) state.SkipWithError(error.c_str());
     }
     std::filesystem::remove(path);

@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -34,12 +33,6 @@ int LoadForDrawing(const Args& args, const std::string& file, Document& doc,
                                 : opened.load.message.empty() ? "Can't read " + file
                                                               : opened.load.message;
         return Fail(ExitIo, why + (why.find(file) == std::string::npos ? " (" + file + ")" : ""));
-    }
-    // The painter finds the music font in the data folder, else in the shipped data.
-    if (std::getenv("TAHRIR_DATA_DIR") == nullptr) {
-        std::filesystem::path dir = folder.folder;
-        if (!std::filesystem::exists(dir / "fonts" / "bravura.otf")) dir = ShippedDataFolder();
-        if (!dir.empty()) setenv("TAHRIR_DATA_DIR", dir.string().c_str(), 0);
     }
     return ExitOk;
 }
@@ -130,6 +123,7 @@ int RunRender(const Argv& argv) {
     }
     ImageOptions image;
     image.print = options.ChPrint;
+    image.musicFontFile = MusicFontIn(session.AppFolder, session.MusicFontFile);
     const std::string error = WritePage(layout, target, image);
     return error.empty() ? ExitOk : Fail(ExitIo, error);
 }

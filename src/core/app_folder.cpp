@@ -96,4 +96,16 @@ std::optional<std::string> CheckMusicFont(const fs::path& fontFile) {
     return std::string(MissingFontMessage);
 }
 
+fs::path MusicFontIn(const fs::path& appFolder, const fs::path& relative,
+                     const fs::path& shipped) {
+    const fs::path own = appFolder / relative;
+    if (!CheckMusicFont(own) || shipped.empty()) return own;
+    std::error_code ec;
+    return fs::is_regular_file(shipped / relative, ec) ? shipped / relative : own;
+}
+
+fs::path MusicFontIn(const fs::path& appFolder, const fs::path& relative) {
+    return MusicFontIn(appFolder, relative, ShippedDataFolder());
+}
+
 } // namespace tahrir::core

@@ -37,4 +37,12 @@ AppFolderResult PrepareAppFolder(const std::optional<std::string>& option);
 // folder is missing or is not a font file; nullopt when it can be loaded.
 std::optional<std::string> CheckMusicFont(const std::filesystem::path& fontFile);
 
+// The music font for a data folder: the folder's own copy (`relative` to it) when it passes
+// CheckMusicFont, else the shipped one when there is one, else the folder's (missing) copy.
+std::filesystem::path MusicFontIn(const std::filesystem::path& appFolder,
+                                  const std::filesystem::path& relative = "fonts/bravura.otf");
+std::filesystem::path MusicFontIn(const std::filesystem::path& appFolder,
+                                  const std::filesystem::path& relative,
+                                  const std::filesystem::path& shipped);
+
 } // namespace tahrir::core

@@ -35,6 +35,7 @@ struct Sheet {
 Sheet SheetFor(const LayoutResult& layout, const ImageOptions& options) {
     Sheet s{layout.list, layout.list.widthUnits, layout.list.heightUnits, {}};
     s.paint.textFontName = layout.TextFontName;
+    s.paint.musicFontFile = options.musicFontFile;
     s.paint.currentLine = options.currentLine;
     if (options.print) {
         s.width = layout.printWidthUnits;

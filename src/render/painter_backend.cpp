@@ -26,15 +26,10 @@ namespace {
 
 constexpr double kMusicEm = 4; // staff units of the music font's em at size 1
 
-QByteArray LoadMusicFont() {
-    std::vector<std::string> candidates;
-    if (const char* dir = std::getenv("TAHRIR_DATA_DIR")) candidates.emplace_back(dir);
-    candidates.emplace_back(TAHRIR_DATA_DIR);
-    for (const auto& dir : candidates) {
-        QFile f(QString::fromStdString(dir + "/fonts/bravura.otf"));
-        if (f.open(QIODevice::ReadOnly)) return f.readAll();
-    }
-    return {};
+QByteArray ReadFontFile(const std::filesystem::path& file) {
+    QFile f(QString::fromStdString(file.string()));
+    if (file.empty() || !f.open(QIODevice::ReadOnly)) return {};
+    return f.readAll();
 }
 
 // A glyph drawn once into an image, for raster targets: the text engine draws glyphs of
@@ -47,9 +42,12 @@ struct Sprite {
 // Music font glyphs by pixel size; built once per size.
 class MusicFont {
 public:
-    // Kept for the life of the process: font engines must not outlive the GUI at exit.
-    static MusicFont& instance() {
-        static auto* font = new MusicFont;
+    // One per font file, kept for the life of the process: font engines must not outlive
+    // the GUI at exit. An unreadable file gives a font that draws nothing.
+    static MusicFont& of(const std::filesystem::path& file) {
+        static auto* fonts = new std::map<std::filesystem::path, std::unique_ptr<MusicFont>>;
+        auto& font = (*fonts)[file];
+        if (!font) font.reset(new MusicFont(file));
         return *font;
     }
     bool ok() const { return !m_data.isEmpty(); }
@@ -88,7 +86,7 @@ public:
     }
 
 private:
-    MusicFont() : m_data(LoadMusicFont()) {}
+    explicit MusicFont(const std::filesystem::path& file) : m_data(ReadFontFile(file)) {}
     QByteArray m_data;
     std::map<int, QRawFont> m_fonts;
     std::map<char32_t, quint32> m_index;
@@ -134,7 +132,7 @@ struct Painter {
     }
 
     void glyph(const DisplayItem& it) {
-        MusicFont& font = MusicFont::instance();
+        MusicFont& font = MusicFont::of(o.musicFontFile);
         if (!font.ok()) return;
         const double px = kMusicEm * it.size * o.pixelsPerUnit;
         const QRawFont& raw = font.at(px);

@@ -12,6 +12,7 @@ class QPainter;
 namespace tahrir::render {
 
 struct PaintOptions {
+    std::filesystem::path musicFontFile; // the music font; glyphs are left out without it
     double pixelsPerUnit = 20; // device pixels per staff unit
     double originX = 0, originY = 0;
     bool printTarget = false;  // draw the print target's items instead of the screen's
@@ -33,6 +34,7 @@ std::string ResolveTextFont(const std::string& name);
 void PaintDisplayList(QPainter& painter, const DisplayList& list, const PaintOptions& options);
 
 struct ImageOptions {
+    std::filesystem::path musicFontFile;
     int widthPixels = 1600; // PNG and SVG width of the page view
     bool print = false;     // the print target: the printer (PDF) or its preview (PNG, SVG)
     int currentLine = 0;

@@ -83,8 +83,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "tahrir: %s\n", folder.error.c_str());
         return 2;
     }
-    if (const auto missing = tahrir::core::CheckMusicFont(folder.folder / "fonts" / "bravura.otf");
-        missing && !std::filesystem::exists(std::filesystem::path(TAHRIR_DATA_DIR) / "fonts" / "bravura.otf")) {
+    if (const auto missing = tahrir::core::CheckMusicFont(tahrir::core::MusicFontIn(folder.folder))) {
         std::fprintf(stderr, "tahrir: %s\n", missing->c_str());
         return 2;
     }

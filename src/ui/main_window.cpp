@@ -17,6 +17,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "core/app_folder.h"
 #include "core/cp1256.h"
 #include "core/load_file.h"
 #include "core/session.h"
@@ -37,13 +38,10 @@ namespace {
 
 QString Utf8(const std::string& cp1256) { return QString::fromStdString(core::Cp1256ToUtf8(cp1256)); }
 
-// The music font's family, loaded from the data folder or the shipped data.
-QString MusicFamily(const std::filesystem::path& appFolder, const std::string& relative) {
-    for (const auto& dir : {appFolder, std::filesystem::path(TAHRIR_DATA_DIR)}) {
-        const int id = QFontDatabase::addApplicationFont(QString::fromStdString((dir / relative).string()));
-        if (id >= 0) return QFontDatabase::applicationFontFamilies(id).value(0);
-    }
-    return "Bravura";
+// The music font's family, loaded from its file.
+QString MusicFamily(const std::filesystem::path& fontFile) {
+    const int id = QFontDatabase::addApplicationFont(QString::fromStdString(fontFile.string()));
+    return id >= 0 ? QFontDatabase::applicationFontFamilies(id).value(0) : QString("Bravura");
 }
 
 } // namespace
@@ -115,7 +113,7 @@ void MainWindow::buildWidgets() {
     m_recent->hide();
     column->addWidget(m_recent);
 
-    m_pic = new ScoreView(*m_editor, m_layout);
+    m_pic = new ScoreView(*m_editor, m_layout, core::MusicFontIn(m_session.AppFolder, m_session.MusicFontFile));
     m_picScroll = new QScrollArea(central);
     m_picScroll->setObjectName("PicScroll");
     m_picScroll->setWidget(m_pic);
@@ -139,7 +137,7 @@ void MainWindow::buildWidgets() {
 void MainWindow::buildDocks() {
     auto* paletteDock = new QDockWidget("Palette", this);
     paletteDock->setObjectName("PaletteDock");
-    m_palette = new PalettePanel(MusicFamily(m_session.AppFolder, m_session.MusicFontFile));
+    m_palette = new PalettePanel(MusicFamily(core::MusicFontIn(m_session.AppFolder, m_session.MusicFontFile)));
     auto* paletteScroll = new QScrollArea(paletteDock);
     paletteScroll->setWidget(m_palette);
     paletteScroll->setWidgetResizable(true);

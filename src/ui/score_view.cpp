@@ -38,8 +38,9 @@ render::DisplayList Visible(const render::DisplayList& list, double y0, double y
 
 } // namespace
 
-ScoreView::ScoreView(edit::Editor& editor, ViewLayout& layout, QWidget* parent)
-    : QWidget(parent), m_editor(editor), m_layout(layout) {
+ScoreView::ScoreView(edit::Editor& editor, ViewLayout& layout, std::filesystem::path musicFontFile,
+                     QWidget* parent)
+    : QWidget(parent), m_editor(editor), m_layout(layout), m_musicFontFile(std::move(musicFontFile)) {
     setObjectName("Pic");
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -122,6 +123,7 @@ void ScoreView::paintEvent(QPaintEvent* event) {
     o.pixelsPerUnit = m_layout.pixelsPerUnit();
     o.originX = o.originY = kMargin * o.pixelsPerUnit;
     o.currentLine = cursor;
+    o.musicFontFile = m_musicFontFile;
     o.selStart = m_editor.SelStart;
     o.selEnd = m_editor.SelEnd;
     if (m_fontAsked != m_editor.TextFontName) {

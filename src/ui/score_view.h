@@ -4,6 +4,7 @@
 // and hands keys and mouse actions on as the editor's numbers.
 
 #include <QWidget>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -21,7 +22,8 @@ class ViewLayout;
 
 class ScoreView : public QWidget {
 public:
-    ScoreView(edit::Editor& editor, ViewLayout& layout, QWidget* parent = nullptr);
+    ScoreView(edit::Editor& editor, ViewLayout& layout, std::filesystem::path musicFontFile,
+              QWidget* parent = nullptr);
 
     // A key of the editor's numbering; a key-up of its own for the reload key.
     std::function<void(EditorKey)> keyPressed;
@@ -62,6 +64,7 @@ private:
 
     edit::Editor& m_editor;
     ViewLayout& m_layout;
+    std::filesystem::path m_musicFontFile;
     int m_playLine = 0;
     bool m_banding = false;
     std::string m_fontAsked, m_fontUsed; // the text font looked up once per name

@@ -89,6 +89,26 @@ TEST(AppFolder, MusicFontCheck) {
     EXPECT_FALSE(CheckMusicFont(std::filesystem::path(TAHRIR_DATA_DIR) / "fonts" / "bravura.otf"));
 }
 
+TEST(AppFolder, MusicFontFallsBackToTheShippedOne) {
+    TempFolder folder;
+    const auto app = folder / "app";
+    const auto shipped = folder / "shipped";
+    const std::filesystem::path font = "fonts/bravura.otf";
+    // Neither has one: the folder's own path, so the start-up check reports it missing.
+    EXPECT_EQ(MusicFontIn(app, font, shipped), app / font);
+    EXPECT_EQ(MusicFontIn(app, font, {}), app / font);
+    MakeShipped(shipped);
+    EXPECT_EQ(MusicFontIn(app, font, shipped), shipped / font);
+    // A broken copy in the data folder is passed over; a good one is preferred.
+    std::filesystem::create_directories(app / "fonts");
+    WriteBytes(app / font, "<html>");
+    EXPECT_EQ(MusicFontIn(app, font, shipped), shipped / font);
+    WriteBytes(app / font, std::string("OTTO") + std::string(60, '\0'));
+    EXPECT_EQ(MusicFontIn(app, font, shipped), app / font);
+    // The build tree's own shipped data is found beside the test.
+    EXPECT_FALSE(CheckMusicFont(MusicFontIn(folder / "empty")));
+}
+
 TEST(AppFolder, GivenFolderIsCreatedButNotSeeded) {
     TempFolder folder;
     const auto app = folder / "given";

@@ -16,6 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+const fs::path kMusicFont = fs::path(TAHRIR_DATA_DIR) / "fonts" / "bravura.otf";
+
 class PainterTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { EnsureGuiApplication(); }
@@ -52,6 +54,7 @@ TEST_F(PainterTest, HeadsSitOnTheirLineAndSpace) {
     const LayoutResult r = Quarter();
     ImageOptions options;
     options.widthPixels = 880; // 20 pixels a staff unit
+    options.musicFontFile = kMusicFont;
     const fs::path png = m_dir / "q.png";
     ASSERT_EQ(WritePage(r, png, options), "");
     QImage image(QString::fromStdString(png.string()));
@@ -67,11 +70,20 @@ TEST_F(PainterTest, HeadsSitOnTheirLineAndSpace) {
         EXPECT_FALSE(Dark(image, cx - 0.15 * ppu, cy - 0.75 * ppu)) << "line " << line;
         EXPECT_FALSE(Dark(image, cx - 0.15 * ppu, cy + 0.75 * ppu)) << "line " << line;
     }
+    // The glyphs come from the file the caller names: with an unreadable one the heads are
+    // left out and the page is still written.
+    options.musicFontFile = m_dir / "none.otf";
+    ASSERT_EQ(WritePage(r, png, options), "");
+    image.load(QString::fromStdString(png.string()));
+    // Do's head stands in a space, clear of the staff lines.
+    const double cx = (r.positions.LinePosX[5] + 0.5) * ppu;
+    EXPECT_FALSE(Dark(image, cx, (r.positions.LinePosY[5] - 2.5) * ppu));
 }
 
 TEST_F(PainterTest, WritesPdfSvgAndRejectsOtherTypes) {
     const LayoutResult r = Quarter();
     ImageOptions options;
+    options.musicFontFile = kMusicFont;
     ASSERT_EQ(WritePage(r, m_dir / "q.pdf", options), "");
     EXPECT_EQ(Read(m_dir / "q.pdf").rfind("%PDF", 0), 0u);
     ASSERT_EQ(WritePage(r, m_dir / "q.svg", options), "");
