@@ -6,36 +6,15 @@
 #include <filesystem>
 #include <random>
 
+#include "app/render_layout.h"
 #include "edit/basic_layout.h"
 #include "edit/editor.h"
 #include "edit/file_undo_pages.h"
 #include "edit/key_codes.h"
 
-#ifdef TAHRIR_BENCH_RENDER
-#include "render/page_layout.h"
-#endif
-
 namespace {
 
 using namespace tahrir;
-
-#ifdef TAHRIR_BENCH_RENDER
-class RenderLayout : public edit::LayoutService {
-public:
-    explicit RenderLayout(int viewMode) { m_options.ViewMode = viewMode; }
-    edit::LayoutFacts relayout(const core::ScoreSheet& sheet,
-                               core::PositionTable& positions) override {
-        const render::LayoutResult result = render::RefreshView(sheet, m_options);
-        positions = result.positions;
-        edit::LayoutFacts facts;
-        facts.measureCount = result.MeasureNumber + 1;
-        return facts;
-    }
-
-private:
-    render::LayoutOptions m_options;
-};
-#endif
 
 // A full sheet of 4/4 measures: a barline, then quarters and eighths.
 void FillScore(core::ScoreSheet& sheet) {
@@ -91,18 +70,23 @@ void BM_CommitNotePlainLayout(benchmark::State& state) {
 }
 BENCHMARK(BM_CommitNotePlainLayout)->Unit(benchmark::kMillisecond);
 
-#ifdef TAHRIR_BENCH_RENDER
+// The renderer in the page view (0) or the working view (1).
+app::RenderLayout ViewLayout(int viewMode) {
+    render::LayoutOptions options;
+    options.ViewMode = viewMode;
+    return app::RenderLayout(options);
+}
+
 void BM_CommitNotePageView(benchmark::State& state) {
-    RenderLayout layout(0);
+    app::RenderLayout layout = ViewLayout(0);
     CommitOneNote(state, layout);
 }
 BENCHMARK(BM_CommitNotePageView)->Unit(benchmark::kMillisecond);
 
 void BM_CommitNoteWorkingView(benchmark::State& state) {
-    RenderLayout layout(1);
+    app::RenderLayout layout = ViewLayout(1);
     CommitOneNote(state, layout);
 }
 BENCHMARK(BM_CommitNoteWorkingView)->Unit(benchmark::kMillisecond);
-#endif
 
 } // namespace

@@ -7,6 +7,8 @@
 #include <optional>
 #include <sstream>
 
+#include "app/audition.h"
+#include "app/render_layout.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
 #include "core/app_folder.h"
@@ -22,12 +24,6 @@
 #include "play/midi_out.h"
 #include "play/note_player.h"
 #include "play/play_state.h"
-#if __has_include("render/page_layout.h")
-#include "render/page_layout.h"
-#define TAHRIR_HAVE_RENDER 1
-#else
-#include "edit/basic_layout.h"
-#endif
 
 namespace tahrir::cli {
 
@@ -35,44 +31,12 @@ namespace {
 
 using edit::Editor;
 
-#ifdef TAHRIR_HAVE_RENDER
-// The page layout of the renderer, as the editor asks for it after each command.
-class RenderLayout : public edit::LayoutService {
-public:
-    edit::LayoutFacts relayout(const core::ScoreSheet& sheet,
-                               core::PositionTable& positions) override {
-        const render::LayoutResult result = render::RefreshView(sheet, m_options);
-        positions = result.positions;
-        edit::LayoutFacts facts;
-        // The last measure is the last one whose number is shown: the label after a
-        // closing barline with nothing behind it stays hidden and is no measure to choose.
-        facts.measureCount = 1;
-        for (const render::MeasureLabel& label : result.measures)
-            if (label.visible && label.number > facts.measureCount)
-                facts.measureCount = label.number;
-        facts.leftMargin = m_options.LeftMargin;
-        // The walk leaves the last rhythm word it read.
-        for (int i = 3; i <= sheet.LastLine; ++i) {
-            const std::string& text = sheet[i].text();
-            if (core::IsRhythmLine(text)) facts.rhythmWord = text.substr(0, text.find(' '));
-        }
-        return facts;
-    }
-
-private:
-    render::LayoutOptions m_options;
-};
-#else
-using RenderLayout = edit::BasicLayout; // until the renderer is part of the build
-#endif
-
 // Sounds typed notes through the player's audition and keeps what was sounded.
 class RecordingAuditioner : public edit::Auditioner {
 public:
     RecordingAuditioner() : m_player(m_midi, m_state, m_controls) {}
     void soundNote(const edit::NoteSound& note) override {
-        const char accidental = note.accidental.size() >= 3 ? note.accidental[2] : ' ';
-        if (const auto sounded = m_player.auditionNote(note.step, note.octave, accidental))
+        if (const auto sounded = app::AuditionNote(m_player, note))
             sounded_.push_back(*sounded);
     }
     const std::vector<play::AuditionedNote>& sounded() const { return sounded_; }
@@ -293,7 +257,7 @@ int RunType(const Argv& argv) {
         return Fail(ExitIo, why.find(file) == std::string::npos ? why + " (" + file + ")" : why);
     }
 
-    RenderLayout layout;
+    app::RenderLayout layout;
     RecordingAuditioner audio;
     edit::MemoryClipboard clipboard;
     edit::FileUndoPages pages(core::PageStore::PathIn(folder.folder));

@@ -1,5 +1,6 @@
 #include "ui/playback.h"
 
+#include "app/audition.h"
 #include "play/rtmidi_sink.h"
 
 namespace tahrir::ui {
@@ -80,8 +81,7 @@ int Playback::poll() {
 
 void Playback::soundNote(const edit::NoteSound& note) {
     if (busy()) return;
-    const char accidental = note.accidental.size() >= 3 ? note.accidental[2] : ' ';
-    m_player->auditionNote(note.step, note.octave, accidental);
+    app::AuditionNote(*m_player, note);
 }
 
 void Playback::stopAllNotes() {

@@ -1,23 +1,11 @@
 #include "ui/view_layout.h"
 
-#include "core/line_kind.h"
-
 namespace tahrir::ui {
 
 edit::LayoutFacts ViewLayout::relayout(const core::ScoreSheet& sheet, core::PositionTable& positions) {
-    m_result = render::RefreshView(sheet, m_options);
     m_penShown = false;
     ++m_generation;
-    positions = m_result.positions;
-    edit::LayoutFacts facts;
-    facts.measureCount = m_result.MeasureNumber + 1;
-    facts.leftMargin = m_options.LeftMargin;
-    // The last rhythm word of the score is what a new rhythm line starts from.
-    for (int i = 3; i <= sheet.LastLine; ++i) {
-        const std::string& text = sheet[i].text();
-        if (core::IsRhythmLine(text)) facts.rhythmWord = text.substr(0, text.find(' '));
-    }
-    return facts;
+    return RenderLayout::relayout(sheet, positions);
 }
 
 const render::LayoutResult& ViewLayout::penResult(const core::ScoreSheet& sheet, int line) {

@@ -2,17 +2,13 @@
 // The renderer as the editor's layout service: each relayout keeps the display list that
 // the score view paints, and counts itself so the view knows when to repaint the page.
 
-#include "edit/services.h"
-#include "render/page_layout.h"
+#include "app/render_layout.h"
 
 namespace tahrir::ui {
 
-class ViewLayout : public edit::LayoutService {
+class ViewLayout : public app::RenderLayout {
 public:
     edit::LayoutFacts relayout(const core::ScoreSheet& sheet, core::PositionTable& positions) override;
-
-    render::LayoutOptions& options() { return m_options; }
-    const render::LayoutResult& result() const { return m_result; }
     // Lays out a copy of the sheet with the pen standing in for line `line`, so that the
     // red note shows what is typed before it is stored. The positions stay those of the
     // sheet itself.
@@ -27,8 +23,6 @@ public:
     double pixelsPerUnit() const;
 
 private:
-    render::LayoutOptions m_options;
-    render::LayoutResult m_result;
     render::LayoutResult m_pen;
     bool m_penShown = false;
     int m_generation = 0;
