@@ -6,13 +6,13 @@
 #include <deque>
 #include <filesystem>
 #include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "edit/basic_layout.h"
 #include "edit/editor.h"
 #include "edit/key_codes.h"
+#include "temp_folder.h"
 
 namespace tahrir::edit::test {
 
@@ -36,13 +36,6 @@ struct ScriptedHost : EditorHost {
     void messageBox(const std::string& text) override { messages.push_back(text); }
     std::optional<std::string> fontDialog() override { return font; }
 };
-
-inline std::filesystem::path FreshFolder() {
-    std::random_device rd;
-    auto dir = std::filesystem::temp_directory_path() / ("tahrir-edit-" + std::to_string(rd()));
-    std::filesystem::create_directories(dir);
-    return dir;
-}
 
 class EditorTest : public ::testing::Test {
 protected:
@@ -77,9 +70,8 @@ protected:
     int current() const { return doc.Sheet.CurrentLine; }
     int last() const { return doc.Sheet.LastLine; }
 
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
-    std::filesystem::path folder = FreshFolder();
+    ::tahrir::test::TempFolder temp;
+    std::filesystem::path folder = temp.path();
     core::Document doc;
     BasicLayout layout;
     RecordingAuditioner audio;

@@ -9,7 +9,7 @@
 namespace tahrir::edit::test {
 
 TEST(FileUndoPages, PagesLandAtTheirRecordsAndHolesReadBlank) {
-    const auto folder = FreshFolder();
+    const ::tahrir::test::TempFolder folder;
     const auto file = folder / "tmp.ctz";
     {
         FileUndoPages pages(file);
@@ -28,7 +28,6 @@ TEST(FileUndoPages, PagesLandAtTheirRecordsAndHolesReadBlank) {
     std::string record(32, '?');
     in.read(record.data(), 32);
     EXPECT_EQ(record, core::Scratch("x"));
-    std::filesystem::remove_all(folder);
 }
 
 class FileUndo : public EditorTest {};

@@ -1,5 +1,7 @@
 // Any stream of keys, clicks and answers keeps the sheet and the cursor in bounds.
 
+#include <random>
+
 #include "editor_fixture.h"
 
 namespace tahrir::edit::test {

@@ -27,7 +27,7 @@ TEST(EventLog, PassesOverLinesThatAreNotFourNumbers) {
 }
 
 TEST(EventLog, MissingFileIsAnEmptyLog) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     const EventLog log = ReadEventLog(folder.path() / EventLogName);
     EXPECT_TRUE(log.records.empty());
     EXPECT_EQ(log.skippedLines, 0);

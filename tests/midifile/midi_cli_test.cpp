@@ -32,15 +32,16 @@ std::string Quote(const std::string& arg) {
     return out + "'";
 }
 
-CliRun Cli(const test::TempFolder& folder, const std::vector<std::string>& args) {
+CliRun Cli(const ::tahrir::test::TempFolder& folder, const std::vector<std::string>& args) {
     std::string command = Quote(TAHRIR_CLI);
     for (const auto& a : args) command += " " + Quote(a);
     command += " --app-folder " + Quote((folder.path() / "app").string());
     command += " >" + Quote((folder.path() / "stdout").string());
     command += " 2>" + Quote((folder.path() / "stderr").string());
     const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, test::ReadText(folder.path() / "stdout"),
-            test::ReadText(folder.path() / "stderr")};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+            ::tahrir::test::ReadBytes(folder.path() / "stdout"),
+            ::tahrir::test::ReadBytes(folder.path() / "stderr")};
 }
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -62,10 +63,10 @@ test::Bytes NeyFile() {
 }
 
 TEST(MidiCli, ImportOptionsAndExitCodes) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     const std::string midi = (folder.path() / "ney.mid").string();
     const std::string out = (folder.path() / "ney.srv").string();
-    test::WriteBytes(midi, NeyFile());
+    ::tahrir::test::WriteBytes(midi, NeyFile());
 
     // An answer that is no number, a fraction or an impossible track is a usage error.
     for (const std::vector<std::string>& bad :
@@ -82,7 +83,7 @@ TEST(MidiCli, ImportOptionsAndExitCodes) {
     CliRun run = Cli(folder, {"import-midi", (folder.path() / "none.mid").string(), "--track", "1", "-o", out});
     EXPECT_EQ(run.code, 2);
     EXPECT_NE(run.err.find("none.mid"), std::string::npos) << run.err;
-    test::WriteBytes(folder.path() / "text.mid", {'h', 'e', 'l', 'l', 'o'});
+    ::tahrir::test::WriteBytes(folder.path() / "text.mid", {'h', 'e', 'l', 'l', 'o'});
     run = Cli(folder, {"import-midi", (folder.path() / "text.mid").string(), "--track", "1", "-o", out});
     EXPECT_EQ(run.code, 2);
     EXPECT_NE(run.err.find("text.mid"), std::string::npos) << run.err;
@@ -91,7 +92,7 @@ TEST(MidiCli, ImportOptionsAndExitCodes) {
     // Octave 3 - 1 = 2; the eighth is 4 32nds.
     run = Cli(folder, {"import-midi", midi, "--track", "1", "--octave-shift", "-1", "-o", out});
     ASSERT_EQ(run.code, 0) << run.err;
-    const auto lines = Lines(test::ReadText(out));
+    const auto lines = Lines(::tahrir::test::ReadBytes(out));
     ASSERT_EQ(lines.size(), 11u);
     EXPECT_EQ(lines[1], "\"Ney\"");
     EXPECT_EQ(lines[9], "12  8      ");
@@ -99,16 +100,16 @@ TEST(MidiCli, ImportOptionsAndExitCodes) {
 }
 
 TEST(MidiCli, DumpPrintsOneLineForEachEntry) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     // A lyric with a line break inside stays one line of the dump.
     TrackBuilder t;
     t.meta(0, 0x05, "ya\r\nna").event(0, {0x90, 60, 90}).end(480);
     const fs::path midi = folder.path() / "song.mid";
-    test::WriteBytes(midi, BuildSmf(0, 480, {t}));
+    ::tahrir::test::WriteBytes(midi, BuildSmf(0, 480, {t}));
     CliRun run = Cli(folder, {"dump-midi", midi.string()});
     ASSERT_EQ(run.code, 0) << run.err;
     DumpList expected;
-    ReadMidiBytes(test::ReadBytes(midi), expected);
+    ReadMidiBytes(::tahrir::test::ReadByteVector(midi), expected);
     const auto lines = Lines(run.out);
     ASSERT_EQ(lines.size(), expected.lines.size());
     EXPECT_EQ(lines[4], "t  0.000s  Tr1  Meta Lyric: ya  na");
@@ -121,7 +122,7 @@ TEST(MidiCli, DumpPrintsOneLineForEachEntry) {
 }
 
 TEST(MidiCli, ExportWritesTheLogOfItsPlayRun) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     const fs::path score = folder.path() / "two.srv";
     std::ofstream(score, std::ios::binary) << "\"Sv5 x\"\r\n\"Two\"\r\n       G   \r\nTEMPO60\r\n"
                                               "RHYTM4/4\r\n13  8      \r\n23  8K     \r\n";
@@ -131,8 +132,8 @@ TEST(MidiCli, ExportWritesTheLogOfItsPlayRun) {
     // The copy, the program's own "TestMid.Mid" and the writer on the run's log agree,
     // with the tempo bar at 90: 666666 us a quarter.
     const fs::path app = folder.path() / "app";
-    const auto bytes = test::ReadBytes(exact);
-    EXPECT_EQ(bytes, test::ReadBytes(app / TestMidName));
+    const auto bytes = ::tahrir::test::ReadByteVector(exact);
+    EXPECT_EQ(bytes, ::tahrir::test::ReadByteVector(app / TestMidName));
     const EventLog log = ReadEventLog(app / EventLogName);
     EXPECT_EQ(log.records.size(), 4u);
     EXPECT_EQ(bytes, WriteMidiFile(log.records, 90).bytes);
@@ -140,7 +141,8 @@ TEST(MidiCli, ExportWritesTheLogOfItsPlayRun) {
     // A tempo beyond the bar stops at its end, 320.
     run = Cli(folder, {"export-midi", score.string(), "-o", exact.string(), "--tempo", "1e300"});
     ASSERT_EQ(run.code, 0) << run.err;
-    EXPECT_EQ(test::ReadBytes(exact), WriteMidiFile(ReadEventLog(app / EventLogName).records, 320).bytes);
+    EXPECT_EQ(::tahrir::test::ReadByteVector(exact),
+              WriteMidiFile(ReadEventLog(app / EventLogName).records, 320).bytes);
     EXPECT_EQ(Cli(folder, {"export-midi", score.string(), "-o", exact.string(), "--tempo", "inf"}).code, 1);
 
     const fs::path micro = folder.path() / "micro.mid";

@@ -70,7 +70,7 @@ TEST(MidiCorpus, EveryFileMeetsItsFolderVerdictAndGoldenDump) {
         EXPECT_TRUE(Verdicts().at(folder)(info, dump.lines)) << entry.path();
         const fs::path golden = entry.path().string() + ".dump";
         if (update) std::ofstream(golden, std::ios::binary) << Joined(dump.lines);
-        EXPECT_EQ(Joined(dump.lines), test::ReadText(golden)) << golden;
+        EXPECT_EQ(Joined(dump.lines), ::tahrir::test::ReadBytes(golden)) << golden;
     }
     EXPECT_GE(files, 8);
 }

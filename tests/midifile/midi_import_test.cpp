@@ -71,13 +71,13 @@ test::Bytes TwoTrackFile() {
 }
 
 TEST(MidiImport, WritesTheScoreFileAndLeavesTheSheet) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     core::Document doc;
     const auto file = folder.path() / "ney.srv";
     const ImportResult r = ImportTrack(Parse(TwoTrackFile()), 2, 0, doc, file);
     ASSERT_EQ(r.status, ImportStatus::Imported) << r.message;
     EXPECT_EQ(r.notes, 3);
-    EXPECT_EQ(test::ReadText(file),
+    EXPECT_EQ(::tahrir::test::ReadBytes(file),
               "\"Sv5 Tahrir score\"\r\n\"Ney\"\r\n       G   \r\nTEMPO90\r\nRHYTM3/4\r\n"
               "LCINS=1\r\nLCTRP=0\r\nLCOCT=0\r\nLCPED=OFF\r\n"
               "13  8      \r\n13  4D     \r\n62 16D     \r\n");
@@ -92,12 +92,12 @@ TEST(MidiImport, WritesTheScoreFileAndLeavesTheSheet) {
 }
 
 TEST(MidiImport, ScoreFileReadsBackThroughTheScoreReader) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     core::Document doc;
     const auto file = folder.path() / "ney.srv";
     ASSERT_EQ(ImportTrack(Parse(TwoTrackFile()), 2, 1, doc, file).status, ImportStatus::Imported);
     core::Document opened;
-    const core::LoadResult load = core::ParseScore(test::ReadText(file), false, opened);
+    const core::LoadResult load = core::ParseScore(::tahrir::test::ReadBytes(file), false, opened);
     ASSERT_TRUE(load.loaded()) << load.message;
     EXPECT_EQ(load.droppedLines, 0);
     EXPECT_EQ(opened.Description, "Ney");
@@ -111,7 +111,7 @@ TEST(MidiImport, ScoreFileReadsBackThroughTheScoreReader) {
 }
 
 TEST(MidiImport, EmptyTrackKeepsTheHeadLines) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     core::Document doc;
     const ImportResult r = ImportTrack(Parse(TwoTrackFile()), 1, 0, doc, folder.path() / "a.srv");
     ASSERT_EQ(r.status, ImportStatus::Imported);
@@ -121,7 +121,7 @@ TEST(MidiImport, EmptyTrackKeepsTheHeadLines) {
 }
 
 TEST(MidiImport, TracksOutsideTheFrameAreRefused) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     core::Document doc;
     const MidiFileInfo info = Parse(TwoTrackFile());
     for (int track : {0, 3, 19}) {
@@ -135,7 +135,7 @@ TEST(MidiImport, TrackLongerThanTheSheetEndsWithAMessage) {
     // Notes go to lines 8 onward, so 2041 of them reach line 2048 and the next one cannot.
     TrackBuilder t;
     for (int i = 0; i < 2042; ++i) t.event(0, {0x90, 60, 90}).event(120, {0x80, 60, 0});
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     core::Document doc;
     const auto file = folder.path() / "long.srv";
     const ImportResult r = ImportTrack(Parse(BuildSmf(0, 480, {t.end()})), 1, 0, doc, file);
@@ -143,7 +143,7 @@ TEST(MidiImport, TrackLongerThanTheSheetEndsWithAMessage) {
     EXPECT_NE(r.message.find("2042"), std::string::npos) << r.message;
     EXPECT_EQ(r.notes, 2041);
     EXPECT_EQ(doc.Sheet[2048].text(), "13  2      ");
-    std::istringstream text(test::ReadText(file));
+    std::istringstream text(::tahrir::test::ReadBytes(file));
     int lines = 0;
     for (std::string line; std::getline(text, line);) ++lines;
     EXPECT_EQ(lines, 9 + 2041);
@@ -159,7 +159,7 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
         }
         std::string askOctave(const std::string&, const std::string&) override { return "0"; }
     } chooser;
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     TrackBuilder t;
     t.event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0}).end();
     const std::pair<std::string, test::Bytes> cases[] = {
@@ -168,7 +168,7 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
     };
     for (const auto& [error, bytes] : cases) {
         const auto midi = folder.path() / "bad.mid";
-        test::WriteBytes(midi, bytes);
+        ::tahrir::test::WriteBytes(midi, bytes);
         core::Document doc;
         DumpList shown;
         const ImportResult r = ImportMidiFile(midi, folder.path() / "out.srv", chooser, shown, doc);
@@ -195,9 +195,9 @@ TEST(MidiImport, ChooserTakesTrackAndOctave) {
         std::size_t tracks = 0, dumped = 0;
         std::string asked;
     } chooser;
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     const auto midi = folder.path() / "in.mid";
-    test::WriteBytes(midi, TwoTrackFile());
+    ::tahrir::test::WriteBytes(midi, TwoTrackFile());
     core::Document doc;
     DumpList shown;
     ImportResult r = ImportMidiFile(midi, folder.path() / "out.srv", chooser, shown, doc);

@@ -187,7 +187,7 @@ TEST(MidiReader, ErrorsStopTheDumpWithTheirText) {
                                                "Timing: PPQN = 480",
                                                "[ERROR] Missing MTrk at track 3"}));
 
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     DumpList list;
     const MidiFileInfo info = ReadMidiFile(folder.path() / "absent.mid", list);
     EXPECT_EQ(info.outcome, ReadOutcome::Unreadable);

@@ -150,14 +150,14 @@ TEST(MidiWriter, FileReadsBackThroughTheReader) {
 }
 
 TEST(MidiWriter, TestMidComesFromTheLogInTheAppFolder) {
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     EXPECT_EQ(WriteTestMid(folder.path(), 60), "");
-    const auto empty = test::ReadBytes(folder.path() / TestMidName);
+    const auto empty = ::tahrir::test::ReadByteVector(folder.path() / TestMidName);
     EXPECT_EQ(empty, WriteMidiFile({}, 60).bytes); // no log: header and metadata only
 
     std::ofstream(folder.path() / EventLogName) << "0,60,3,100\r\n.25,60,3,0\r\n";
     EXPECT_EQ(WriteTestMid(folder.path(), 60), "");
-    EXPECT_EQ(test::ReadBytes(folder.path() / TestMidName),
+    EXPECT_EQ(::tahrir::test::ReadByteVector(folder.path() / TestMidName),
               WriteMidiFile({{0, 60, 3, 100}, {0.25, 60, 3, 0}}, 60).bytes);
 
     std::ofstream(folder.path() / EventLogName) << "9999,60,3,100\r\n";
@@ -174,8 +174,9 @@ TEST(MidiWriter, PlayLogOfADemoScoreMatchesItsGoldenFile) {
     const WriteResult r = WriteMidiFile(log.records, 90);
     ASSERT_TRUE(r.ok()) << r.error;
     const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN");
-    if (update != nullptr && std::string(update) == "1") test::WriteBytes(data / "shur_daramad.mid", r.bytes);
-    EXPECT_EQ(r.bytes, test::ReadBytes(data / "shur_daramad.mid"));
+    if (update != nullptr && std::string(update) == "1")
+        ::tahrir::test::WriteBytes(data / "shur_daramad.mid", r.bytes);
+    EXPECT_EQ(r.bytes, ::tahrir::test::ReadByteVector(data / "shur_daramad.mid"));
     // Koron and sori notes come out as their plain keys, all on channel 0.
     DumpList dump;
     const MidiFileInfo info = ReadMidiBytes(r.bytes, dump);

@@ -21,16 +21,16 @@ bool HaveTools() {
 std::string Quote(const std::filesystem::path& p) { return "'" + p.string() + "'"; }
 
 // The CSV rows midicsv gives for a file; empty when it refuses the file.
-std::vector<std::string> MidiCsv(const test::TempFolder& folder, const Bytes& bytes) {
+std::vector<std::string> MidiCsv(const ::tahrir::test::TempFolder& folder, const Bytes& bytes) {
     const auto mid = folder.path() / "check.mid";
     const auto csv = folder.path() / "check.csv";
-    test::WriteBytes(mid, bytes);
+    ::tahrir::test::WriteBytes(mid, bytes);
     const std::string command = "midicsv " + Quote(mid) + " " + Quote(csv) + " 2>" +
                                 Quote(folder.path() / "errors.txt");
     if (std::system(command.c_str()) != 0) return {};
-    if (!test::ReadText(folder.path() / "errors.txt").empty()) return {};
+    if (!::tahrir::test::ReadBytes(folder.path() / "errors.txt").empty()) return {};
     std::vector<std::string> rows;
-    std::istringstream text(test::ReadText(csv));
+    std::istringstream text(::tahrir::test::ReadBytes(csv));
     for (std::string row; std::getline(text, row);) {
         if (!row.empty() && row.back() == '\r') row.pop_back();
         rows.push_back(row);
@@ -49,7 +49,7 @@ const std::vector<EventRecord> Log = {{0, 60, 3, 100}, {0.5, 60, 3, 0}, {0, 63, 
 
 TEST(MidiCsv, ReadsTheExactFileInEveryTempoForm) {
     if (!HaveTools()) GTEST_SKIP() << "midicsv is not installed";
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     for (double tempo : {60.0, 1000.0}) {
         const auto rows = MidiCsv(folder, WriteMidiFile(Log, tempo).bytes);
         ASSERT_FALSE(rows.empty()) << tempo;
@@ -70,9 +70,9 @@ TEST(MidiCsv, ReadsTheExactFileInEveryTempoForm) {
 
 TEST(MidiCsv, ReadsTheGoldenExportOfADemoScore) {
     if (!HaveTools()) GTEST_SKIP() << "midicsv is not installed";
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     const auto golden = std::filesystem::path(TAHRIR_TEST_DATA) / "midifile" / "shur_daramad.mid";
-    const auto rows = MidiCsv(folder, test::ReadBytes(golden));
+    const auto rows = MidiCsv(folder, ::tahrir::test::ReadByteVector(golden));
     ASSERT_FALSE(rows.empty());
     EXPECT_EQ(Count(rows, "1, 0, Tempo, 666666"), 1u);
     EXPECT_EQ(Count(rows, ", Note_on_c, 0, "), 192u);
@@ -81,7 +81,7 @@ TEST(MidiCsv, ReadsTheGoldenExportOfADemoScore) {
 
 TEST(MidiCsv, ReadsTheMicrotonalFile) {
     if (!HaveTools()) GTEST_SKIP() << "midicsv is not installed";
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     const auto rows = MidiCsv(folder, WriteMicrotonalFile(Log, {.tempo = 120}).bytes);
     ASSERT_FALSE(rows.empty());
     EXPECT_EQ(rows.front(), "0, 0, Header, 1, 2, 480");
@@ -98,7 +98,7 @@ TEST(MidiCsv, ReadsTheMicrotonalFile) {
 
 TEST(MidiCsv, FileFromCsvmidiImports) {
     if (!HaveTools()) GTEST_SKIP() << "csvmidi is not installed";
-    const test::TempFolder folder;
+    const ::tahrir::test::TempFolder folder;
     const auto csv = folder.path() / "in.csv";
     const auto mid = folder.path() / "in.mid";
     std::ofstream(csv) << "0, 0, Header, 1, 2, 96\n"

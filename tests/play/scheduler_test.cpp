@@ -4,10 +4,9 @@
 #include <cmath>
 #include <fstream>
 
-#include <unistd.h>
-
 #include "play/player.h"
 #include "play_test_util.h"
+#include "temp_folder.h"
 
 namespace tahrir::play {
 namespace {
@@ -207,16 +206,13 @@ TEST_F(WalkTest, MarkerFollowsTheSoundedLines) {
 }
 
 TEST_F(WalkTest, EventLogFileKeepsTheRun) {
-    const auto dir =
-        std::filesystem::temp_directory_path() / ("tahrir_play_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
+    const ::tahrir::test::TempFolder dir;
     const auto sheet =
         Sheet("", 60, "4/4", {Note(1, 3, 8), Directive("L^text"), Note(2, 3, 4, 'K')});
     keys(sheet, RunOptions{0, 0, dir / "tmpmid.txt"});
     std::ifstream in(dir / "tmpmid.txt", std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     EXPECT_EQ(text, "0,60,3,60\r\n1,60,3,0\r\n0,62,2,60\r\n0.5,62,2,0\r\n");
-    std::filesystem::remove_all(dir);
 }
 
 TEST_F(WalkTest, EmptyAndHostileSheetsEndCleanly) {

@@ -6,11 +6,10 @@
 #include <filesystem>
 #include <vector>
 
-#include <unistd.h>
-
 #include "play/player.h"
 #include "play/synth_sink.h"
 #include "play_test_util.h"
+#include "temp_folder.h"
 
 namespace tahrir::play {
 namespace {
@@ -81,13 +80,6 @@ double Cents(double f, double reference) {
 
 class SynthPitchTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        dir =
-            std::filesystem::temp_directory_path() / ("tahrir_synth_" + std::to_string(::getpid()));
-        std::filesystem::create_directories(dir);
-    }
-    void TearDown() override { std::filesystem::remove_all(dir); }
-
     // La natural, koron and sori, one second each with a rest between, at tempo 60;
     // returns the three measured frequencies.
     std::vector<double> render(int soriBend) {
@@ -119,7 +111,7 @@ protected:
         }
         return pitches;
     }
-    std::filesystem::path dir;
+    ::tahrir::test::TempFolder dir;
 };
 
 TEST_F(SynthPitchTest, KoronAndSoriSoundAQuarterToneFromTheNatural) {

@@ -5,11 +5,10 @@
 #include <QImage>
 #include <QPainter>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "render/painter_backend.h"
 #include "sheet_builder.h"
+#include "temp_folder.h"
 
 namespace tahrir::render {
 namespace {
@@ -21,14 +20,6 @@ const fs::path kMusicFont = fs::path(TAHRIR_DATA_DIR) / "fonts" / "bravura.otf";
 class PainterTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { EnsureGuiApplication(); }
-    void SetUp() override {
-        m_dir = fs::temp_directory_path() /
-                ("tahrir_render_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                 "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(m_dir);
-        fs::create_directories(m_dir);
-    }
-    void TearDown() override { fs::remove_all(m_dir); }
 
     static LayoutResult Quarter() {
         LayoutOptions o;
@@ -37,13 +28,7 @@ protected:
                                             "L_text"}),
                            o);
     }
-    static std::string Read(const fs::path& p) {
-        std::ifstream in(p, std::ios::binary);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
-    fs::path m_dir;
+    ::tahrir::test::TempFolder m_dir;
 };
 
 bool Dark(const QImage& image, double x, double y) {
@@ -85,9 +70,9 @@ TEST_F(PainterTest, WritesPdfSvgAndRejectsOtherTypes) {
     ImageOptions options;
     options.musicFontFile = kMusicFont;
     ASSERT_EQ(WritePage(r, m_dir / "q.pdf", options), "");
-    EXPECT_EQ(Read(m_dir / "q.pdf").rfind("%PDF", 0), 0u);
+    EXPECT_EQ(::tahrir::test::ReadBytes(m_dir / "q.pdf").rfind("%PDF", 0), 0u);
     ASSERT_EQ(WritePage(r, m_dir / "q.svg", options), "");
-    const std::string svg = Read(m_dir / "q.svg");
+    const std::string svg = ::tahrir::test::ReadBytes(m_dir / "q.svg");
     // The music font is drawn as outlines, so no text element can lose it.
     EXPECT_NE(svg.find("<path"), std::string::npos);
     EXPECT_EQ(svg.find("<text"), std::string::npos);

@@ -10,41 +10,30 @@
 #include <QJsonObject>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
+
+#include "temp_folder.h"
 
 namespace tahrir::render {
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string ReadText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+using ::tahrir::test::ReadBytes;
+using ::tahrir::test::WriteBytes;
 
 // A fresh folder under the system's temporary folder, removed afterwards.
 class RenderCli : public ::testing::Test {
 protected:
     void SetUp() override {
-        std::random_device rd;
-        m_dir = fs::temp_directory_path() / ("tahrir-render-cli-" + std::to_string(rd()));
-        fs::create_directories(m_dir);
         // One measure of a whole note in 4/4 at tempo 60.
         Write("one.srv", "\"Sv5 Tahrir score\"\r\n\"Test\r\n\"\r\n       G\r\nTEMPO60\r\n"
                          "RHYTM4/4\r\n73 32\r\n");
     }
-    void TearDown() override {
-        std::error_code ec;
-        fs::remove_all(m_dir, ec);
-    }
 
     fs::path Path(const std::string& name) const { return m_dir / name; }
     void Write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(Path(name), std::ios::binary) << bytes;
+        WriteBytes(Path(name), bytes);
     }
 
     struct Run {
@@ -57,12 +46,12 @@ protected:
                                     Path("stdout").string() + "' 2>'" + Path("stderr").string() +
                                     "'";
         const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(Path("stdout")),
-                ReadText(Path("stderr"))};
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadBytes(Path("stdout")),
+                ReadBytes(Path("stderr"))};
     }
     std::string Arg(const std::string& name) const { return "'" + Path(name).string() + "'"; }
 
-    fs::path m_dir;
+    ::tahrir::test::TempFolder m_dir;
 };
 
 TEST_F(RenderCli, EachFormatWritesItsFile) {
@@ -75,15 +64,15 @@ TEST_F(RenderCli, EachFormatWritesItsFile) {
     for (const auto& f : formats) {
         const Run r = Cli("render " + Arg("one.srv") + " -o " + Arg(f.name));
         EXPECT_EQ(r.code, 0) << f.name << ": " << r.err;
-        const std::string bytes = ReadText(Path(f.name));
+        const std::string bytes = ReadBytes(Path(f.name));
         EXPECT_EQ(bytes.substr(0, f.head.size()), f.head) << f.name;
     }
-    const std::string svg = ReadText(Path("page.svg"));
+    const std::string svg = ReadBytes(Path("page.svg"));
     EXPECT_NE(svg.find("<svg"), std::string::npos);
     // The DXF title stands at half the page less 6: the default picture is A4, 11906
     // twips, at zoom 3 / 5 and 250 twips a unit, less the right margin of 4: 75.3733 units,
     // so x = 31.6867, written "31.69"; then the score's name, and the stream's end.
-    const std::string dxf = ReadText(Path("page.dxf"));
+    const std::string dxf = ReadBytes(Path("page.dxf"));
     EXPECT_NE(dxf.find("finger\r\n 10\r\n31.69\r\n 20\r\n220.\r\n 30\r\n0.0\r\n"),
               std::string::npos);
     EXPECT_NE(dxf.find("  1\r\none.srv\r\n  7\r\nITALICC\r\n  0\r\n"), std::string::npos);

@@ -1,7 +1,6 @@
 #include "ui_test_support.h"
 
 #include <QTest>
-#include <random>
 
 #include "edit/editor.h"
 #include "ui/score_view.h"
@@ -17,17 +16,6 @@ QApplication& App() {
         return new QApplication(argc, argv);
     }();
     return *app;
-}
-
-TempFolder::TempFolder() {
-    std::random_device rd;
-    m_path = std::filesystem::temp_directory_path() / ("tahrir-ui-" + std::to_string(rd()));
-    std::filesystem::create_directories(m_path);
-}
-
-TempFolder::~TempFolder() {
-    std::error_code ec;
-    std::filesystem::remove_all(m_path, ec);
 }
 
 std::optional<std::string> ScriptedDialogs::input(const std::string&, const std::string& prompt,

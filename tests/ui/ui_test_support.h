@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ui/dialogs.h"
+#include "temp_folder.h"
 #include "ui/main_window.h"
 
 namespace tahrir::ui::test {
@@ -18,16 +19,7 @@ namespace tahrir::ui::test {
 // The one QApplication of the test program, on the offscreen platform.
 QApplication& App();
 
-// A folder of its own under the system's temporary folder, removed at the end.
-class TempFolder {
-public:
-    TempFolder();
-    ~TempFolder();
-    const std::filesystem::path& path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
+using ::tahrir::test::TempFolder;
 
 class ScriptedDialogs : public Dialogs {
 public:
