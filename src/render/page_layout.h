@@ -55,6 +55,8 @@ struct LayoutResult {
     double PageWidthUnits = 0;
     double ZoomFactor = 0;
     double ElapsedSeconds = 0;
+    // Barlines the walk drew. Not the number of measures: after a closing barline the
+    // next number is placed but hidden; the measures are the labels shown.
     int MeasureNumber = 0;
     std::string TextFontName;
     bool printed = false; // the print target was drawn
