@@ -73,6 +73,12 @@ struct Rig {
         std::error_code ec;
         std::filesystem::remove_all(folder, ec);
     }
+    // Opens the score and switches the editor on, its cursor a thousand notes in.
+    void editInTheMiddle() {
+        window->openPath(score);
+        key('E', edit::Shift::Ctrl);
+        for (int i = 0; i < 1000; ++i) key(edit::Key::Right);
+    }
     // A key as the score view hands it on, then the paint it asked for.
     void key(int code, int shift = 0) {
         window->editorKey({code, shift});
@@ -93,9 +99,7 @@ BENCHMARK(BM_OpenToFirstPaintedPage)->Unit(benchmark::kMillisecond);
 // Pitch keys change the pen: its row is laid out with the pen and painted again.
 void BM_PenKeyToRepaint(benchmark::State& state) {
     Rig rig;
-    rig.window->openPath(rig.score);
-    rig.key('E', edit::Shift::Ctrl);
-    for (int i = 0; i < 1000; ++i) rig.key(edit::Key::Right);
+    rig.editInTheMiddle();
     bool up = true;
     for (auto _ : state) {
         rig.key(up ? edit::Key::Up : edit::Key::Down);
@@ -107,9 +111,7 @@ BENCHMARK(BM_PenKeyToRepaint)->Unit(benchmark::kMillisecond);
 // Cursor keys move the red note: the two rows are painted again.
 void BM_CursorKeyToRepaint(benchmark::State& state) {
     Rig rig;
-    rig.window->openPath(rig.score);
-    rig.key('E', edit::Shift::Ctrl);
-    for (int i = 0; i < 1000; ++i) rig.key(edit::Key::Right);
+    rig.editInTheMiddle();
     bool right = true;
     for (auto _ : state) {
         rig.key(right ? edit::Key::Right : edit::Key::Left);
@@ -121,9 +123,7 @@ BENCHMARK(BM_CursorKeyToRepaint)->Unit(benchmark::kMillisecond);
 // Enter stores the pen: undo page, the whole page laid out and painted again.
 void BM_EnterToRepaint(benchmark::State& state) {
     Rig rig;
-    rig.window->openPath(rig.score);
-    rig.key('E', edit::Shift::Ctrl);
-    for (int i = 0; i < 1000; ++i) rig.key(edit::Key::Right);
+    rig.editInTheMiddle();
     bool up = true;
     for (auto _ : state) {
         state.PauseTiming();

@@ -7,6 +7,7 @@
 
 #include "cli/cli_args.h"
 #include "cli/commands.h"
+#include "cli/json_text.h"
 #include "core/app_folder.h"
 #include "core/cp1256.h"
 #include "core/line_kind.h"
@@ -22,31 +23,7 @@ namespace {
 
 using namespace tahrir::core;
 
-// A JSON string literal of UTF-8 text.
-std::string Json(std::string_view text) {
-    std::string out = "\"";
-    for (const char c : text) {
-        const auto u = static_cast<unsigned char>(c);
-        switch (c) {
-        case '"': out += "\\\""; break;
-        case '\\': out += "\\\\"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
-        default:
-            if (u < 0x20 || u == 0x7F) {
-                char buffer[8];
-                std::snprintf(buffer, sizeof buffer, "\\u%04x", u);
-                out += buffer;
-            } else {
-                out += c;
-            }
-        }
-    }
-    return out + "\"";
-}
-
-std::string JsonText(std::string_view cp1256) { return Json(Cp1256ToUtf8(cp1256)); }
+std::string JsonText(std::string_view cp1256) { return JsonString(Cp1256ToUtf8(cp1256)); }
 
 std::string_view TrimRight(std::string_view text) {
     const auto end = text.find_last_not_of(' ');
@@ -65,7 +42,7 @@ std::string FieldsJson(const ScoreLine& line, LineKind kind) {
     if (kind == LineKind::NoteLine || kind == LineKind::BarLine) {
         bool first = true;
         for (const FieldSpec& f : NoteFields()) {
-            out << (first ? "" : ", ") << Json(f.name) << ": " << JsonText(line.get(f.field));
+            out << (first ? "" : ", ") << JsonString(f.name) << ": " << JsonText(line.get(f.field));
             first = false;
         }
     } else if (kind == LineKind::DirectiveLine) {
@@ -94,7 +71,8 @@ const char* GenerationName(Generation g) {
 
 void PrintJson(const Document& doc, const std::string& file, std::ostream& out) {
     const ScoreSheet& sheet = doc.Sheet;
-    out << "{\"file\": " << Json(file) << ", \"generation\": \"" << GenerationName(doc.FileGeneration)
+    out << "{\"file\": " << JsonString(file) << ", \"generation\": \""
+        << GenerationName(doc.FileGeneration)
         << "\", \"scrambled\": " << (doc.LineScrambled ? "true" : "false")
         << ", \"description\": " << JsonText(doc.Description) << ", \"lastLine\": " << sheet.LastLine
         << ", \"currentLine\": " << sheet.CurrentLine

@@ -11,6 +11,7 @@
 #include "app/render_layout.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
+#include "cli/json_text.h"
 #include "core/app_folder.h"
 #include "core/cp1256.h"
 #include "core/line_kind.h"
@@ -181,31 +182,14 @@ void Run(Editor& editor, const Action& action) {
     }
 }
 
-std::string Json(std::string_view text) {
-    std::string out = "\"";
-    for (const char c : text) {
-        const auto u = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\') {
-            out += '\\';
-            out += c;
-        } else if (u < 0x20) {
-            char buffer[8];
-            std::snprintf(buffer, sizeof buffer, "\\u%04x", u);
-            out += buffer;
-        } else {
-            out += c;
-        }
-    }
-    return out + "\"";
-}
-
 void PrintState(Editor& editor, const AnswerHost& host, const RecordingAuditioner& audio) {
     const core::Document& doc = editor.document();
     std::ostringstream out;
     out << "{\"currentLine\": " << doc.Sheet.CurrentLine << ", \"lastLine\": " << doc.Sheet.LastLine
         << ", \"selStart\": " << editor.SelStart << ", \"selEnd\": " << editor.SelEnd
         << ", \"undoIndex\": " << doc.UndoIndex << ", \"undoTop\": " << doc.UndoTop
-        << ", \"pen\": " << Json(core::Cp1256ToUtf8(doc.Sheet.PenLine().text())) << ", \"lit\": [";
+        << ", \"pen\": " << JsonString(core::Cp1256ToUtf8(doc.Sheet.PenLine().text()))
+        << ", \"lit\": [";
     bool first = true;
     for (int i = 0; i < edit::PaletteSize; ++i) {
         if (!editor.lit.test(static_cast<std::size_t>(i))) continue;
@@ -214,7 +198,7 @@ void PrintState(Editor& editor, const AnswerHost& host, const RecordingAuditione
     }
     out << "], \"messages\": [";
     for (std::size_t i = 0; i < host.messages.size(); ++i)
-        out << (i ? ", " : "") << Json(core::Cp1256ToUtf8(host.messages[i]));
+        out << (i ? ", " : "") << JsonString(core::Cp1256ToUtf8(host.messages[i]));
     out << "], \"sounded\": [";
     for (std::size_t i = 0; i < audio.sounded().size(); ++i)
         out << (i ? ", " : "") << '[' << audio.sounded()[i].note << ", "
