@@ -63,6 +63,7 @@ bool PageWalk::rowEnds(bool measured) {
 }
 
 void PageWalk::breakRow(bool showTime) {
+    closeBeamAtRowEnd();
     DxfBaseY -= StaffGap;
     StaffBaseY += StaffGap;
     ++RowIndex;
@@ -107,6 +108,7 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
     if (number >= 0)
         placeMeasureLabel(number + 1, RowStartX + 3 * RowScale, StaffBaseY + StaffGap - 6.5,
                           visible);
+    closeBeamAtRowEnd();
     DxfBaseY -= StaffGap;
     StaffBaseY += StaffGap;
     PenX = RowStartX + 4 * RowScale;

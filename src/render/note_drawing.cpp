@@ -141,9 +141,12 @@ void PageWalk::drawNote(int i, const NoteShape& shape, int step, int octave, boo
     if (h < -0.5 || h > 4.5) DrawLedgerLines(h);
     const bool beamed = shape.flags > 0 && beam != ' ';
     dxfNote(shape, step, octave, beamed);
-    // A beam group keeps the direction its first note chose.
-    if (beam == ' ' || (beam == 'C' && !GroupOpen))
+    // A beam group keeps the direction its first note chose; after a row end the group goes
+    // on as a new one, which chooses again.
+    if (beam == ' ' || (beam == 'C' && !GroupOpen) || (beamed && GroupBroken)) {
         StemDir = pos > 4 ? StemDirection::Down : StemDirection::Up;
+        GroupBroken = false;
+    }
     const bool down = StemDir == StemDirection::Down;
     std::string caption = beamed ? "N" : (down ? shape.down : shape.up);
     // The eighth family's glyphs end in their flag, so their dot needs no blank.
@@ -151,7 +154,11 @@ void PageWalk::drawNote(int i, const NoteShape& shape, int step, int octave, boo
     glyph(i, PenX, GlyphY, caption);
     if (beamed && Paint && !m_out.list.items.empty()) m_out.list.items.back().stemDown = down;
     setPos(i, PenX, StaffBaseY);
-    if (beamed) beamMember(shape, beam);
+    if (beamed) {
+        const auto head = static_cast<std::ptrdiff_t>(m_out.list.items.size()) - 1;
+        CurrentNote = {&shape, Paint ? head : -1, PenX, h - 0.85 + DxfBaseY, pos > 4, DxfLayer};
+        beamMember(shape, beam);
+    }
     if (dotted && m_opt.ViewMode == 0) {
         PenX += shape.dotOffset;
         DrawDot(step, octave, false);
@@ -219,7 +226,13 @@ void PageWalk::dxfNote(const NoteShape& shape, int step, int octave, bool beamed
     const double x = PenX + (down ? shape.stemDownX : shape.stemUpX);
     const double y0 = down && shape.flags == 3 ? y - 0.87 : y + 0.87;
     m_dxf.line(DxfLayer, x, y0, x, down ? y0 - shape.stemLength : y0 + shape.stemLength);
-    if (shape.flags == 0 || beamed) return;
+    if (!beamed) dxfFlags(shape, PenX, y, down, DxfLayer);
+}
+
+// The flags of a note at x whose head stands at headY in the DXF drawing.
+void PageWalk::dxfFlags(const NoteShape& shape, double x, double headY, bool down,
+                        std::string_view layer) {
+    if (!m_dxf.enabled() || shape.flags == 0) return;
     static constexpr double kUp[3][3] = {{2.2}, {2.6, 1.9}, {2.6, 2, 1.4}};
     static constexpr double kDown[3][3] = {{-0.45}, {-0.85, -0.25}, {-0.85, -0.25, 0.35}};
     static constexpr const char* kHeight[3] = {"3.2", "3.1", "3.0"};
@@ -228,8 +241,8 @@ void PageWalk::dxfNote(const NoteShape& shape, int step, int octave, bool beamed
                                               " 41\r\n0.65\r\n 50\r\n.\r\n"};
     const int f = shape.flags - 1;
     for (int k = 0; k < shape.flags; ++k) {
-        const double fy = y + (down ? kDown[f][k] : kUp[f][k]);
-        m_dxf.text(DxfLayer, PenX + kBeamX[f], fy, kHeight[f], "b", kExtra[f]);
+        const double fy = headY + (down ? kDown[f][k] : kUp[f][k]);
+        m_dxf.text(layer, x + kBeamX[f], fy, kHeight[f], "b", kExtra[f]);
     }
 }
 
@@ -271,33 +284,60 @@ void PageWalk::beamMember(const NoteShape& shape, char code) {
     if (code == 'C' && !GroupOpen) {
         DrawBeamGroup();
         GroupOpen = true;
-        addBeamMember(x, shape.flags * 10);
+        addBeamMember(x, shape.flags * 10, false);
         return;
     }
     const char* kinds = "00";
     for (const auto& w : kBeamWords)
         if (w.code == code) kinds = w.kinds[column];
     if (code != 'C') GroupOpen = false;
+    bool carried = false; // behind an 'F' the note opens a group after closing one
     for (const char* p = kinds; *p != '\0';) {
         if (*p == 'F') {
             DrawBeamGroup();
+            carried = true;
             ++p;
             continue;
         }
         const int kind = (p[0] - '0') * 10 + (p[1] - '0');
-        addBeamMember(x, kind == 0 ? shape.flags * 10 : kind);
+        addBeamMember(x, kind == 0 ? shape.flags * 10 : kind, carried);
         p += 2;
     }
 }
 
-void PageWalk::addBeamMember(double x, int kind) {
+void PageWalk::addBeamMember(double x, int kind, bool carried) {
     const bool down = StemDir == StemDirection::Down;
     const double y = down ? GlyphY + 9 : GlyphY + 2;
-    Beam.push_back({x, y, !down, kind, DxfBaseY + (StaffBaseY - y)});
+    Beam.push_back({x, y, !down, kind, DxfBaseY + (StaffBaseY - y), CurrentNote, carried});
+}
+
+void PageWalk::closeBeamAtRowEnd() {
+    if (Beam.empty()) return;
+    DrawBeamGroup();
+    GroupBroken = true;
+}
+
+// A note left alone in its group is drawn as one that stands alone: its head glyph turns
+// into the flagged note of its stem direction, and the DXF drawing gets its flags.
+void PageWalk::flagAlone(const BeamNote& n, bool up) {
+    if (n.shape == nullptr) return;
+    if (n.head >= 0 && n.head < static_cast<std::ptrdiff_t>(m_out.list.items.size())) {
+        DisplayItem& it = m_out.list.items[static_cast<std::size_t>(n.head)];
+        if (!it.text.empty() && it.text[0] == 'N') {
+            it.text.replace(0, 1, up ? n.shape->up : n.shape->down);
+            it.stemDown = false;
+        }
+    }
+    dxfFlags(*n.shape, n.dxfX, n.dxfHeadY, n.dxfDown, n.dxfLayer);
 }
 
 void PageWalk::DrawBeamGroup() {
     if (Beam.empty()) return;
+    if (Beam.size() == 1 && !Beam.front().carried) {
+        flagAlone(Beam.front().note, Beam.front().up);
+        Beam.clear();
+        return;
+    }
     for (const BeamMember& m : Beam) {
         if (m.up) {
             stroke(m.x - 0.22, m.y, m.x - 0.22, m.y + 3.5, WidthClass::Stem);

@@ -199,6 +199,7 @@ void PageWalk::startOfPass() {
     DxfLayer = "1";
     Beam.clear();
     GroupOpen = false;
+    GroupBroken = false;
     RhythmLine = 3;
 
     headerTempo();

@@ -3,6 +3,7 @@
 // RefreshView in page_layout.h.
 
 #include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,16 @@ struct NoteShape {
     double dotOffset;
     int flags;      // eighth 1, 16th 2, 32nd 3; 0 for no flag
     const char* dxfHead;
+};
+
+// The note behind a beam member: enough to draw it with its own flag when its group is
+// left with it alone.
+struct BeamNote {
+    const NoteShape* shape = nullptr;
+    std::ptrdiff_t head = -1; // its head glyph in the display list; -1 when not painting
+    double dxfX = 0, dxfHeadY = 0;
+    bool dxfDown = false;
+    std::string_view dxfLayer;
 };
 
 class PageWalk {
@@ -63,13 +74,18 @@ private:
     void drawRest(int i, int ticks, bool dotted);
     void drawGrace(int i, int step, int octave, const char* glyph);
     void beamMember(const NoteShape& shape, char code);
-    void addBeamMember(double x, int kind);
+    void addBeamMember(double x, int kind, bool carried);
     void DrawBeamGroup();
+    // A row ends: the open group is drawn on it, and the notes after the break open a new one.
+    void closeBeamAtRowEnd();
+    void flagAlone(const BeamNote& n, bool up);
     void dxfBeam();
     void DrawLedgerLines(double h);
     void DrawAccidental(int step, int octave, char letter);
     void DrawDot(int step, int octave, bool fingerLayer);
     void dxfNote(const NoteShape& shape, int step, int octave, bool beamed = false);
+    void dxfFlags(const NoteShape& shape, double x, double headY, bool down,
+                  std::string_view layer);
 
     // sign_drawing.cpp: row start, barline signs, repeats, text, chords, marks
     void StartStaffRow();
@@ -136,9 +152,13 @@ public:
         bool up;
         int kind;
         double dxfY; // the stem end in the DXF drawing
+        BeamNote note;
+        bool carried; // the note also closed the group before: it is beamed there
     };
     std::vector<BeamMember> Beam; // the open group, drawn when it closes
     bool GroupOpen = false;
+    BeamNote CurrentNote;     // the note being drawn, for addBeamMember
+    bool GroupBroken = false; // a row end closed the group: its next note picks the stems
 };
 
 } // namespace tahrir::render

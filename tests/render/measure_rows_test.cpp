@@ -6,8 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
+#include "core/rhythm_pass.h"
 #include "render/page_layout.h"
 #include "sheet_builder.h"
 
@@ -107,6 +109,118 @@ TEST(WorkingViewRows, ARepeatedTimeSignatureLeavesItsRhythmLineInPlace) {
     EXPECT_NEAR(r.positions.LinePosX[4], 15.8, 1e-9);
     EXPECT_EQ(r.positions.LinePosY[4], 26);
     EXPECT_EQ(GlyphsAt(r, "8", 40 - 8.5), 1);
+}
+
+// Eighths beamed in pairs across every barline of 2/4 (a dotted quarter opens the first
+// measure): wherever a row ends at a barline, it ends inside a group.
+core::ScoreSheet PairsAcrossBarlines() {
+    core::ScoreSheet sheet =
+        MakeSheet({"       G", "TEMPO60", "RHYTM2/4", "73 12", "73  4 C"}, false);
+    for (int m = 0; m < 10; ++m) {
+        Repeat(sheet, "73  4 c", 1);
+        Repeat(sheet, "73  8", 1);
+        Repeat(sheet, "73  4 C", 1);
+    }
+    Repeat(sheet, "73  4 c", 1);
+    return sheet;
+}
+
+// A measure of quarters (lines 4..7), then sixteenths (lines 8..23) beamed four to a beat
+// by the rhythm pass. In the working view they start at 35.4 as in OverflowSheet, 3 apart,
+// and rows end at nine tenths of the width: on a page 46 wide the first row ends behind
+// line 9, on one 50 wide behind line 10, inside the first group either way.
+core::ScoreSheet SixteenthsAfterQuarters() {
+    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4"}, false);
+    Repeat(sheet, "73  8", 4);
+    Repeat(sheet, "73  2", 16);
+    core::RhythmPass(sheet);
+    return sheet;
+}
+
+struct BeamCheck {
+    int stems = 0, beamedHeads = 0, flagged = 0, flags = 0;
+};
+
+// Checks that no beam reaches from one row to the next, and counts stems, heads under a
+// beam and notes drawn with their own flags (and those flags).
+BeamCheck CheckBeams(const LayoutResult& r, const std::string& what) {
+    BeamCheck c;
+    for (const DisplayItem& it : r.list.items) {
+        if (it.kind == ItemKind::Stroke && it.width == WidthClass::Beam) {
+            // Rows stand 14 apart: both ends of a beam lie on the same one.
+            EXPECT_LT(std::abs(it.y2 - it.y), 7)
+                << what << ": beam from " << it.x << "," << it.y << " to " << it.x2 << "," << it.y2;
+        }
+        c.stems += it.kind == ItemKind::Stroke && it.width == WidthClass::Stem;
+        if (it.kind != ItemKind::Glyph || it.line <= 0 || it.text.empty()) continue;
+        const char head = it.text[0];
+        c.beamedHeads += head == 'N';
+        const int flags = head == 'e' || head == 'E' ? 1 : head == 'x' || head == 'X' ? 2 : 0;
+        c.flagged += flags > 0;
+        c.flags += flags;
+    }
+    return c;
+}
+
+int DxfFlags(const std::string& dxf) {
+    int n = 0;
+    for (auto at = dxf.find("  1\r\nb\r\n"); at != std::string::npos;
+         at = dxf.find("  1\r\nb\r\n", at + 1))
+        ++n;
+    return n;
+}
+
+const DisplayItem* HeadOf(const LayoutResult& r, int line) {
+    for (const DisplayItem& it : r.list.items)
+        if (it.kind == ItemKind::Glyph && it.line == line) return &it;
+    return nullptr;
+}
+
+TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
+    struct Case {
+        const char* what;
+        core::ScoreSheet sheet;
+        double width;
+        int view;
+    };
+    const Case cases[] = {
+        {"sixteenths split two and two", SixteenthsAfterQuarters(), 46, 1},
+        {"sixteenths split three and one", SixteenthsAfterQuarters(), 50, 1},
+        {"pairs across barlines, page view", PairsAcrossBarlines(), 45, 0},
+        {"pairs across barlines, working view", PairsAcrossBarlines(), 45, 1},
+    };
+    for (const Case& c : cases) {
+        LayoutOptions o;
+        o.PageWidthUnits = c.width;
+        o.ViewMode = c.view;
+        o.DxfEnabled = true;
+        const LayoutResult r = RefreshView(c.sheet, o);
+        ASSERT_GE(r.rows, 2) << c.what;
+        const BeamCheck b = CheckBeams(r, c.what);
+        // Every head under a beam has its stem; a note left alone has its flag instead, on
+        // the screen and in the DXF drawing alike.
+        EXPECT_EQ(b.stems, b.beamedHeads) << c.what;
+        EXPECT_EQ(DxfFlags(r.dxf), b.flags) << c.what;
+        // Each row end of the page view splits a pair into two notes that stand alone.
+        if (c.view == 0) {
+            EXPECT_EQ(b.flagged, 2 * (r.rows - 1)) << c.what;
+        }
+    }
+
+    // The first break in detail: which notes stay under a beam on either side of it.
+    const auto text = [](const LayoutResult& r, int line) {
+        const DisplayItem* it = HeadOf(r, line);
+        return it ? it->text : std::string("(none)");
+    };
+    const LayoutResult two = Working(SixteenthsAfterQuarters(), 46);
+    EXPECT_EQ(two.positions.LinePosY[9], 26);
+    EXPECT_EQ(two.positions.LinePosY[10], 40);
+    for (int line : {8, 9, 10, 11}) EXPECT_EQ(text(two, line), "N") << line;
+    const LayoutResult one = Working(SixteenthsAfterQuarters(), 50);
+    EXPECT_EQ(one.positions.LinePosY[10], 26);
+    EXPECT_EQ(one.positions.LinePosY[11], 40);
+    for (int line : {8, 9, 10}) EXPECT_EQ(text(one, line), "N") << line;
+    EXPECT_EQ(text(one, 11), "x"); // alone on its row, with its flags
 }
 
 // The numbers that the page shows, in order.
