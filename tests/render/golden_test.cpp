@@ -7,7 +7,6 @@
 #include <fstream>
 #include <sstream>
 
-#include "render/page_layout.h"
 #include "sheet_builder.h"
 
 namespace tahrir::render {
@@ -16,12 +15,8 @@ namespace {
 using test::MakeSheet;
 using test::Repeat;
 
-std::string GoldenPath(const std::string& name) {
-    return std::string(TAHRIR_TEST_DATA) + "/render/" + name;
-}
-
 void ExpectGolden(const std::string& name, const std::string& actual) {
-    const std::string path = GoldenPath(name);
+    const std::string path = std::string(TAHRIR_TEST_DATA) + "/render/" + name;
     if (const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN"); update && std::string(update) == "1") {
         std::ofstream(path, std::ios::binary) << actual;
         return;
@@ -47,9 +42,9 @@ core::ScoreSheet SignsSheet() {
 core::ScoreSheet RowsSheet() {
     core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM3/4"});
     for (int m = 0; m < 16; ++m) {
-        Repeat(sheet, "53  8", 1);
+        Repeat(sheet, "53  8");
         Repeat(sheet, m == 5 ? "63 24" : "63  4", 2);
-        Repeat(sheet, "73  8", 1);
+        Repeat(sheet, "73  8");
     }
     core::RhythmPass(sheet);
     return sheet;
@@ -61,17 +56,15 @@ core::ScoreSheet BandsSheet() {
     core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "LCLFT=5", "LCDBL=16"});
     for (int measures : {1, 2, 3, 6}) {
         Repeat(sheet, "73 32", measures);
-        Repeat(sheet, "L  ", 1);
+        Repeat(sheet, "L  ");
     }
-    Repeat(sheet, "73 32", 1);
+    Repeat(sheet, "73 32");
     return sheet;
 }
 
 LayoutResult Lay(const core::ScoreSheet& sheet, double width, int view, bool dxf) {
     LayoutOptions o;
-    o.PageWidthUnits = width;
-    o.ViewMode = view;
-    o.DxfEnabled = dxf;
+    o.PageWidthUnits = width, o.ViewMode = view, o.DxfEnabled = dxf;
     o.ScoreFileName = "golden.srv";
     return RefreshView(sheet, o);
 }

@@ -5,30 +5,20 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <vector>
 
-#include "core/rhythm_pass.h"
-#include "render/page_layout.h"
 #include "sheet_builder.h"
 
 namespace tahrir::render {
 namespace {
 
-using test::MakeSheet;
-using test::Repeat;
+using namespace test;
 
-LayoutResult Working(const core::ScoreSheet& sheet, double width) {
-    LayoutOptions o;
-    o.PageWidthUnits = width;
-    o.ViewMode = 1;
-    return RefreshView(sheet, o);
-}
+LayoutResult Working(const core::ScoreSheet& sheet, double width) { return Lay(sheet, width, 1); }
 
 // Glyphs with this text drawn at y, to within rounding.
 long GlyphsAt(const LayoutResult& r, const std::string& text, double y) {
-    return std::count_if(r.list.items.begin(), r.list.items.end(), [&](const DisplayItem& it) {
+    return Count(r, [&](auto& it) {
         return it.kind == ItemKind::Glyph && it.text == text && std::abs(it.y - y) < 1e-9;
     });
 }
@@ -41,14 +31,14 @@ long GlyphsAt(const LayoutResult& r, const std::string& text, double y) {
 // at 31.8 compares the old row's barline 35.4 plus the width 35.4 of measure 1 with 45 and
 // finds no room, since a break inside a measure keeps those two: measure 3 opens row 3.
 core::ScoreSheet OverflowSheet() {
-    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4"}, false);
+    core::ScoreSheet sheet = Body({}, false);
     Repeat(sheet, "73  8", 4); // lines 4..7
     Repeat(sheet, "73  4", 8); // lines 8..15
     Repeat(sheet, "73  8", 4); // lines 16..19
     return sheet;
 }
 
-TEST(WorkingViewRows, AMeasureTooLongForItsRowIsBrokenAndItsRestStandsAlone) {
+TEST(WorkingViewRows, AMeasureTooLongForItsRowIsBrokenOnlyInWorkingView) {
     const LayoutResult r = Working(OverflowSheet(), 50);
     const auto& pos = r.positions;
     EXPECT_EQ(r.rows, 3);
@@ -70,38 +60,29 @@ TEST(WorkingViewRows, AMeasureTooLongForItsRowIsBrokenAndItsRestStandsAlone) {
     EXPECT_NEAR(r.measures[3].y, 54 - 6.5, 1e-9);
     // The stretch of a row broken inside a measure is page width / pen: 50 / 44.4.
     EXPECT_NEAR(r.RowRatios[1], 50 / 44.4, 1e-9);
-}
-
-TEST(WorkingViewRows, TheSameMusicInThePageViewBreaksOnlyAtBarlines) {
-    LayoutOptions o;
-    o.PageWidthUnits = 50;
-    const LayoutResult r = RefreshView(OverflowSheet(), o);
-    // Measure 2 stays whole on one row in the page view, squeezed or stretched.
-    for (int i = 9; i <= 15; ++i) EXPECT_EQ(r.positions.LinePosY[i], r.positions.LinePosY[8]) << i;
+    // The page view keeps measure 2 whole on one row, squeezed or stretched.
+    const LayoutResult page = Lay(OverflowSheet(), 50);
+    for (int i = 9; i <= 15; ++i)
+        EXPECT_EQ(page.positions.LinePosY[i], page.positions.LinePosY[8]) << i;
 }
 
 TEST(WorkingViewRows, BarlineRecordsAreMarksThatTakeAGraceNotesRoom) {
     // "03 -1" after the full measure: the barline is drawn by the measure test on the note
     // before it, the record itself shows ")(" 2 wide in the working view and nothing in
     // the page view.
-    const auto sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "73 32", "03 -1", "73 32"});
+    const auto sheet = Body({"73 32", "03 -1", "73 32"});
     const LayoutResult work = Working(sheet, 80);
     // 15.8 + 8 for the whole note, 1.8 + 1.8 around the barline: the mark at 27.4.
     EXPECT_NEAR(work.positions.LinePosX[5], 27.4, 1e-9);
     EXPECT_NEAR(work.positions.LinePosX[6], 29.4, 1e-9);
-    EXPECT_EQ(std::count_if(work.list.items.begin(), work.list.items.end(),
-                            [](const DisplayItem& it) { return it.text == ")(" && it.line == 5; }),
-              1);
-    LayoutOptions page;
-    page.PageWidthUnits = 80;
-    const LayoutResult drawn = RefreshView(sheet, page);
-    EXPECT_EQ(drawn.positions.LinePosX[5], -1);
+    EXPECT_EQ(Count(work, [](auto& it) { return it.text == ")(" && it.line == 5; }), 1);
+    EXPECT_EQ(Lay(sheet, 80).positions.LinePosX[5], -1);
 }
 
 // A regression: the time signature repeated at the head of a row moved the position of
 // the rhythm line that set it, so a click there found the line on a later row.
 TEST(WorkingViewRows, ARepeatedTimeSignatureLeavesItsRhythmLineInPlace) {
-    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "RHYTM8/4"}, false);
+    core::ScoreSheet sheet = Body({"RHYTM8/4"}, false);
     Repeat(sheet, "73  4", 16);
     const LayoutResult r = Working(sheet, 50);
     ASSERT_GE(r.rows, 2);
@@ -116,12 +97,9 @@ TEST(WorkingViewRows, ARepeatedTimeSignatureLeavesItsRhythmLineInPlace) {
 core::ScoreSheet PairsAcrossBarlines() {
     core::ScoreSheet sheet =
         MakeSheet({"       G", "TEMPO60", "RHYTM2/4", "73 12", "73  4 C"}, false);
-    for (int m = 0; m < 10; ++m) {
-        Repeat(sheet, "73  4 c", 1);
-        Repeat(sheet, "73  8", 1);
-        Repeat(sheet, "73  4 C", 1);
-    }
-    Repeat(sheet, "73  4 c", 1);
+    for (int m = 0; m < 10; ++m)
+        for (const char* line : {"73  4 c", "73  8", "73  4 C"}) Repeat(sheet, line);
+    Repeat(sheet, "73  4 c");
     return sheet;
 }
 
@@ -130,50 +108,11 @@ core::ScoreSheet PairsAcrossBarlines() {
 // and rows end at nine tenths of the width: on a page 46 wide the first row ends behind
 // line 9, on one 50 wide behind line 10, inside the first group either way.
 core::ScoreSheet SixteenthsAfterQuarters() {
-    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4"}, false);
+    core::ScoreSheet sheet = Body({}, false);
     Repeat(sheet, "73  8", 4);
     Repeat(sheet, "73  2", 16);
     core::RhythmPass(sheet);
     return sheet;
-}
-
-struct BeamCheck {
-    int stems = 0, beamedHeads = 0, flagged = 0, flags = 0;
-};
-
-// Checks that no beam reaches from one row to the next, and counts stems, heads under a
-// beam and notes drawn with their own flags (and those flags).
-BeamCheck CheckBeams(const LayoutResult& r, const std::string& what) {
-    BeamCheck c;
-    for (const DisplayItem& it : r.list.items) {
-        if (it.kind == ItemKind::Stroke && it.width == WidthClass::Beam) {
-            // Rows stand 14 apart: both ends of a beam lie on the same one.
-            EXPECT_LT(std::abs(it.y2 - it.y), 7)
-                << what << ": beam from " << it.x << "," << it.y << " to " << it.x2 << "," << it.y2;
-        }
-        c.stems += it.kind == ItemKind::Stroke && it.width == WidthClass::Stem;
-        if (it.kind != ItemKind::Glyph || it.line <= 0 || it.text.empty()) continue;
-        const char head = it.text[0];
-        c.beamedHeads += head == 'N';
-        const int flags = head == 'e' || head == 'E' ? 1 : head == 'x' || head == 'X' ? 2 : 0;
-        c.flagged += flags > 0;
-        c.flags += flags;
-    }
-    return c;
-}
-
-int DxfFlags(const std::string& dxf) {
-    int n = 0;
-    for (auto at = dxf.find("  1\r\nb\r\n"); at != std::string::npos;
-         at = dxf.find("  1\r\nb\r\n", at + 1))
-        ++n;
-    return n;
-}
-
-const DisplayItem* HeadOf(const LayoutResult& r, int line) {
-    for (const DisplayItem& it : r.list.items)
-        if (it.kind == ItemKind::Glyph && it.line == line) return &it;
-    return nullptr;
 }
 
 TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
@@ -190,26 +129,32 @@ TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
         {"pairs across barlines, working view", PairsAcrossBarlines(), 45, 1},
     };
     for (const Case& c : cases) {
-        LayoutOptions o;
-        o.PageWidthUnits = c.width;
-        o.ViewMode = c.view;
-        o.DxfEnabled = true;
-        const LayoutResult r = RefreshView(c.sheet, o);
+        const LayoutResult r = Lay(c.sheet, c.width, c.view, true);
         ASSERT_GE(r.rows, 2) << c.what;
-        const BeamCheck b = CheckBeams(r, c.what);
+        int beamedHeads = 0, flagged = 0, flags = 0;
+        for (const DisplayItem& it : r.list.items) {
+            // Rows stand 14 apart: both ends of a beam lie on the same one.
+            if (it.kind == ItemKind::Stroke && it.width == WidthClass::Beam) {
+                EXPECT_LT(std::abs(it.y2 - it.y), 7) << c.what << ": beam at " << it.x;
+            }
+            if (it.kind != ItemKind::Glyph || it.line <= 0 || it.text.empty()) continue;
+            const char head = it.text[0];
+            const int n = head == 'e' || head == 'E' ? 1 : head == 'x' || head == 'X' ? 2 : 0;
+            beamedHeads += head == 'N', flagged += n > 0, flags += n;
+        }
         // Every head under a beam has its stem; a note left alone has its flag instead, on
         // the screen and in the DXF drawing alike.
-        EXPECT_EQ(b.stems, b.beamedHeads) << c.what;
-        EXPECT_EQ(DxfFlags(r.dxf), b.flags) << c.what;
+        EXPECT_EQ(Strokes(r, WidthClass::Stem), beamedHeads) << c.what;
+        EXPECT_EQ(DxfFlags(r.dxf), flags) << c.what;
         // Each row end of the page view splits a pair into two notes that stand alone.
         if (c.view == 0) {
-            EXPECT_EQ(b.flagged, 2 * (r.rows - 1)) << c.what;
+            EXPECT_EQ(flagged, 2 * (r.rows - 1)) << c.what;
         }
     }
 
     // The first break in detail: which notes stay under a beam on either side of it.
     const auto text = [](const LayoutResult& r, int line) {
-        const DisplayItem* it = HeadOf(r, line);
+        const DisplayItem* it = GlyphOfLine(r, line);
         return it ? it->text : std::string("(none)");
     };
     const LayoutResult two = Working(SixteenthsAfterQuarters(), 46);
@@ -245,15 +190,10 @@ TEST(MeasureLabels, ThePageNumbersEachMeasureOnceAndNothingAfterTheLast) {
         {"no barline at all", {"73  8"}, {1}},
     };
     for (const Case& c : cases) {
-        core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4"});
-        for (const std::string& line : c.body) Repeat(sheet, line, 1);
-        for (int view : {0, 1}) {
-            LayoutOptions o;
-            o.PageWidthUnits = 80;
-            o.ViewMode = view;
-            const LayoutResult r = RefreshView(sheet, o);
-            EXPECT_EQ(Shown(r), c.shown) << c.what << ", view " << view;
-        }
+        core::ScoreSheet sheet = Body({}, false);
+        for (const std::string& line : c.body) Repeat(sheet, line);
+        for (int view : {0, 1})
+            EXPECT_EQ(Shown(Lay(sheet, 80, view)), c.shown) << c.what << ", view " << view;
     }
 }
 

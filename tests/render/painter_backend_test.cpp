@@ -21,13 +21,7 @@ class PainterTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { EnsureGuiApplication(); }
 
-    static LayoutResult Quarter() {
-        LayoutOptions o;
-        o.PageWidthUnits = 40;
-        return RefreshView(test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "73  8", "14  8",
-                                            "L_text"}),
-                           o);
-    }
+    static LayoutResult Quarter() { return test::Lay(test::Body({"73  8", "14  8", "L_text"}), 40); }
     ::tahrir::test::TempFolder m_dir;
 };
 
@@ -84,9 +78,7 @@ TEST_F(PainterTest, PrintPreviewIsAThirdWide) {
     LayoutOptions o;
     o.ChPrint = true;
     o.Description = "Title\nSecond line";
-    const LayoutResult r = RefreshView(test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4",
-                                                        "73 32"}),
-                                       o);
+    const LayoutResult r = RefreshView(test::Body({"73 32"}), o);
     EXPECT_TRUE(r.printed);
     ImageOptions options;
     options.print = true;
@@ -96,12 +88,6 @@ TEST_F(PainterTest, PrintPreviewIsAThirdWide) {
     EXPECT_EQ(image.width(), 500);
     EXPECT_NEAR(image.height(), 500 * A4HeightTwips / A4WidthTwips, 2);
 }
-
-} // namespace
-} // namespace tahrir::render
-
-namespace tahrir::render {
-namespace {
 
 // Dark pixels down one column of an image.
 int DarkRun(const QImage& image, int x) {
@@ -116,7 +102,7 @@ TEST_F(PainterTest, PreviewLinesStayOnePixelWide) {
     beam.kind = ItemKind::Stroke;
     beam.width = WidthClass::Beam;
     beam.x = 1, beam.y = 2, beam.x2 = 9, beam.y2 = 2;
-    list.items.push_back(beam);
+    list.items = {beam};
     for (bool preview : {false, true}) {
         QImage image(400, 160, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::white);

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <random>
+#include <utility>
 
 #include "temp_folder.h"
 
@@ -22,19 +23,15 @@ namespace fs = std::filesystem;
 using ::tahrir::test::ReadBytes;
 using ::tahrir::test::WriteBytes;
 
-// A fresh folder under the system's temporary folder, removed afterwards.
 class RenderCli : public ::testing::Test {
 protected:
     void SetUp() override {
         // One measure of a whole note in 4/4 at tempo 60.
-        Write("one.srv", "\"Sv5 Tahrir score\"\r\n\"Test\r\n\"\r\n       G\r\nTEMPO60\r\n"
-                         "RHYTM4/4\r\n73 32\r\n");
+        WriteBytes(Path("one.srv"), "\"Sv5 Tahrir score\"\r\n\"Test\r\n\"\r\n       G\r\n"
+                                    "TEMPO60\r\nRHYTM4/4\r\n73 32\r\n");
     }
 
     fs::path Path(const std::string& name) const { return m_dir / name; }
-    void Write(const std::string& name, const std::string& bytes) const {
-        WriteBytes(Path(name), bytes);
-    }
 
     struct Run {
         int code = -1;
@@ -50,6 +47,9 @@ protected:
                 ReadBytes(Path("stderr"))};
     }
     std::string Arg(const std::string& name) const { return "'" + Path(name).string() + "'"; }
+    Run Layout(const std::string& in, const std::string& more) const {
+        return Cli("layout " + Arg(in) + " --json" + more);
+    }
 
     ::tahrir::test::TempFolder m_dir;
 };
@@ -64,11 +64,9 @@ TEST_F(RenderCli, EachFormatWritesItsFile) {
     for (const auto& f : formats) {
         const Run r = Cli("render " + Arg("one.srv") + " -o " + Arg(f.name));
         EXPECT_EQ(r.code, 0) << f.name << ": " << r.err;
-        const std::string bytes = ReadBytes(Path(f.name));
-        EXPECT_EQ(bytes.substr(0, f.head.size()), f.head) << f.name;
+        EXPECT_EQ(ReadBytes(Path(f.name)).substr(0, f.head.size()), f.head) << f.name;
     }
-    const std::string svg = ReadBytes(Path("page.svg"));
-    EXPECT_NE(svg.find("<svg"), std::string::npos);
+    EXPECT_NE(ReadBytes(Path("page.svg")).find("<svg"), std::string::npos);
     // The DXF title stands at half the page less 6: the default picture is A4, 11906
     // twips, at zoom 3 / 5 and 250 twips a unit, less the right margin of 4: 75.3733 units,
     // so x = 31.6867, written "31.69"; then the score's name, and the stream's end.
@@ -82,19 +80,19 @@ TEST_F(RenderCli, EachFormatWritesItsFile) {
 }
 
 TEST_F(RenderCli, BadInputsOptionsAndTargets) {
-    Run r = Cli("render " + Arg("absent.srv") + " -o " + Arg("x.png"));
-    EXPECT_EQ(r.code, 2);
-    EXPECT_NE(r.err.find("absent.srv"), std::string::npos) << r.err;
-    r = Cli("layout " + Arg("absent.srv") + " --json");
-    EXPECT_EQ(r.code, 2);
-    EXPECT_NE(r.err.find("absent.srv"), std::string::npos) << r.err;
-
-    for (const char* target : {"no/such/folder/x.png", "no/such/folder/x.dxf",
-                               "no/such/folder/x.pdf"}) {
-        r = Cli("render " + Arg("one.srv") + " -o " + Arg(target));
-        EXPECT_EQ(r.code, 2) << target;
-        EXPECT_NE(r.err.find("no/such/folder"), std::string::npos) << r.err;
+    // Files that cannot be read or written: exit code 2, naming the path.
+    const std::pair<std::string, const char*> unusable[] = {
+        {"render " + Arg("absent.srv") + " -o " + Arg("x.png"), "absent.srv"},
+        {"layout " + Arg("absent.srv") + " --json", "absent.srv"},
+        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.png"), "no/such/folder"},
+        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.dxf"), "no/such/folder"},
+        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.pdf"), "no/such/folder"}};
+    for (const auto& [args, named] : unusable) {
+        const Run r = Cli(args);
+        EXPECT_EQ(r.code, 2) << args;
+        EXPECT_NE(r.err.find(named), std::string::npos) << r.err;
     }
+    // Usage errors: exit code 1 with a message.
     for (const std::string& args :
          {"render " + Arg("one.srv") + " -o " + Arg("x.jpg"),
           "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --view side",
@@ -102,7 +100,7 @@ TEST_F(RenderCli, BadInputsOptionsAndTargets) {
           "layout " + Arg("one.srv") + " --json --width-units wide",
           "render " + Arg("one.srv"), "layout " + Arg("one.srv"),
           "layout " + Arg("one.srv") + " --json --view 2"}) {
-        r = Cli(args);
+        const Run r = Cli(args);
         EXPECT_EQ(r.code, 1) << args;
         EXPECT_FALSE(r.err.empty()) << args;
     }
@@ -112,13 +110,13 @@ TEST_F(RenderCli, AnyBytesDrawWithoutFault) {
     std::mt19937 random(7);
     std::string garbage(4000, '\0');
     for (char& c : garbage) c = static_cast<char>(random());
-    Write("garbage.srv", garbage);
-    Write("empty.srv", "");
-    Write("long.srv", std::string(200000, '7') + "\r\n");
+    WriteBytes(Path("garbage.srv"), garbage);
+    WriteBytes(Path("empty.srv"), "");
+    WriteBytes(Path("long.srv"), std::string(200000, '7') + "\r\n");
     for (const char* name : {"garbage.srv", "empty.srv", "long.srv"}) {
         const Run page = Cli("render " + Arg(name) + " -o " + Arg("x.png"));
         EXPECT_TRUE(page.code == 0 || page.code == 2) << name << ": " << page.code;
-        const Run layout = Cli("layout " + Arg(name) + " --json --view working");
+        const Run layout = Layout(name, " --view working");
         EXPECT_TRUE(layout.code == 0 || layout.code == 2) << name << ": " << layout.code;
         if (layout.code == 0) {
             EXPECT_TRUE(QJsonDocument::fromJson(QByteArray::fromStdString(layout.out)).isObject())
@@ -128,19 +126,18 @@ TEST_F(RenderCli, AnyBytesDrawWithoutFault) {
 }
 
 TEST_F(RenderCli, PageWidthOutOfRangeBecomesHundred) {
-    const Run hundred = Cli("layout " + Arg("one.srv") + " --json --width-units 100");
+    const Run hundred = Layout("one.srv", " --width-units 100");
     ASSERT_EQ(hundred.code, 0) << hundred.err;
     for (const char* w : {"600", "0", "-3"}) {
-        const Run r = Cli("layout " + Arg("one.srv") + " --json --width-units " + w);
+        const Run r = Layout("one.srv", std::string(" --width-units ") + w);
         EXPECT_EQ(r.code, 0) << w << ": " << r.err;
         EXPECT_EQ(r.out, hundred.out) << w;
     }
-    const Run fifty = Cli("layout " + Arg("one.srv") + " --json --width-units 50");
-    EXPECT_NE(fifty.out, hundred.out);
+    EXPECT_NE(Layout("one.srv", " --width-units 50").out, hundred.out);
 }
 
 TEST_F(RenderCli, LayoutJsonKeysAndFullNumbers) {
-    const Run r = Cli("layout " + Arg("one.srv") + " --json");
+    const Run r = Layout("one.srv", "");
     ASSERT_EQ(r.code, 0) << r.err;
     const QJsonObject o = QJsonDocument::fromJson(QByteArray::fromStdString(r.out)).object();
     EXPECT_EQ(o.value("rows").toInt(), 1);

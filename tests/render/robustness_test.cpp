@@ -6,7 +6,6 @@
 #include <random>
 
 #include "render/hit_targets.h"
-#include "render/page_layout.h"
 #include "sheet_builder.h"
 
 namespace tahrir::render {
@@ -34,30 +33,24 @@ TEST(Robustness, RandomSheetsDrawInEveryViewWithoutFault) {
                                                   round % 5 ? "RHYTM4/4" : "RHYTM0/0"},
                                                  false);
         const int n = length(rng);
-        for (int k = 0; k < n; ++k) test::Repeat(sheet, kVocabulary[pick(rng)], 1);
+        for (int k = 0; k < n; ++k) test::Repeat(sheet, kVocabulary[pick(rng)]);
         for (int view : {0, 1}) {
             LayoutOptions o;
-            o.ViewMode = view;
-            o.DxfEnabled = true;
+            o.ViewMode = view, o.PageWidthUnits = 20 + round, o.DxfEnabled = true;
             o.ChPrint = round % 4 == 0;
-            o.PageWidthUnits = 20 + round;
             const LayoutResult r = RefreshView(sheet, o);
             ASSERT_GE(r.rows, 1);
-            for (int i = 4; i <= sheet.LastLine; ++i) {
-                if (r.positions.LinePosX[i] == -1) continue;
-                EXPECT_GE(r.positions.LinePosY[i], 0) << "line " << i;
-            }
+            for (int i = 4; i <= sheet.LastLine; ++i)
+                if (r.positions.LinePosX[i] != -1) {
+                    EXPECT_GE(r.positions.LinePosY[i], 0) << "line " << i;
+                }
             EXPECT_TRUE(r.dxf.ends_with("EOF\r\n"));
         }
     }
 }
 
 TEST(HitTargets, APointOnAHeadFindsItsLine) {
-    LayoutOptions o;
-    o.PageWidthUnits = 60;
-    const auto r = RefreshView(test::MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "73  8",
-                                                "14  8", "L_word"}),
-                               o);
+    const auto r = test::Lay(test::Body({"73  8", "14  8", "L_word"}));
     // The head of line 4 is centred 2 units above the bottom line, about 0.7 right of PenX.
     EXPECT_EQ(LineAt(r, r.positions.LinePosX[4] + 0.7, 26 - 2), 4);
     EXPECT_EQ(LineAt(r, r.positions.LinePosX[5] + 0.7, 26 - 2.5), 5);
@@ -68,10 +61,8 @@ TEST(HitTargets, APointOnAHeadFindsItsLine) {
 TEST(Measures, ElapsedSecondsSumsFullMeasuresAtTheTempo) {
     core::ScoreSheet sheet = test::MakeSheet({"       G", "TEMPO60", "RHYTM3/4"});
     test::Repeat(sheet, "73  8", 6);
-    LayoutOptions o;
-    o.PageWidthUnits = 80;
     // Two measures of 24 32nds: 2 x (24 / 8) x 60 / 60 seconds.
-    EXPECT_DOUBLE_EQ(RefreshView(sheet, o).ElapsedSeconds, 6.0);
+    EXPECT_DOUBLE_EQ(test::Lay(sheet, 80).ElapsedSeconds, 6.0);
 }
 
 } // namespace

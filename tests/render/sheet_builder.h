@@ -1,35 +1,81 @@
 #pragma once
-// Sheets built line by line for the render tests.
+// Sheets built line by line for the render tests, and queries on their layouts.
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "core/rhythm_pass.h"
 #include "core/score_sheet.h"
+#include "render/page_layout.h"
 
 namespace tahrir::render::test {
 
-// Lines 1.. in order, each padded to 22 columns as the reader leaves them; the rhythm pass
-// writes the beam codes when `beams` is set.
-inline core::ScoreSheet MakeSheet(std::initializer_list<std::string> lines, bool beams = true) {
-    core::ScoreSheet sheet;
-    int i = 0;
-    for (const std::string& text : lines) {
-        std::string padded = text;
-        if (padded.size() < 22) padded.resize(22, ' ');
-        sheet.setLine(++i, padded);
-    }
-    sheet.LastLine = i;
-    if (beams) core::RhythmPass(sheet);
-    return sheet;
-}
-
-// Appends `count` copies of a line after the current last line.
-inline void Repeat(core::ScoreSheet& sheet, const std::string& text, int count) {
+// Appends `count` copies of a line, padded to 22 columns as the reader leaves them.
+inline void Repeat(core::ScoreSheet& sheet, const std::string& text, int count = 1) {
     std::string padded = text;
     if (padded.size() < 22) padded.resize(22, ' ');
     for (int k = 0; k < count && sheet.LastLine < core::MaxLines; ++k)
         sheet.setLine(++sheet.LastLine, padded);
 }
+
+// Lines 1.. in order; the rhythm pass writes the beam codes when `beams` is set.
+inline core::ScoreSheet MakeSheet(std::initializer_list<std::string> lines, bool beams = true) {
+    core::ScoreSheet sheet;
+    for (const std::string& text : lines) Repeat(sheet, text);
+    if (beams) core::RhythmPass(sheet);
+    return sheet;
+}
+
+// Treble clef, tempo 60 and 4/4 on lines 1..3, then `body` from line 4.
+inline core::ScoreSheet Body(std::initializer_list<std::string> body, bool beams = true) {
+    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4"}, false);
+    for (const std::string& text : body) Repeat(sheet, text);
+    if (beams) core::RhythmPass(sheet);
+    return sheet;
+}
+
+inline LayoutResult Lay(const core::ScoreSheet& sheet, double width = 60, int view = 0,
+                        bool dxf = false) {
+    LayoutOptions o;
+    o.PageWidthUnits = width;
+    o.ViewMode = view;
+    o.DxfEnabled = dxf;
+    return RefreshView(sheet, o);
+}
+
+template <class Pred> long Count(const LayoutResult& r, Pred pred) {
+    return std::count_if(r.list.items.begin(), r.list.items.end(), pred);
+}
+
+inline std::vector<const DisplayItem*> Find(const LayoutResult& r, ItemKind kind,
+                                            const std::string& text = {}) {
+    std::vector<const DisplayItem*> out;
+    for (const auto& it : r.list.items)
+        if (it.kind == kind && (text.empty() || it.text == text)) out.push_back(&it);
+    return out;
+}
+
+inline long Strokes(const LayoutResult& r, WidthClass width) {
+    return Count(r, [&](auto& it) { return it.kind == ItemKind::Stroke && it.width == width; });
+}
+
+inline const DisplayItem* GlyphOfLine(const LayoutResult& r, int line) {
+    for (const auto& it : r.list.items)
+        if (it.kind == ItemKind::Glyph && it.line == line) return &it;
+    return nullptr;
+}
+
+// Occurrences of `needle` in `text`, at a line start when `atLineStart`.
+inline int Occurrences(const std::string& text, const std::string& needle, bool atLineStart = false) {
+    int n = 0;
+    for (auto p = text.find(needle); p != std::string::npos; p = text.find(needle, p + 1))
+        n += !atLineStart || p == 0 || text[p - 1] == '\n';
+    return n;
+}
+
+// Flags drawn in a DXF stream.
+inline int DxfFlags(const std::string& dxf) { return Occurrences(dxf, "  1\r\nb\r\n"); }
 
 } // namespace tahrir::render::test
