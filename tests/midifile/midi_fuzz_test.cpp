@@ -6,7 +6,6 @@
 #include <random>
 
 #include "midifile/microtonal_writer.h"
-#include "midifile/midi_reader.h"
 #include "midifile/midi_writer.h"
 #include "smf_builder.h"
 
@@ -16,8 +15,7 @@ namespace {
 std::vector<Bytes> Seeds() {
     test::TrackBuilder a, b;
     a.meta(0, 0x03, "Tar").meta(0, 0x51, std::string("\x07\xA1\x20", 3))
-        .meta(0, 0x58, std::string("\x03\x02\x18\x08", 4)).meta(0, 0x59, std::string("\x01\x00", 2))
-        .end();
+        .meta(0, 0x58, std::string("\x03\x02\x18\x08", 4)).meta(0, 0x59, std::string("\x01\x00", 2)).end();
     b.event(0, {0x90, 60, 90}).event(100, {62, 80}).event(100, {0x80, 60, 0}).event(0, {0xB0, 7, 100})
         .event(0, {0xC0, 5}).event(0, {0xE0, 0, 64}).event(0, {0xF0, 2, 1, 0xF7}).end();
     std::vector<EventRecord> log;
@@ -26,21 +24,20 @@ std::vector<Bytes> Seeds() {
             WriteMidiFile(log, 1000).bytes, WriteMicrotonalFile(log, {}).bytes};
 }
 
-bool EndsProperly(const std::vector<std::string>& lines) {
-    if (lines.empty()) return false;
-    const std::string& last = lines.back();
-    return last == "===== Done =====" || last.rfind("[ERROR] ", 0) == 0;
+bool EndsProperly(const test::Strings& lines) {
+    return !lines.empty() && (lines.back() == "===== Done =====" || lines.back().rfind("[ERROR] ", 0) == 0);
 }
 
 void Mutate(Bytes& bytes, std::mt19937& rng) {
     const int edits = 1 + static_cast<int>(rng() % 8);
     for (int e = 0; e < edits && !bytes.empty(); ++e) {
         const std::size_t at = rng() % bytes.size();
+        const auto pos = bytes.begin() + static_cast<std::ptrdiff_t>(at);
         switch (rng() % 6) {
         case 0: bytes[at] = static_cast<std::uint8_t>(rng()); break;
         case 1: bytes[at] ^= static_cast<std::uint8_t>(1u << (rng() % 8)); break;
-        case 2: bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(at)); break;
-        case 3: bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at), static_cast<std::uint8_t>(rng())); break;
+        case 2: bytes.erase(pos); break;
+        case 3: bytes.insert(pos, static_cast<std::uint8_t>(rng())); break;
         case 4: bytes.resize(at); break;
         default: bytes[at] = 0xFF; break; // big lengths and meta statuses
         }
@@ -54,25 +51,19 @@ TEST(MidiFuzz, MutatedFilesAlwaysEndTheirDump) {
     for (int i = 0; i < 6000; ++i) {
         Bytes bytes = seeds[i % seeds.size()];
         Mutate(bytes, rng);
-        DumpList dump;
-        const MidiFileInfo info = ReadMidiBytes(bytes, dump);
-        ASSERT_TRUE(EndsProperly(dump.lines)) << "case " << i;
+        MidiFileInfo info;
+        ASSERT_TRUE(EndsProperly(test::Dump(bytes, &info))) << "case " << i;
         for (const auto& track : info.MidiTracks)
             for (const MidiNote& note : track) ASSERT_GE(note.length, 0) << "case " << i;
         complete += info.complete();
     }
-    // The mutations must not all be caught by the header check.
-    EXPECT_GT(complete, 1000);
+    EXPECT_GT(complete, 1000); // the mutations must not all be caught by the header check
 }
 
 TEST(MidiFuzz, EveryTruncationOfAValidFile) {
-    for (const Bytes& seed : Seeds()) {
-        for (std::size_t n = 0; n <= seed.size(); ++n) {
-            DumpList dump;
-            ReadMidiBytes(std::span<const std::uint8_t>(seed.data(), n), dump);
-            ASSERT_TRUE(EndsProperly(dump.lines)) << n;
-        }
-    }
+    for (const Bytes& seed : Seeds())
+        for (std::size_t n = 0; n <= seed.size(); ++n)
+            ASSERT_TRUE(EndsProperly(test::Dump(Bytes(seed.begin(), seed.begin() + n)))) << n;
 }
 
 } // namespace

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "core/score_reader.h"
 
 #include "smf_builder.h"
@@ -13,89 +11,74 @@ namespace tahrir::midifile {
 namespace {
 
 using test::BuildSmf;
+using test::Bytes;
 using test::TrackBuilder;
 
 TEST(MidiImport, KeysBecomeStepOctaveAndSharps) {
-    // Key 60 is octave 60 \ 12 - 2 = 3, Do; a quarter of 480 ticks is 8.
-    EXPECT_EQ(ImportLine(60, 480, 480, 0), "13  8      ");
-    EXPECT_EQ(ImportLine(61, 480, 480, 0), "13  8D     ");
-    EXPECT_EQ(ImportLine(58, 480, 480, 0), "62  8D     "); // A#: La with a sharp
-    EXPECT_EQ(ImportLine(66, 480, 480, 0), "43  8D     ");
-    EXPECT_EQ(ImportLine(71, 480, 480, 0), "73  8      ");
-    EXPECT_EQ(ImportLine(23, 480, 480, 0), "70  8      "); // below 24 the octave stays 0
-    EXPECT_EQ(ImportLine(12, 480, 480, 0), "10  8      ");
-    EXPECT_EQ(ImportLine(0, 480, 480, 0), "00  8      ");  // key 0 has no step
-    EXPECT_EQ(ImportLine(60, 480, 480, 2), "15  8      ");
-    EXPECT_EQ(ImportLine(60, 480, 480, -5), "10  8      ");
-    // The octave has one column: 3 + 7 = 10 would push the duration out of columns 3..5
-    // and the reader would drop the line, so it stops at 9. Key 200 (a stray data byte of
-    // a damaged file) is 200 \ 12 - 2 = 14, also held at 9; 200 mod 12 = 8 is Sol sharp.
-    EXPECT_EQ(ImportLine(60, 480, 480, 7), "19  8      ");
-    EXPECT_EQ(ImportLine(200, 480, 480, 0), "59  8D     ");
+    // Key 60 is octave 60 \ 12 - 2 = 3, Do; a quarter of 480 ticks is 8. Below 24 the
+    // octave stays 0, and key 0 has no step. The octave has one column: 3 + 7 = 10 would
+    // push the duration out of columns 3..5 and the reader would drop the line, so it
+    // stops at 9. Key 200 (a stray data byte of a damaged file) is 200 \ 12 - 2 = 14, also
+    // held at 9; 200 mod 12 = 8 is Sol sharp.
+    const std::tuple<int, int, std::string> cases[] = {
+        {60, 0, "13  8      "}, {61, 0, "13  8D     "}, {58, 0, "62  8D     "}, {66, 0, "43  8D     "},
+        {71, 0, "73  8      "}, {23, 0, "70  8      "}, {12, 0, "10  8      "}, {0, 0, "00  8      "},
+        {60, 2, "15  8      "}, {60, -5, "10  8      "}, {60, 7, "19  8      "}, {200, 0, "59  8D     "}};
+    for (const auto& [key, shift, line] : cases) EXPECT_EQ(ImportLine(key, 480, 480, shift), line) << key << " " << shift;
 }
 
-TEST(MidiImport, LengthThresholds) {
+TEST(MidiImport, LengthThresholdsAndAnswers) {
     const std::pair<std::int64_t, int> cases[] = {
         {1920, 32}, {1919, 24}, {1440, 24}, {960, 16}, {959, 12}, {720, 12}, {480, 8},
         {360, 6},   {240, 4},   {180, 3},   {120, 2},  {119, 1},  {0, 1},    {100000, 32}};
     for (const auto& [ticks, duration] : cases) EXPECT_EQ(DurationFor(ticks, 480), duration) << ticks;
     EXPECT_EQ(DurationFor(48, 96), 4);
     EXPECT_EQ(ImportLine(60, 1440, 480, 0), "13 24      ");
+    const std::pair<std::string, int> answers[] = {{"", 0}, {"2", 2}, {"  -1", -1}, {"3 octaves", 3}, {"up", 0}};
+    for (const auto& [answer, number] : answers) EXPECT_EQ(AnswerNumber(answer), number) << answer;
 }
 
-TEST(MidiImport, AnswersReadAsNumbers) {
-    EXPECT_EQ(AnswerNumber(""), 0);
-    EXPECT_EQ(AnswerNumber("2"), 2);
-    EXPECT_EQ(AnswerNumber("  -1"), -1);
-    EXPECT_EQ(AnswerNumber("3 octaves"), 3);
-    EXPECT_EQ(AnswerNumber("up"), 0);
+MidiFileInfo Parse(const Bytes& bytes) {
+    MidiFileInfo info;
+    test::Dump(bytes, &info);
+    return info;
 }
 
-MidiFileInfo Parse(const test::Bytes& bytes) {
-    DumpList list;
-    return ReadMidiBytes(bytes, list);
-}
-
-test::Bytes TwoTrackFile() {
-    TrackBuilder conductor;
-    conductor.meta(0, 0x51, std::string("\x0A\x2C\x2B", 3)) // 666667 us: 90 beats
-        .meta(0, 0x58, std::string("\x03\x02\x18\x08", 4))
-        .end();
-    TrackBuilder ney;
-    ney.meta(0, 0x03, "Ney")
-        .event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0})
-        .event(0, {0x90, 61, 90}).event(240, {0x80, 61, 0})
-        .event(0, {0x90, 58, 90}).event(960, {0x80, 58, 0})
-        .end();
+// A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
+// sharp a half.
+Bytes TwoTrackFile() {
+    TrackBuilder conductor, ney;
+    conductor.meta(0, 0x51, "\x0A\x2C\x2B").meta(0, 0x58, "\x03\x02\x18\x08").end(); // 666667 us
+    ney.meta(0, 0x03, "Ney").event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0}).event(0, {0x90, 61, 90})
+        .event(240, {0x80, 61, 0}).event(0, {0x90, 58, 90}).event(960, {0x80, 58, 0}).end();
     return BuildSmf(1, 480, {conductor, ney});
 }
 
-TEST(MidiImport, WritesTheScoreFileAndLeavesTheSheet) {
+struct MidiImportTrack : ::testing::Test {
+    ImportResult import(int track, int shift = 0) { return ImportTrack(info, track, shift, doc, file); }
     const ::tahrir::test::TempFolder folder;
+    const std::filesystem::path file = folder.path() / "ney.srv";
+    const MidiFileInfo info = Parse(TwoTrackFile());
     core::Document doc;
-    const auto file = folder.path() / "ney.srv";
-    const ImportResult r = ImportTrack(Parse(TwoTrackFile()), 2, 0, doc, file);
+};
+
+TEST_F(MidiImportTrack, WritesTheScoreFileThatReadsBackAndLeavesTheSheet) {
+    const ImportResult r = import(2);
     ASSERT_EQ(r.status, ImportStatus::Imported) << r.message;
     EXPECT_EQ(r.notes, 3);
     EXPECT_EQ(::tahrir::test::ReadBytes(file),
               "\"Sv5 Tahrir score\"\r\n\"Ney\"\r\n       G   \r\nTEMPO90\r\nRHYTM3/4\r\n"
-              "LCINS=1\r\nLCTRP=0\r\nLCOCT=0\r\nLCPED=OFF\r\n"
-              "13  8      \r\n13  4D     \r\n62 16D     \r\n");
-    const std::vector<std::string> sheet = {
-        "       G  ", "TEMPO90",    "RHYTM3/4",   "LCINS=HUMAN", "LCOCT=0",
-        "LCTRP=0",    "LCPED=OFF",  "13  8      ", "13  4D     ", "62 16D     "};
+              "LCINS=1\r\nLCTRP=0\r\nLCOCT=0\r\nLCPED=OFF\r\n13  8      \r\n13  4D     \r\n62 16D     \r\n");
+    const test::Strings sheet = {"       G  ", "TEMPO90", "RHYTM3/4",    "LCINS=HUMAN", "LCOCT=0",
+                                 "LCTRP=0",    "LCPED=OFF", "13  8      ", "13  4D     ", "62 16D     "};
     for (std::size_t i = 0; i < sheet.size(); ++i)
         EXPECT_EQ(doc.Sheet[static_cast<int>(i) + 1].text(), sheet[i]) << i + 1;
     // The importer's count: three notes give LastLine 6, though they run to line 10.
     EXPECT_EQ(doc.Sheet.LastLine, 6);
     EXPECT_EQ(doc.Description, "Ney\r");
-}
 
-TEST(MidiImport, ScoreFileReadsBackThroughTheScoreReader) {
-    const ::tahrir::test::TempFolder folder;
-    core::Document doc;
-    const auto file = folder.path() / "ney.srv";
-    ASSERT_EQ(ImportTrack(Parse(TwoTrackFile()), 2, 1, doc, file).status, ImportStatus::Imported);
+    // The score reader takes the file back whole, shifted an octave up.
+    ASSERT_EQ(import(2, 1).status, ImportStatus::Imported);
     core::Document opened;
     const core::LoadResult load = core::ParseScore(::tahrir::test::ReadBytes(file), false, opened);
     ASSERT_TRUE(load.loaded()) << load.message;
@@ -110,22 +93,13 @@ TEST(MidiImport, ScoreFileReadsBackThroughTheScoreReader) {
     EXPECT_EQ(opened.Sheet[10].get(core::NoteField::DurationField), " 16");
 }
 
-TEST(MidiImport, EmptyTrackKeepsTheHeadLines) {
-    const ::tahrir::test::TempFolder folder;
-    core::Document doc;
-    const ImportResult r = ImportTrack(Parse(TwoTrackFile()), 1, 0, doc, folder.path() / "a.srv");
-    ASSERT_EQ(r.status, ImportStatus::Imported);
+TEST_F(MidiImportTrack, EmptyTrackKeepsTheHeadLinesAndTracksOutsideTheFrameAreRefused) {
+    ASSERT_EQ(import(1).status, ImportStatus::Imported);
     EXPECT_EQ(doc.Sheet[8].text(), "LCTFS=1");
     EXPECT_EQ(doc.Sheet[9].text(), "L>Midi In");
     EXPECT_EQ(doc.Sheet.LastLine, 3);
-}
-
-TEST(MidiImport, TracksOutsideTheFrameAreRefused) {
-    const ::tahrir::test::TempFolder folder;
-    core::Document doc;
-    const MidiFileInfo info = Parse(TwoTrackFile());
     for (int track : {0, 3, 19}) {
-        const ImportResult r = ImportTrack(info, track, 0, doc, folder.path() / "a.srv");
+        const ImportResult r = import(track);
         EXPECT_EQ(r.status, ImportStatus::Failed) << track;
         EXPECT_NE(r.message.find(std::to_string(track)), std::string::npos) << r.message;
     }
@@ -143,35 +117,42 @@ TEST(MidiImport, TrackLongerThanTheSheetEndsWithAMessage) {
     EXPECT_NE(r.message.find("2042"), std::string::npos) << r.message;
     EXPECT_EQ(r.notes, 2041);
     EXPECT_EQ(doc.Sheet[2048].text(), "13  2      ");
-    std::istringstream text(::tahrir::test::ReadBytes(file));
-    int lines = 0;
-    for (std::string line; std::getline(text, line);) ++lines;
-    EXPECT_EQ(lines, 9 + 2041);
+    EXPECT_EQ(test::Lines(::tahrir::test::ReadBytes(file)).size(), 9u + 2041);
 }
 
+class Chooser : public ImportChooser {
+public:
+    std::optional<int> chooseTrack(const MidiFileInfo& info, const std::vector<std::string>& dump) override {
+        tracks = info.MidiTracks.size();
+        dumped = dump.size();
+        return track;
+    }
+    std::string askOctave(const std::string& prompt, const std::string& trackName) override {
+        asked = prompt + "|" + trackName;
+        return " 1";
+    }
+    std::optional<int> track;
+    std::size_t tracks = 0, dumped = 0;
+    std::string asked;
+};
+
 TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
-    // The parser stops before it collects any note, so there is nothing to import; the
-    // message says why rather than that the track is missing.
-    class FirstTrack : public ImportChooser {
-    public:
-        std::optional<int> chooseTrack(const MidiFileInfo&, const std::vector<std::string>&) override {
-            return 1;
-        }
-        std::string askOctave(const std::string&, const std::string&) override { return "0"; }
-    } chooser;
+    // The parser stops before it collects any note; the message says why rather than that
+    // the track is missing.
+    Chooser chooser;
+    chooser.track = 1;
     const ::tahrir::test::TempFolder folder;
     TrackBuilder t;
     t.event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0}).end();
-    const std::pair<std::string, test::Bytes> cases[] = {
+    const std::pair<std::string, Bytes> cases[] = {
         {"[ERROR] Not a standard MIDI file (missing MThd)", {'R', 'I', 'F', 'F', 0, 0, 0, 0}},
         {"[ERROR] Missing MTrk at track 2", BuildSmf(1, 480, {t}, 2)},
     };
     for (const auto& [error, bytes] : cases) {
-        const auto midi = folder.path() / "bad.mid";
-        ::tahrir::test::WriteBytes(midi, bytes);
+        ::tahrir::test::WriteBytes(folder.path() / "bad.mid", bytes);
         core::Document doc;
         DumpList shown;
-        const ImportResult r = ImportMidiFile(midi, folder.path() / "out.srv", chooser, shown, doc);
+        const ImportResult r = ImportMidiFile(folder.path() / "bad.mid", folder.path() / "out.srv", chooser, shown, doc);
         EXPECT_EQ(r.status, ImportStatus::Failed) << error;
         EXPECT_NE(r.message.find(error.substr(8)), std::string::npos) << r.message;
         EXPECT_EQ(shown.lines.back(), error);
@@ -180,40 +161,27 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
 }
 
 TEST(MidiImport, ChooserTakesTrackAndOctave) {
-    class Chooser : public ImportChooser {
-    public:
-        std::optional<int> chooseTrack(const MidiFileInfo& info, const std::vector<std::string>& dump) override {
-            tracks = info.MidiTracks.size();
-            dumped = dump.size();
-            return track;
-        }
-        std::string askOctave(const std::string& prompt, const std::string& trackName) override {
-            asked = prompt + "|" + trackName;
-            return " 1";
-        }
-        std::optional<int> track;
-        std::size_t tracks = 0, dumped = 0;
-        std::string asked;
-    } chooser;
+    Chooser chooser;
     const ::tahrir::test::TempFolder folder;
     const auto midi = folder.path() / "in.mid";
+    const auto out = folder.path() / "out.srv";
     ::tahrir::test::WriteBytes(midi, TwoTrackFile());
     core::Document doc;
     DumpList shown;
-    ImportResult r = ImportMidiFile(midi, folder.path() / "out.srv", chooser, shown, doc);
+    ImportResult r = ImportMidiFile(midi, out, chooser, shown, doc);
     EXPECT_EQ(r.status, ImportStatus::Cancelled);
-    EXPECT_FALSE(std::filesystem::exists(folder.path() / "out.srv"));
+    EXPECT_FALSE(std::filesystem::exists(out));
     EXPECT_EQ(chooser.tracks, 2u);
     EXPECT_EQ(chooser.dumped, shown.lines.size());
     EXPECT_EQ(shown.lines.back(), "===== Done =====");
 
     chooser.track = 2;
-    r = ImportMidiFile(midi, folder.path() / "out.srv", chooser, shown, doc);
+    r = ImportMidiFile(midi, out, chooser, shown, doc);
     ASSERT_EQ(r.status, ImportStatus::Imported) << r.message;
     EXPECT_EQ(chooser.asked, "Octave Transpose|Ney");
     EXPECT_EQ(doc.Sheet[8].text(), "14  8      ");
 
-    r = ImportMidiFile(folder.path() / "none.mid", folder.path() / "out.srv", chooser, shown, doc);
+    r = ImportMidiFile(folder.path() / "none.mid", out, chooser, shown, doc);
     EXPECT_EQ(r.status, ImportStatus::Failed);
     EXPECT_NE(r.message.find("none.mid"), std::string::npos);
 }

@@ -9,115 +9,81 @@ namespace tahrir::midifile {
 namespace {
 
 using test::BuildSmf;
+using test::Bytes;
+using test::Dump;
+using test::Strings;
 using test::TrackBuilder;
 
-std::vector<std::string> Dump(const test::Bytes& bytes, MidiFileInfo* info = nullptr) {
-    DumpList list;
-    MidiFileInfo read = ReadMidiBytes(bytes, list);
-    if (info) *info = std::move(read);
-    return list.lines;
+Bytes Meta(std::uint8_t type, const std::string& data) {
+    Bytes bytes = {0xFF, type, static_cast<std::uint8_t>(data.size())};
+    bytes.insert(bytes.end(), data.begin(), data.end());
+    return bytes;
 }
 
-TEST(MidiReader, HeaderAndEveryChannelMessageText) {
-    TrackBuilder t;
-    t.event(0, {0x90, 60, 100})
-        .event(0, {0x91, 61, 0})      // velocity 0: a note off
-        .event(0, {0x82, 62, 33})
-        .event(0, {0xA3, 64, 5})
-        .event(0, {0xB4, 7, 127})
-        .event(0, {0xC5, 53})
-        .event(0, {0xDF, 9})
-        .event(0, {0xE0, 0x00, 0x40}) // 64 * 128 = 8192
-        .event(0, {0xE1, 0x7F, 0x7F})
-        .end();
-    const auto lines = Dump(BuildSmf(0, 480, {t}));
-    const std::vector<std::string> expected = {
-        "===== MIDI Header =====",
-        "Format: 0, Tracks: 1, Division: 480",
-        "Timing: PPQN = 480",
-        "===== Tracks =====",
-        "t  0.000s  Tr1  NoteOn   ch=1 key=60 vel=100",
-        "t  0.000s  Tr1  NoteOff  ch=2 key=61 vel=0",
-        "t  0.000s  Tr1  NoteOff  ch=3 key=62 vel=33",
-        "t  0.000s  Tr1  PolyAT   ch=4 key=64 press=5",
-        "t  0.000s  Tr1  CC       ch=5 cc#=7 val=127",
-        "t  0.000s  Tr1  Program  ch=6 prog#=53",
-        "t  0.000s  Tr1  ChPress  ch=16 press=9",
-        "t  0.000s  Tr1  PitchBend ch=1 val=8192",
-        "t  0.000s  Tr1  PitchBend ch=2 val=16383",
-        "t  0.000s  Tr1  Meta EndOfTrack",
-        "===== Done =====",
+TEST(MidiReader, HeaderAndTheTextOfEveryEvent) {
+    const std::pair<Bytes, std::string> rows[] = {
+        {{0x90, 60, 100}, "NoteOn   ch=1 key=60 vel=100"},
+        {{0x91, 61, 0}, "NoteOff  ch=2 key=61 vel=0"}, // velocity 0: a note off
+        {{0x82, 62, 33}, "NoteOff  ch=3 key=62 vel=33"},
+        {{0xA3, 64, 5}, "PolyAT   ch=4 key=64 press=5"},
+        {{0xB4, 7, 127}, "CC       ch=5 cc#=7 val=127"},
+        {{0xC5, 53}, "Program  ch=6 prog#=53"},
+        {{0xDF, 9}, "ChPress  ch=16 press=9"},
+        {{0xE0, 0x00, 0x40}, "PitchBend ch=1 val=8192"}, // 64 * 128
+        {{0xE1, 0x7F, 0x7F}, "PitchBend ch=2 val=16383"},
+        {Meta(1, "words"), "Meta Text: words"},
+        {Meta(2, "(c) us"), "Meta Copyright: (c) us"},
+        {Meta(3, "Melody"), "Meta TrackName: Melody"},
+        {Meta(4, "Tar"), "Meta Instrument: Tar"},
+        {Meta(5, "la"), "Meta Lyric: la"},
+        {Meta(6, "A"), "Meta Marker: A"},
+        {Meta(7, "cue"), "Meta CuePoint: cue"},
+        {Meta(0x51, "\x07\xA1\x20"), "Meta SetTempo: 500000 us/qn  (~120 BPM)"},
+        {Meta(0x58, "\x06\x03\x18\x08"), "Meta TimeSig: 6/8  (clks/beat=24, 32nds/24clks=8)"},
+        {Meta(0x59, "\xFD\x01"), "Meta KeySig: -3  minor"},
+        {Meta(0x59, std::string("\x02\x00", 2)), "Meta KeySig: 2  major"},
+        {Meta(0x7F, "abc"), "Meta 0x7F len=3"},
+        {Meta(0x00, std::string("\x00\x01", 2)), "Meta 0x0 len=2"},
+        {{0xF0, 3, 0x43, 0x12, 0xF7}, "SysEx F0 len=3"},
+        {{0xF7, 1, 0xF7}, "SysEx F7 len=1"},
+        {{0xFF, 0x2F, 0x00}, "Meta EndOfTrack"},
     };
-    EXPECT_EQ(lines, expected);
-}
-
-TEST(MidiReader, MetaAndSystemExclusiveTexts) {
     TrackBuilder t;
-    const char* texts[] = {"words", "(c) us", "Melody", "Tar", "la", "A", "cue"};
-    for (int type = 1; type <= 7; ++type) t.meta(0, static_cast<std::uint8_t>(type), texts[type - 1]);
-    t.meta(0, 0x51, std::string("\x07\xA1\x20", 3))
-        .meta(0, 0x58, std::string("\x06\x03\x18\x08", 4))
-        .meta(0, 0x59, std::string("\xFD\x01", 2))
-        .meta(0, 0x59, std::string("\x02\x00", 2))
-        .meta(0, 0x7F, "abc")
-        .meta(0, 0x00, std::string("\x00\x01", 2))
-        .event(0, {0xF0, 3, 0x43, 0x12, 0xF7})
-        .event(0, {0xF7, 1, 0xF7})
-        .end();
-    const auto lines = Dump(BuildSmf(1, 96, {t}));
-    const std::vector<std::string> expected = {
-        "t  0.000s  Tr1  Meta Text: words",
-        "t  0.000s  Tr1  Meta Copyright: (c) us",
-        "t  0.000s  Tr1  Meta TrackName: Melody",
-        "t  0.000s  Tr1  Meta Instrument: Tar",
-        "t  0.000s  Tr1  Meta Lyric: la",
-        "t  0.000s  Tr1  Meta Marker: A",
-        "t  0.000s  Tr1  Meta CuePoint: cue",
-        "t  0.000s  Tr1  Meta SetTempo: 500000 us/qn  (~120 BPM)",
-        "t  0.000s  Tr1  Meta TimeSig: 6/8  (clks/beat=24, 32nds/24clks=8)",
-        "t  0.000s  Tr1  Meta KeySig: -3  minor",
-        "t  0.000s  Tr1  Meta KeySig: 2  major",
-        "t  0.000s  Tr1  Meta 0x7F len=3",
-        "t  0.000s  Tr1  Meta 0x0 len=2",
-        "t  0.000s  Tr1  SysEx F0 len=3",
-        "t  0.000s  Tr1  SysEx F7 len=1",
-        "t  0.000s  Tr1  Meta EndOfTrack",
-    };
-    ASSERT_GE(lines.size(), 5 + expected.size());
-    EXPECT_EQ(std::vector<std::string>(lines.begin() + 4, lines.end() - 1), expected);
+    Strings expected = {"===== MIDI Header =====", "Format: 0, Tracks: 1, Division: 480",
+                        "Timing: PPQN = 480", "===== Tracks ====="};
+    for (const auto& [bytes, text] : rows) {
+        t.event(0, bytes);
+        expected.push_back("t  0.000s  Tr1  " + text);
+    }
+    expected.push_back("===== Done =====");
+    EXPECT_EQ(Dump(BuildSmf(0, 480, {t})), expected);
 }
 
-TEST(MidiReader, RunningStatusTimesAndTempoMapAcrossTracks) {
-    // Track 1 holds the tempo: 120 beats up to tick 960, then 60. Track 2 plays with
-    // running status; its note offs are note ons with velocity 0.
-    TrackBuilder conductor;
-    conductor.meta(0, 0x51, std::string("\x07\xA1\x20", 3))
-        .meta(960, 0x51, std::string("\x0F\x42\x40", 3))
-        .end();
-    TrackBuilder melody;
+TEST(MidiReader, RunningStatusTimesTempoMapAndTrackFacts) {
+    // Track 1 holds two names, 3/4 and the tempo: 120 beats up to tick 960, then 60.
+    // Track 2 plays with running status; its note offs are note ons with velocity 0.
+    TrackBuilder conductor, melody;
+    conductor.meta(0, 0x03, "Tar").meta(0, 0x03, "Second name").meta(0, 0x58, "\x03\x02\x18\x08")
+        .meta(0, 0x51, "\x07\xA1\x20").meta(960, 0x51, "\x0F\x42\x40").end();
     melody.event(0, {0x90, 60, 90}).event(480, {60, 0}).event(480, {62, 80}).event(480, {62, 0}).end(1);
     MidiFileInfo info;
     const auto lines = Dump(BuildSmf(1, 480, {conductor, melody}), &info);
     ASSERT_TRUE(info.complete());
     // Ticks 480 and 960 lie at 0.5 s and 1 s; tick 1440 is 1 s plus a quarter at 60.
-    const std::vector<std::string> expected = {
-        "t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90",
-        "t  0.500s  Tr2  NoteOff  ch=1 key=60 vel=0",
-        "t  1.000s  Tr2  NoteOn   ch=1 key=62 vel=80",
-        "t  2.000s  Tr2  NoteOff  ch=1 key=62 vel=0",
-        "t  2.002s  Tr2  Meta EndOfTrack",
-    };
-    EXPECT_EQ(std::vector<std::string>(lines.end() - 6, lines.end() - 1), expected);
+    EXPECT_EQ(Strings(lines.end() - 6, lines.end() - 1),
+              (Strings{"t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90", "t  0.500s  Tr2  NoteOff  ch=1 key=60 vel=0",
+                       "t  1.000s  Tr2  NoteOn   ch=1 key=62 vel=80", "t  2.000s  Tr2  NoteOff  ch=1 key=62 vel=0",
+                       "t  2.002s  Tr2  Meta EndOfTrack"}));
     EXPECT_EQ(info.MidiTempoMap.size(), 3u);
     ASSERT_EQ(info.MidiTempoSegments.size(), 3u);
     EXPECT_DOUBLE_EQ(info.MidiTempoSegments[2].startMs, 1000);
     EXPECT_DOUBLE_EQ(TickToMs(info, 1440), 2000);
     EXPECT_EQ(info.MidiTempoText, 60); // the last tempo seen
+    EXPECT_EQ(info.MidiRhythmText, "3/4");
+    EXPECT_EQ(info.trackNames, (Strings{"Tar", ""})); // the first name of each track
     ASSERT_EQ(info.MidiTracks.size(), 2u);
     EXPECT_TRUE(info.MidiTracks[0].empty());
-    ASSERT_EQ(info.MidiTracks[1].size(), 2u);
-    EXPECT_EQ(info.MidiTracks[1][1].start, 960);
-    EXPECT_EQ(info.MidiTracks[1][1].length, 480);
+    EXPECT_EQ(test::Notes(info.MidiTracks[1]), (test::NoteList{{60, 0, 480}, {62, 960, 480}}));
 }
 
 TEST(MidiReader, SmptePpqnAndInvalidDivisions) {
@@ -147,59 +113,39 @@ TEST(MidiReader, SmptePpqnAndInvalidDivisions) {
 TEST(MidiReader, NotesPairNewestFirstAndOddEventsAreDropped) {
     TrackBuilder t;
     t.event(0, {0x90, 60, 90})
-        .event(10, {0x90, 60, 91})  // a second 60 opens over the first
-        .event(10, {0x80, 60, 0})   // closes the newest
-        .event(10, {0x80, 61, 0})   // nothing open: ignored
-        .event(10, {0x91, 60, 0})   // closes the older one, any channel
-        .event(10, {0x90, 64, 90})  // never closed
+        .event(10, {0x90, 60, 91}) // a second 60 opens over the first
+        .event(10, {0x80, 60, 0})  // closes the newest
+        .event(10, {0x80, 61, 0})  // nothing open: ignored
+        .event(10, {0x91, 60, 0})  // closes the older one, any channel
+        .event(10, {0x90, 64, 90}) // never closed
         .end();
     MidiFileInfo info;
     Dump(BuildSmf(0, 480, {t}), &info);
-    ASSERT_EQ(info.MidiTracks[0].size(), 2u);
-    EXPECT_EQ(info.MidiTracks[0][0].start, 10);
-    EXPECT_EQ(info.MidiTracks[0][0].length, 10);
-    EXPECT_EQ(info.MidiTracks[0][1].start, 0);
-    EXPECT_EQ(info.MidiTracks[0][1].length, 40);
-}
-
-TEST(MidiReader, NamesRhythmAndTempoTextForTheImport) {
-    TrackBuilder a, b;
-    a.meta(0, 0x03, "Tar").meta(0, 0x03, "Second name").meta(0, 0x58, std::string("\x03\x02\x18\x08", 4)).end();
-    b.meta(0, 0x51, std::string("\x0B\x71\xB0", 3)).end(); // 750000: 80 beats
-    MidiFileInfo info;
-    Dump(BuildSmf(1, 480, {a, b}), &info);
-    EXPECT_EQ(info.trackNames, (std::vector<std::string>{"Tar", ""}));
-    EXPECT_EQ(info.MidiRhythmText, "3/4");
-    EXPECT_EQ(info.MidiTempoText, 80);
+    EXPECT_EQ(test::Notes(info.MidiTracks[0]), (test::NoteList{{60, 10, 10}, {60, 0, 40}}));
 }
 
 TEST(MidiReader, ErrorsStopTheDumpWithTheirText) {
-    EXPECT_EQ(Dump({'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 0, 96}),
-              (std::vector<std::string>{"[ERROR] Not a standard MIDI file (missing MThd)"}));
-    EXPECT_EQ(Dump({'M', 'T', 'h', 'd', 0, 0}).back(),
-              "[ERROR] Not a standard MIDI file (missing MThd)");
+    const Strings notMidi = {"[ERROR] Not a standard MIDI file (missing MThd)"};
+    EXPECT_EQ(Dump({'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 0, 96}), notMidi);
+    EXPECT_EQ(Dump({'M', 'T', 'h', 'd', 0, 0}).back(), notMidi[0]);
 
     TrackBuilder t;
     t.event(0, {0x90, 60, 90}).end();
-    auto lines = Dump(BuildSmf(1, 480, {t, t}, 3));
-    EXPECT_EQ(lines, (std::vector<std::string>{"===== MIDI Header =====",
-                                               "Format: 1, Tracks: 3, Division: 480",
-                                               "Timing: PPQN = 480",
-                                               "[ERROR] Missing MTrk at track 3"}));
+    EXPECT_EQ(Dump(BuildSmf(1, 480, {t, t}, 3)),
+              (Strings{"===== MIDI Header =====", "Format: 1, Tracks: 3, Division: 480", "Timing: PPQN = 480",
+                       "[ERROR] Missing MTrk at track 3"}));
 
     const ::tahrir::test::TempFolder folder;
     DumpList list;
-    const MidiFileInfo info = ReadMidiFile(folder.path() / "absent.mid", list);
-    EXPECT_EQ(info.outcome, ReadOutcome::Unreadable);
-    EXPECT_EQ(list.lines, (std::vector<std::string>{"[ERROR] Cannot read file: " +
-                                                    (folder.path() / "absent.mid").string()}));
+    EXPECT_EQ(ReadMidiFile(folder.path() / "absent.mid", list).outcome, ReadOutcome::Unreadable);
+    EXPECT_EQ(list.lines, (Strings{"[ERROR] Cannot read file: " + (folder.path() / "absent.mid").string()}));
 }
 
 TEST(MidiReader, LongHeaderAndTruncatedOrUndecodableTracks) {
     // A header of 8 bytes: the two extra ones are skipped.
     TrackBuilder t;
     t.event(0, {0x90, 60, 90}).event(0, {0xF4}).event(0, {0x80, 60, 0}).end();
-    test::Bytes bytes = BuildSmf(0, 480, {t});
+    Bytes bytes = BuildSmf(0, 480, {t});
     bytes[7] = 8;
     bytes.insert(bytes.begin() + 14, {0xAA, 0xBB});
     auto lines = Dump(bytes);
@@ -209,18 +155,14 @@ TEST(MidiReader, LongHeaderAndTruncatedOrUndecodableTracks) {
 
     // A data byte before any status, then a track cut in the middle of a message whose
     // chunk length claims more than the file holds.
-    TrackBuilder u;
+    TrackBuilder u, v;
     u.event(0, {60, 90});
-    TrackBuilder v;
     v.event(0, {0x90, 60, 90}).event(0, {0x90, 61});
     bytes = BuildSmf(1, 480, {u, v});
     bytes[bytes.size() - 7 - 4 + 3] = 0x7F;
-    lines = Dump(bytes);
-    EXPECT_EQ(lines, (std::vector<std::string>{
-                         "===== MIDI Header =====", "Format: 1, Tracks: 2, Division: 480",
-                         "Timing: PPQN = 480", "===== Tracks =====",
-                         "t  0.000s  Tr1  Unknown ChannelMsg",
-                         "t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90", "===== Done ====="}));
+    EXPECT_EQ(Dump(bytes), (Strings{"===== MIDI Header =====", "Format: 1, Tracks: 2, Division: 480",
+                                    "Timing: PPQN = 480", "===== Tracks =====", "t  0.000s  Tr1  Unknown ChannelMsg",
+                                    "t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90", "===== Done ====="}));
 }
 
 TEST(MidiReader, CancelWritesTerminated) {
@@ -228,13 +170,12 @@ TEST(MidiReader, CancelWritesTerminated) {
     public:
         void addLine(std::string line) override { lines.push_back(std::move(line)); }
         bool cancelled() override { return ++asked > 2; }
-        std::vector<std::string> lines;
+        Strings lines;
         int asked = 0;
     } sink;
     TrackBuilder t;
     for (int i = 0; i < 10; ++i) t.event(1, {0x90, 60, 90});
-    const MidiFileInfo info = ReadMidiBytes(BuildSmf(0, 480, {t.end()}), sink);
-    EXPECT_EQ(info.outcome, ReadOutcome::Cancelled);
+    EXPECT_EQ(ReadMidiBytes(BuildSmf(0, 480, {t.end()}), sink).outcome, ReadOutcome::Cancelled);
     ASSERT_EQ(sink.lines.size(), 7u);
     EXPECT_EQ(sink.lines[5], "t  0.002s  Tr1  NoteOn   ch=1 key=60 vel=90");
     EXPECT_EQ(sink.lines[6], "Terminated");

@@ -1,26 +1,34 @@
 #pragma once
-// Builds small standard MIDI files byte by byte for the tests.
+// Builds small standard MIDI files byte by byte, and small helpers shared by the tests.
 
 #include <cstdint>
-#include <initializer_list>
+#include <cstdlib>
+#include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
+
+#include "midifile/midi_reader.h"
 
 namespace tahrir::midifile::test {
 
 using Bytes = std::vector<std::uint8_t>;
+using Strings = std::vector<std::string>;
 
 class TrackBuilder {
 public:
     // A delta time as a variable-length number, then the given bytes.
-    TrackBuilder& event(std::uint32_t delta, std::initializer_list<std::uint8_t> bytes) {
-        vlq(delta);
-        m_body.insert(m_body.end(), bytes);
+    TrackBuilder& event(std::uint32_t delta, const Bytes& bytes) {
+        Bytes groups;
+        do groups.insert(groups.begin(), static_cast<std::uint8_t>((delta & 0x7F) | (groups.empty() ? 0 : 0x80)));
+        while ((delta >>= 7) > 0);
+        m_body.insert(m_body.end(), groups.begin(), groups.end());
+        m_body.insert(m_body.end(), bytes.begin(), bytes.end());
         return *this;
     }
+    // Meta data here stays below 128 bytes, so its length is one byte.
     TrackBuilder& meta(std::uint32_t delta, std::uint8_t type, const std::string& data) {
-        event(delta, {0xFF, type});
-        vlq(static_cast<std::uint32_t>(data.size()));
+        event(delta, {0xFF, type, static_cast<std::uint8_t>(data.size())});
         m_body.insert(m_body.end(), data.begin(), data.end());
         return *this;
     }
@@ -28,21 +36,11 @@ public:
     const Bytes& body() const { return m_body; }
 
 private:
-    void vlq(std::uint32_t value) {
-        Bytes groups;
-        do {
-            groups.insert(groups.begin(), static_cast<std::uint8_t>(value & 0x7F));
-            value >>= 7;
-        } while (value > 0);
-        for (std::size_t i = 0; i + 1 < groups.size(); ++i) groups[i] |= 0x80;
-        m_body.insert(m_body.end(), groups.begin(), groups.end());
-    }
     Bytes m_body;
 };
 
 inline void AppendU32(Bytes& out, std::uint32_t v) {
-    out.insert(out.end(), {static_cast<std::uint8_t>(v >> 24), static_cast<std::uint8_t>(v >> 16),
-                           static_cast<std::uint8_t>(v >> 8), static_cast<std::uint8_t>(v)});
+    for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<std::uint8_t>(v >> shift));
 }
 
 // A header with `declaredTracks` (the tracks given by default) and the track chunks.
@@ -60,6 +58,52 @@ inline Bytes BuildSmf(int format, int division, const std::vector<TrackBuilder>&
         out.insert(out.end(), t.body().begin(), t.body().end());
     }
     return out;
+}
+
+// The dump lines of `bytes`, and optionally what the reader collected.
+inline Strings Dump(const Bytes& bytes, MidiFileInfo* info = nullptr) {
+    DumpList list;
+    MidiFileInfo read = ReadMidiBytes(bytes, list);
+    if (info) *info = std::move(read);
+    return list.lines;
+}
+
+// Each note of a track as {key, start, length}.
+using NoteList = std::vector<std::tuple<int, std::int64_t, std::int64_t>>;
+inline NoteList Notes(const std::vector<MidiNote>& track) {
+    NoteList notes;
+    for (const MidiNote& n : track) notes.emplace_back(n.key, n.start, n.length);
+    return notes;
+}
+
+// The lines of a text, each without a trailing carriage return.
+inline Strings Lines(const std::string& text) {
+    Strings lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+// How many of `lines` contain `part`.
+inline std::size_t Count(const Strings& lines, const std::string& part) {
+    std::size_t n = 0;
+    for (const auto& l : lines) n += l.find(part) != std::string::npos;
+    return n;
+}
+
+inline std::string Quote(const std::string& arg) {
+    std::string out = "'";
+    for (char c : arg) out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return out + "'";
+}
+
+// Golden files are refreshed only with TAHRIR_UPDATE_GOLDEN=1.
+inline bool UpdateGolden() {
+    const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN");
+    return update != nullptr && std::string(update) == "1";
 }
 
 } // namespace tahrir::midifile::test
