@@ -24,13 +24,11 @@ TEST(MidiMessages, PackWithoutMasking) {
 TEST(MidiMessages, UnpackGivesWireBytesByStatus) {
     const WireMessage on = Unpack(0x003C3E92u);
     ASSERT_EQ(on.length, 3);
-    EXPECT_EQ(on.bytes[0], 0x92);
-    EXPECT_EQ(on.bytes[1], 0x3E);
-    EXPECT_EQ(on.bytes[2], 0x3C);
-    EXPECT_EQ(Unpack(0x000049C3u).length, 2); // program change has one data byte
-    EXPECT_EQ(Unpack(0x000000ECu).length, 3);
-    EXPECT_EQ(Unpack(0x000048FCu).length, 1);      // a real-time status stands alone
-    EXPECT_EQ(Unpack(0x00000042u).length, 0);      // no status byte: nothing to send
+    EXPECT_EQ((std::vector<int>(on.bytes, on.bytes + 3)), (std::vector<int>{0x92, 0x3E, 0x3C}));
+    // Program change has one data byte, a real-time status stands alone, no status: nothing.
+    for (const auto& [word, length] :
+         {std::pair{0x000049C3u, 2}, {0x000000ECu, 3}, {0x000048FCu, 1}, {0x00000042u, 0}})
+        EXPECT_EQ(Unpack(word).length, length) << std::hex << word;
     EXPECT_EQ(Unpack(0x003C8293u).bytes[1], 0x02); // data bytes never carry bit 7
 }
 

@@ -9,6 +9,8 @@ namespace {
 using testing::NoteEvent;
 using testing::NoteEvents;
 using testing::NoteOns;
+using testing::OnTimes;
+using Ons = std::vector<std::pair<int, int>>;
 
 class NotePlayerTest : public ::testing::Test {
 protected:
@@ -20,6 +22,11 @@ protected:
     }
     void line(int step, int octave, int duration, char accidental = ' ', const char* mark = "  ") {
         notes.PlayNoteLine(step, octave, duration, accidental, mark, 10);
+    }
+    void restart() {
+        sink.clear();
+        notes.setNow(0);
+        notes.beginRun();
     }
     RecordingSink sink;
     MidiOut midi{&sink};
@@ -51,20 +58,18 @@ TEST_F(NotePlayerTest, VoiceChannelFollowsAccidentalSignatureAndMeasure) {
     line(7, 3, 8, 'B'); // Si flat
     state.MeasureAccidentals[3] = 'K';
     line(3, 3, 8); // Mi keeps the koron met earlier in the measure
-    const std::vector<std::pair<int, int>> expected = {{62, 2}, {69, 4}, {69, 3},
-                                                       {66, 3}, {70, 3}, {64, 2}};
-    EXPECT_EQ(NoteOns(sink), expected);
+    EXPECT_EQ(NoteOns(sink), (Ons{{62, 2}, {69, 4}, {69, 3}, {66, 3}, {70, 3}, {64, 2}}));
 }
 
-TEST_F(NotePlayerTest, OctaveMarksAndOctaveState) {
+TEST_F(NotePlayerTest, OctaveMarksOctaveStateAndKeysOffTheTable) {
+    line(1, 9, 8); // off the table: skipped
     line(1, 3, 8, ' ', "8U");
     line(1, 3, 8, ' ', "8D");
     state.OctaveState = OctaveStateBase / 2;
     line(1, 3, 8);
     state.OctaveState = OctaveStateBase * 2;
     line(1, 3, 8);
-    EXPECT_EQ(NoteOns(sink),
-              (std::vector<std::pair<int, int>>{{72, 3}, {48, 3}, {48, 3}, {72, 3}}));
+    EXPECT_EQ(NoteOns(sink), (Ons{{72, 3}, {48, 3}, {48, 3}, {72, 3}}));
 }
 
 TEST_F(NotePlayerTest, NewNoteStartsBeforeOldStopsAndRepeatsAreNotStopped) {
@@ -79,58 +84,47 @@ TEST_F(NotePlayerTest, NewNoteStartsBeforeOldStopsAndRepeatsAreNotStopped) {
     EXPECT_EQ(NoteEvents(sink), expected);
 }
 
-TEST_F(NotePlayerTest, AccentVelocityIsHeldAt127) {
-    line(1, 3, 8, ' ', "AC");
-    controls.VolScr = 0;
-    line(2, 3, 8, ' ', "AC");
-    line(3, 3, 8);
-    const auto events = NoteEvents(sink);
-    EXPECT_EQ(events[0].velocity, 90);  // 60 * 1.5
-    EXPECT_EQ(events[1].velocity, 127); // 90 * 1.5 = 135 would spill
-    EXPECT_EQ(events[3].velocity, 90);
-    // Halves round to the even neighbour: 63 * 1.5 = 94.5 gives 94, 61 * 1.5 = 91.5 gives 92.
-    sink.clear();
-    controls.VolScr = 27;
-    line(4, 3, 8, ' ', "AC");
-    controls.VolScr = 29;
-    line(5, 3, 8, ' ', "AC");
-    const auto halves = NoteEvents(sink);
-    EXPECT_EQ(halves[0].velocity, 94);
-    EXPECT_EQ(halves[2].velocity, 92);
-}
-
-TEST_F(NotePlayerTest, PedalHoldsEveryNote) {
-    controls.Pedal = true;
-    line(1, 3, 8);
-    line(2, 3, 8);
-    line(0, 3, 8);
-    for (const NoteEvent& e : NoteEvents(sink))
-        EXPECT_EQ(e.kind, 'N');
+TEST_F(NotePlayerTest, AccentRaisesVelocityHalfAndPedalHoldsEveryNote) {
+    // Velocity is 90 - VolScr; an accent takes it half again, held at 127, halves rounding
+    // to the even neighbour (63 * 1.5 = 94.5 gives 94, 61 * 1.5 = 91.5 gives 92).
+    const struct {
+        int volScr;
+        const char* mark;
+        int velocity;
+    } rows[] = {{30, "AC", 90}, {0, "AC", 127}, {0, "  ", 90}, {27, "AC", 94}, {29, "AC", 92}};
+    controls.Pedal = true; // neither the next note nor a rest stops a note
+    int step = 1;
+    for (const auto& row : rows) {
+        sink.clear();
+        controls.VolScr = row.volScr;
+        line(step++, 3, 8, ' ', row.mark);
+        line(0, 3, 8);
+        const auto events = NoteEvents(sink);
+        ASSERT_EQ(events.size(), 1u) << step;
+        EXPECT_EQ(events[0].velocity, row.velocity) << step;
+    }
 }
 
 TEST_F(NotePlayerTest, TieContinuesTheNoteAndLengthensItsLogRecord) {
+    // A tie to the same pitch holds Do; a tie to another pitch sounds Mi normally.
     core::ScoreSheet sheet;
     sheet.setLine(10, testing::Note(1, 3, 8, ' ', "TI"));
     sheet.setLine(11, testing::Note(1, 3, 4));
-    sheet.setLine(12, testing::Note(2, 3, 8));
+    sheet.setLine(12, testing::Note(2, 3, 8, ' ', "TI"));
+    sheet.setLine(13, testing::Note(3, 3, 8));
     notes.setSheet(&sheet);
     notes.PlayNoteLine(1, 3, 8, ' ', "TI", 10);
     notes.PlayNoteLine(1, 3, 4, ' ', "  ", 11);
-    notes.PlayNoteLine(2, 3, 8, ' ', "  ", 12);
-    const std::vector<NoteEvent> expected = {
-        {0, 'N', 60, 3, 60}, {1.5, 'N', 62, 3, 60}, {1.5, 'F', 60, 3, 0}};
+    notes.PlayNoteLine(2, 3, 8, ' ', "TI", 12);
+    notes.PlayNoteLine(3, 3, 8, ' ', "  ", 13);
+    const std::vector<NoteEvent> expected = {{0, 'N', 60, 3, 60},
+                                             {1.5, 'N', 62, 3, 60},
+                                             {1.5, 'F', 60, 3, 0},
+                                             {2.5, 'N', 64, 3, 60},
+                                             {2.5, 'F', 62, 3, 0}};
     EXPECT_EQ(NoteEvents(sink), expected);
-    EXPECT_EQ(notes.eventLog().text(), "0,60,3,60\r\n1.5,60,3,0\r\n0,62,3,60\r\n1,62,3,0\r\n");
-}
-
-TEST_F(NotePlayerTest, TieToAnotherPitchSoundsNormally) {
-    core::ScoreSheet sheet;
-    sheet.setLine(10, testing::Note(1, 3, 8, ' ', "TI"));
-    sheet.setLine(11, testing::Note(2, 3, 8));
-    notes.setSheet(&sheet);
-    notes.PlayNoteLine(1, 3, 8, ' ', "TI", 10);
-    notes.PlayNoteLine(2, 3, 8, ' ', "  ", 11);
-    EXPECT_EQ(NoteOns(sink).size(), 2u);
+    EXPECT_EQ(notes.eventLog().text(),
+              "0,60,3,60\r\n1.5,60,3,0\r\n0,62,3,60\r\n1,62,3,0\r\n0,64,3,60\r\n1,64,3,0\r\n");
 }
 
 TEST_F(NotePlayerTest, EventLogPutsRestsInFrontOfTheNextNote) {
@@ -147,14 +141,6 @@ TEST_F(NotePlayerTest, EventLogPutsRestsInFrontOfTheNextNote) {
     EXPECT_EQ(FormatLogNumber(0.125), "0.125");
 }
 
-// Times of the note ons of one ornament, in seconds of a one-second quarter.
-std::vector<double> OnTimes(const RecordingSink& sink) {
-    std::vector<double> out;
-    for (const NoteEvent& e : NoteEvents(sink))
-        if (e.kind == 'N') out.push_back(e.seconds);
-    return out;
-}
-
 TEST_F(NotePlayerTest, FixedExpansionsKeepTheirFractions) {
     line(3, 3, 8, ' ', "D "); // dorrab 0.14, 0.14, 0.78: runs 6% long
     line(1, 3, 8);
@@ -164,14 +150,11 @@ TEST_F(NotePlayerTest, FixedExpansionsKeepTheirFractions) {
     EXPECT_NEAR(t[2], 0.28, 1e-9);
     EXPECT_NEAR(t[3], 1.06, 1e-9);
 
-    sink.clear();
-    notes.setNow(0);
-    notes.beginRun();
+    restart();
     line(3, 3, 8, ' ', "M "); // mordent with the upper neighbour
     line(3, 3, 8, ' ', ". "); // staccato: half sounds, half is silence
     line(1, 3, 8);
-    const std::vector<std::pair<int, int>> ons = {{64, 3}, {65, 3}, {64, 3}, {64, 3}, {60, 3}};
-    EXPECT_EQ(NoteOns(sink), ons);
+    EXPECT_EQ(NoteOns(sink), (Ons{{64, 3}, {65, 3}, {64, 3}, {64, 3}, {60, 3}}));
     t = OnTimes(sink);
     EXPECT_NEAR(t[3], 1.06, 1e-9);
     EXPECT_NEAR(t[4], 2.06, 1e-9);
@@ -182,27 +165,24 @@ TEST_F(NotePlayerTest, FixedExpansionsKeepTheirFractions) {
 TEST_F(NotePlayerTest, IntervalMordentPlaysTheLowerCompanion) {
     line(5, 3, 8, ' ', "2M"); // Sol with Mi below
     line(1, 3, 8);
-    EXPECT_EQ(NoteOns(sink),
-              (std::vector<std::pair<int, int>>{{64, 3}, {67, 3}, {64, 3}, {60, 3}}));
+    EXPECT_EQ(NoteOns(sink), (Ons{{64, 3}, {67, 3}, {64, 3}, {60, 3}}));
     EXPECT_NEAR(OnTimes(sink)[3], 0.98, 1e-9);
     // Every first character from "1" to "K" makes the interval form, ":" included; its
     // companion is step - Val(":M") = step - 0, the note itself.
     sink.clear();
     line(5, 3, 8, ' ', ":M");
-    EXPECT_EQ(NoteOns(sink), (std::vector<std::pair<int, int>>{{67, 3}, {67, 3}, {67, 3}}));
+    EXPECT_EQ(NoteOns(sink), (Ons{{67, 3}, {67, 3}, {67, 3}}));
     EXPECT_NEAR(OnTimes(sink)[2] - OnTimes(sink)[0], 0.2, 1e-9); // 0.1 and 0.1, then 0.78
 }
 
 TEST_F(NotePlayerTest, TrillAndRizFillFourFifthsOfTheNote) {
     line(1, 3, 1, ' ', "TR"); // a 32nd: N = 0.5 is held at 1, unit 0.05 s
     line(2, 3, 8);
-    EXPECT_EQ(NoteOns(sink), (std::vector<std::pair<int, int>>{{60, 3}, {62, 3}, {62, 3}}));
+    EXPECT_EQ(NoteOns(sink), (Ons{{60, 3}, {62, 3}, {62, 3}}));
     EXPECT_NEAR(OnTimes(sink)[1], 0.05, 1e-9);
     EXPECT_NEAR(OnTimes(sink)[2], 0.1, 1e-9);
 
-    sink.clear();
-    notes.setNow(0);
-    notes.beginRun();
+    restart();
     state.KeySignature[7] = 'B';
     line(6, 3, 8, ' ', "TB"); // trill with the flat of the next step
     line(6, 3, 8, ' ', "T "); // riz: four rounds of two 0.1 s strokes
@@ -223,12 +203,6 @@ TEST_F(NotePlayerTest, TwoNotesTogetherLogBothAtOnce) {
     EXPECT_EQ(NoteEvents(sink), expected);
     EXPECT_EQ(notes.eventLog().text(),
               "0,60,3,60\r\n0,64,3,60\r\n1,60,3,0\r\n0,64,3,0\r\n0,62,3,60\r\n1,62,3,0\r\n");
-}
-
-TEST_F(NotePlayerTest, KeysOffTheTableAreSkipped) {
-    line(1, 9, 8);
-    line(1, 3, 8);
-    EXPECT_EQ(NoteOns(sink).size(), 1u);
 }
 
 TEST_F(NotePlayerTest, AuditionUsesVoiceChannelsAndEnds) {

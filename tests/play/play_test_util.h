@@ -27,21 +27,19 @@ inline std::string Rest(int duration) {
 inline std::string Bar() {
     return Note(0, 3, -1);
 }
-inline std::string Directive(const char* text) {
-    std::string line = text;
+inline std::string Directive(std::string line) {
     if (line.size() < 22) line.resize(22, ' ');
     return line;
 }
 
 // Line 1 signature, line 2 tempo, line 3 measure, then the music from line 4.
-inline core::ScoreSheet Sheet(const char* signature, int tempo, const char* rhythm,
+inline core::ScoreSheet Sheet(std::string signature, int tempo, const char* rhythm,
                               std::initializer_list<std::string> music) {
     core::ScoreSheet sheet;
-    std::string head = signature;
-    head.resize(7, ' ');
-    sheet.setLine(1, Directive((head + "G").c_str()));
-    sheet.setLine(2, Directive(("TEMPO" + std::to_string(tempo)).c_str()));
-    sheet.setLine(3, Directive((std::string("RHYTM") + rhythm).c_str()));
+    signature.resize(7, ' ');
+    sheet.setLine(1, Directive(signature + "G"));
+    sheet.setLine(2, Directive("TEMPO" + std::to_string(tempo)));
+    sheet.setLine(3, Directive(std::string("RHYTM") + rhythm));
     int index = 4;
     for (const std::string& line : music)
         sheet.setLine(index++, line);
@@ -71,11 +69,17 @@ inline std::vector<NoteEvent> NoteEvents(const RecordingSink& sink) {
     return out;
 }
 
-// Note ons only, as (note, channel) pairs.
+// Note ons only, as (note, channel) pairs, and their times.
 inline std::vector<std::pair<int, int>> NoteOns(const RecordingSink& sink) {
     std::vector<std::pair<int, int>> out;
     for (const NoteEvent& e : NoteEvents(sink))
         if (e.kind == 'N') out.emplace_back(e.note, e.channel);
+    return out;
+}
+inline std::vector<double> OnTimes(const RecordingSink& sink) {
+    std::vector<double> out;
+    for (const NoteEvent& e : NoteEvents(sink))
+        if (e.kind == 'N') out.push_back(e.seconds);
     return out;
 }
 

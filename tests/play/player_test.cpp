@@ -34,10 +34,7 @@ public:
         std::lock_guard lock(m_mutex);
         return m_messages;
     }
-    bool contains(std::uint32_t message) {
-        const auto m = messages();
-        return std::find(m.begin(), m.end(), message) != m.end();
-    }
+    bool contains(std::uint32_t message) { return !timesOf(message).empty(); }
 
 private:
     std::mutex m_mutex;
@@ -62,65 +59,64 @@ core::ScoreSheet Scale(int notes) {
     return sheet;
 }
 
-TEST(Player, RealTimeRunSendsWhatTheVirtualRunSends) {
-    const auto sheet = Scale(40); // 40 32nds at tempo 320: under a second
-    RecordingSink virtualSink;
-    {
-        Player player(&virtualSink);
+const std::uint32_t Do = PackNoteOn(60, 60, 3), Re = PackNoteOn(62, 60, 3),
+                    LastOff = PackNoteOff(127, 5);
+
+// A started player at tempo 320 (a 32nd lasts 0.0234 s).
+class PlayerTest : public ::testing::Test {
+protected:
+    PlayerTest() {
         player.startUp();
         player.controls().UserTempo = 320;
-        player.playVirtual(sheet, {});
     }
-    LockedSink liveSink;
-    Player player(&liveSink);
-    player.startUp();
-    player.controls().UserTempo = 320;
+    LockedSink sink;
+    Player player{&sink};
+};
+
+TEST_F(PlayerTest, RealTimeRunSendsWhatTheVirtualRunSends) {
+    const auto sheet = Scale(40); // under a second
+    RecordingSink virtualSink;
+    {
+        Player offline(&virtualSink);
+        offline.startUp();
+        offline.controls().UserTempo = 320;
+        offline.playVirtual(sheet, {});
+    }
     ASSERT_TRUE(player.play(sheet, {}));
     EXPECT_TRUE(player.running());
     player.wait();
     EXPECT_FALSE(player.running());
-    EXPECT_EQ(liveSink.messages(), virtualSink.messages());
+    EXPECT_EQ(sink.messages(), virtualSink.messages());
 }
 
-TEST(Player, StopEndsARunAtOnceAndSilencesEverything) {
-    core::ScoreSheet sheet = Sheet("", 60, "4/4", {Note(1, 3, 32), Note(2, 3, 32), Note(3, 3, 32)});
-    LockedSink sink;
-    Player player(&sink);
-    player.startUp();
+TEST_F(PlayerTest, StopEndsARunAtOnceAndSilencesEverything) {
+    const auto sheet = Sheet("", 60, "4/4", {Note(1, 3, 32), Note(2, 3, 32), Note(3, 3, 32)});
     player.controls().UserTempo = 20; // twelve seconds a note
     const auto start = std::chrono::steady_clock::now();
     player.play(sheet, {});
-    ASSERT_TRUE(Eventually([&] { return sink.contains(PackNoteOn(60, 60, 3)); }));
+    ASSERT_TRUE(Eventually([&] { return sink.contains(Do); }));
     player.stop();
     player.wait();
     EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
-    EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
-    EXPECT_FALSE(sink.contains(PackNoteOn(62, 60, 3)));
+    EXPECT_EQ(sink.messages().back(), LastOff);
+    EXPECT_FALSE(sink.contains(Re));
     // A second run after Stop starts from the first line again.
     player.controls().UserTempo = 320;
     player.play(sheet, {});
     player.wait();
     EXPECT_TRUE(sink.contains(PackNoteOn(64, 60, 3)));
-    // Stop pressed while nothing plays does not swallow the next run, in virtual time
-    // (the export's run) neither.
+    // Stop pressed while nothing plays does not swallow the next run, a virtual one neither.
     player.stop();
-    const std::size_t before = sink.messages().size();
+    const std::size_t before = sink.timesOf(Do).size();
     player.playVirtual(sheet, {});
-    const auto after = sink.messages();
-    EXPECT_NE(std::find(after.begin() + static_cast<std::ptrdiff_t>(before), after.end(),
-                        PackNoteOn(60, 60, 3)),
-              after.end());
+    EXPECT_EQ(sink.timesOf(Do).size(), before + 1);
 }
 
-TEST(Player, AnEndMarkHoldsARealTimeRunUntilStopUnlessNobodyCanStopIt) {
-    const auto sheet = Sheet("", 60, "4/4",
-                             {Note(1, 3, 1), testing::Directive("LCFIN"), Note(2, 3, 1)});
-    LockedSink sink;
-    Player player(&sink);
-    player.startUp();
-    player.controls().UserTempo = 320;
+TEST_F(PlayerTest, AnEndMarkHoldsARealTimeRunUntilStopUnlessNobodyCanStopIt) {
+    const auto sheet =
+        Sheet("", 60, "4/4", {Note(1, 3, 1), testing::Directive("LCFIN"), Note(2, 3, 1)});
     player.play(sheet, {});
-    ASSERT_TRUE(Eventually([&] { return sink.contains(PackNoteOn(60, 60, 3)); }));
+    ASSERT_TRUE(Eventually([&] { return sink.contains(Do); }));
     std::this_thread::sleep_for(200ms); // the 32nd has long run out: the walk rests
     EXPECT_TRUE(player.running());
     player.stop();
@@ -134,17 +130,13 @@ TEST(Player, AnEndMarkHoldsARealTimeRunUntilStopUnlessNobodyCanStopIt) {
     if (!ended) player.stop();
     player.wait();
     EXPECT_TRUE(ended);
-    EXPECT_FALSE(sink.contains(PackNoteOn(62, 60, 3)));
+    EXPECT_FALSE(sink.contains(Re));
 }
 
-TEST(Player, SlidersAndInstrumentActDuringARunAndWhenIdle) {
-    const auto sheet = Scale(60);
-    LockedSink sink;
-    Player player(&sink);
-    player.startUp();
+TEST_F(PlayerTest, SlidersAndInstrumentActDuringARunAndWhenIdle) {
     player.setSoriBend(0); // idle: sent at once
     EXPECT_EQ(sink.messages().back(), 0x004000E4u);
-    player.controls().UserTempo = 320;
+    const auto sheet = Scale(60); // play() keeps a reference
     player.play(sheet, {});
     player.setKoronBend(-32);
     player.chooseInstrument(3); // the piano, between two events
@@ -153,45 +145,32 @@ TEST(Player, SlidersAndInstrumentActDuringARunAndWhenIdle) {
     EXPECT_TRUE(sink.contains(PackProgramChange(0, 3)));
 }
 
-TEST(Player, PauseHoldsTheRunUntilPlay) {
-    const auto sheet = Scale(20);
-    LockedSink sink;
-    Player player(&sink);
-    player.startUp();
-    player.controls().UserTempo = 320;
+TEST_F(PlayerTest, PauseHoldsTheRunUntilPlay) {
     player.pause();
+    const auto sheet = Scale(20);
     player.play(sheet, {});
     std::this_thread::sleep_for(300ms);
-    EXPECT_TRUE(player.running()); // 20 32nds at 320 take under half a second
+    EXPECT_TRUE(player.running()); // 20 32nds take under half a second
     const auto held = sink.messages().size();
     std::this_thread::sleep_for(100ms);
     EXPECT_EQ(sink.messages().size(), held);
     player.resume();
     player.wait();
-    EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
+    EXPECT_EQ(sink.messages().back(), LastOff);
 }
 
-TEST(Player, LoopPlaysThePassAgainUntilStop) {
+TEST_F(PlayerTest, LoopPlaysThePassAgainUntilStop) {
+    player.controls().Loop = true; // a pass of two quarters takes 0.375 s
     const auto sheet = Sheet("", 60, "4/4", {Note(1, 3, 8), Note(2, 3, 8)});
-    LockedSink sink;
-    Player player(&sink);
-    player.startUp();
-    player.controls().UserTempo = 320; // a pass of two quarters takes 0.375 s
-    player.controls().Loop = true;
     player.play(sheet, {});
-    const auto count = [&] {
-        const auto m = sink.messages();
-        return std::count(m.begin(), m.end(), PackNoteOn(60, 60, 3));
-    };
-    EXPECT_TRUE(Eventually([&] { return count() >= 3; }));
+    ASSERT_TRUE(Eventually([&] { return sink.timesOf(Do).size() >= 3; }));
     player.stop();
     player.wait();
-    EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
-    // Each pass keeps time: the last note lasts its quarter (0.1875 s) and is stopped by
-    // the first note of the next pass, which comes a whole pass after the one before.
-    const auto doOn = sink.timesOf(PackNoteOn(60, 60, 3));
+    EXPECT_EQ(sink.messages().back(), LastOff);
+    // Each pass keeps time: the last note lasts its quarter and is stopped by the first
+    // note of the next pass, which comes a whole pass after the one before.
+    const auto doOn = sink.timesOf(Do);
     const auto reOff = sink.timesOf(PackNoteOff(62, 3));
-    ASSERT_GE(doOn.size(), 3u);
     ASSERT_GE(reOff.size(), 2u);
     for (std::size_t i = 1; i < doOn.size(); ++i)
         EXPECT_NEAR(doOn[i] - doOn[i - 1], 0.375, 1e-9) << "pass " << i;
@@ -199,31 +178,23 @@ TEST(Player, LoopPlaysThePassAgainUntilStop) {
     EXPECT_NEAR(reOff[1], doOn[2], 1e-9);
 }
 
-TEST(Player, DraggingTheStartMeasureRestartsThePass) {
+TEST_F(PlayerTest, DraggingTheStartMeasureRestartsThePass) {
     core::ScoreSheet sheet = Sheet("", 60, "4/4", {});
-    for (int m = 0; m < 6; ++m) { // one whole note a measure, Do to La
+    for (int m = 0; m < 6; ++m) { // one whole note a measure, Do to La: 0.75 s each
         sheet.setLine(4 + 2 * m, Note(1 + m, 3, 32));
         sheet.setLine(5 + 2 * m, testing::Bar());
     }
     sheet.LastLine = 15;
-    LockedSink sink;
-    Player player(&sink);
-    player.startUp();
-    player.controls().UserTempo = 320; // 0.75 s a measure
     player.play(sheet, {});
-    ASSERT_TRUE(Eventually([&] { return sink.contains(PackNoteOn(60, 60, 3)); }));
+    ASSERT_TRUE(Eventually([&] { return sink.contains(Do); }));
     player.controls().StartMeasure = 5;
     player.wait();
     EXPECT_FALSE(sink.contains(PackNoteOn(64, 60, 3))); // measure 3 was passed over
     EXPECT_TRUE(sink.contains(PackNoteOn(67, 60, 3)));  // measure 5 sounded
 }
 
-TEST(Player, AuditionTimerEndsTheTypedNote) {
-    LockedSink sink;
-    Player player(&sink);
-    player.startUp();
-    const auto note = player.auditionNote(2, 3, 'S', 30);
-    ASSERT_TRUE(note);
+TEST_F(PlayerTest, AuditionTimerEndsTheTypedNote) {
+    ASSERT_TRUE(player.auditionNote(2, 3, 'S', 30));
     EXPECT_EQ(sink.messages().back(), PackNoteOn(62, 127, 4));
     EXPECT_TRUE(Eventually([&] { return sink.messages().back() == PackNoteOff(62, 4); }));
 }

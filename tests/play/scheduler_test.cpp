@@ -12,11 +12,20 @@ namespace tahrir::play {
 namespace {
 
 using testing::Bar;
-using testing::Directive;
 using testing::Note;
 using testing::NoteEvent;
 using testing::NoteEvents;
+using testing::NoteOns;
+using testing::OnTimes;
 using testing::Sheet;
+using Ons = std::vector<std::pair<int, int>>;
+
+// A plain note of octave 3, a directive, and a sheet with no signature at tempo 60.
+const auto N = [](int step, int duration) { return Note(step, 3, duration); };
+const auto Dir = [](const char* text) { return testing::Directive(text); };
+core::ScoreSheet Plain(const char* rhythm, std::initializer_list<std::string> music) {
+    return Sheet("", 60, rhythm, music);
+}
 
 // A whole run in virtual time on a recording sink; the keys sounded in order.
 class WalkTest : public ::testing::Test {
@@ -33,20 +42,13 @@ protected:
             if (e.kind == 'N' && e.channel != CountInChannel) out.push_back(e.note);
         return out;
     }
-    std::vector<double> onTimes() const {
-        std::vector<double> out;
-        for (const NoteEvent& e : NoteEvents(sink))
-            if (e.kind == 'N') out.push_back(e.seconds);
-        return out;
-    }
     RecordingSink sink;
     Player player;
     double seconds = 0;
 };
 
 TEST_F(WalkTest, RunPreparesChannelsAndEndsWithAllNotesOff) {
-    const auto sheet = Sheet("", 60, "4/4", {Note(1, 3, 8)});
-    keys(sheet);
+    keys(Plain("4/4", {N(1, 8)}));
     const auto m = sink.messages();
     // Controller 33 and Flute on channels 1..5, three bends, then the count-in channel.
     EXPECT_EQ(m[0], PackControlChange(33, 0, 1));
@@ -63,133 +65,108 @@ TEST_F(WalkTest, RunPreparesChannelsAndEndsWithAllNotesOff) {
 
 TEST_F(WalkTest, TimeFollowsTempoMarksScaledByTheTempoBar) {
     // A 6/8 measure is 24 32nds: three seconds at 60.
-    auto sheet = Sheet("", 60, "6/8", {Note(1, 3, 12), Note(2, 3, 12), Bar(), Note(3, 3, 8)});
+    auto sheet = Plain("6/8", {N(1, 12), N(2, 12), Bar(), N(3, 8)});
     keys(sheet);
-    EXPECT_NEAR(onTimes().back(), 3.0, 1e-6); // a barline is a silence of 1e-7 s
+    EXPECT_NEAR(OnTimes(sink).back(), 3.0, 1e-6); // a barline is a silence of 1e-7 s
     // A tempo mark of 120 halves the time; the bar at 120 against the score's 60 doubles
     // every mark, a hidden negative mark included.
-    sheet = Sheet("", 60, "4/4",
-                  {Note(1, 3, 8), Directive("TEMPO120"), Note(2, 3, 8), Directive("TEMPO-30"),
-                   Note(3, 3, 8), Note(4, 3, 8)});
+    sheet = Plain("4/4", {N(1, 8), Dir("TEMPO120"), N(2, 8), Dir("TEMPO-30"), N(3, 8), N(4, 8)});
     keys(sheet);
-    EXPECT_EQ(onTimes(), (std::vector<double>{0, 1, 1.5, 3.5}));
+    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 1, 1.5, 3.5}));
     player.controls().UserTempo = 120;
     keys(sheet);
-    EXPECT_EQ(onTimes(), (std::vector<double>{0, 0.5, 0.75, 1.75}));
+    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 0.5, 0.75, 1.75}));
     player.controls().UserTempo = 60;
-    sheet = Sheet("", 60, "4/4", {Directive("TEMPO999"), Note(1, 3, 8), Note(2, 3, 8)});
+    sheet = Plain("4/4", {Dir("TEMPO999"), N(1, 8), N(2, 8)});
     keys(sheet);
-    EXPECT_EQ(onTimes().back(), 1.0); // out of range: ignored
+    EXPECT_EQ(OnTimes(sink).back(), 1.0); // out of range: ignored
 }
 
 TEST_F(WalkTest, TupletPlaysFasterAndFitsTheMeasure) {
     // Three 8ths marked "L3" take one quarter, and the measure still counts four beats.
-    const auto sheet = Sheet("", 60, "2/4",
-                             {Note(1, 3, 4, ' ', "L3"), Note(2, 3, 4), Note(3, 3, 4), Note(4, 3, 8),
-                              Bar(), Directive("REPB1"), Bar(), Note(5, 3, 8)});
+    const auto sheet = Plain("2/4", {Note(1, 3, 4, ' ', "L3"), N(2, 4), N(3, 4), N(4, 8), Bar(),
+                                     Dir("REPB1"), Bar(), N(5, 8)});
     EXPECT_EQ(keys(sheet), (std::vector<int>{60, 62, 64, 65, 60, 62, 64, 65, 67}));
-    const auto t = onTimes();
+    const auto t = OnTimes(sink);
     EXPECT_NEAR(t[3], 1.0, 1e-9);
     EXPECT_NEAR(t[4], 2.0, 1e-6);
     EXPECT_NEAR(t[8], 4.0, 1e-6);
 }
 
-TEST_F(WalkTest, RepeatsAndFirstVolta) {
-    // |: A B | volta 1: C :| volta 2: D |
-    const auto sheet = Sheet("", 60, "2/4",
-                             {Directive("REP{"), Note(1, 3, 8), Note(2, 3, 8), Bar(),
-                              Directive("VOL{1"), Note(3, 3, 16), Bar(), Directive("REP}"),
-                              Directive("VOL{2"), Note(4, 3, 16), Bar()});
-    EXPECT_EQ(keys(sheet), (std::vector<int>{60, 62, 64, 60, 62, 65}));
-    // A closing repeat without its opening goes back to the head once.
-    const auto bare =
-        Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("REP}"), Note(2, 3, 16)});
-    EXPECT_EQ(keys(bare), (std::vector<int>{60, 60, 62}));
-}
-
-TEST_F(WalkTest, LargeRepeatAndFin) {
-    const auto sheet = Sheet(
-        "", 60, "2/4",
-        {Directive("REPS{"), Note(1, 3, 16), Bar(), Directive("REPS}"), Note(2, 3, 16), Bar()});
-    EXPECT_EQ(keys(sheet), (std::vector<int>{60, 60, 62}));
-    // An end mark stops the music; what follows it is never reached.
-    const auto fin =
-        Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("LCfin"), Note(2, 3, 16)});
-    EXPECT_EQ(keys(fin), (std::vector<int>{60}));
-    const auto textFin = Sheet("", 60, "2/4", {Note(1, 3, 16), Directive("L-FIN"), Note(2, 3, 16)});
-    EXPECT_EQ(keys(textFin), (std::vector<int>{60}));
-    // A large repeat that opens the music goes back to line 1's signature: the Si made
-    // koron in mid-score is natural again on the second pass.
-    const auto signature = Sheet("", 60, "2/4",
-                                 {Directive("REPS{"), Note(7, 3, 8), Directive("ALL7K"),
-                                  Note(7, 3, 8), Bar(), Directive("REPS}")});
-    keys(signature);
-    std::vector<int> channels;
-    for (const NoteEvent& e : NoteEvents(sink))
-        if (e.kind == 'N') channels.push_back(e.channel);
-    EXPECT_EQ(channels, (std::vector<int>{3, 2, 3, 2}));
-}
-
-TEST_F(WalkTest, RepeatSignsReplayTheLastMeasures) {
-    const auto one = Sheet("", 60, "2/4",
-                           {Note(1, 3, 16), Bar(), Note(2, 3, 8), Note(3, 3, 8), Bar(),
-                            Directive("REPB1"), Bar(), Note(5, 3, 16)});
-    EXPECT_EQ(keys(one), (std::vector<int>{60, 62, 64, 62, 64, 67}));
-    // Right after the first barline the sign rewinds to the head of the music.
-    const auto head =
-        Sheet("", 60, "2/4", {Note(1, 3, 16), Bar(), Directive("REPB1"), Bar(), Note(2, 3, 16)});
-    EXPECT_EQ(keys(head), (std::vector<int>{60, 60, 62}));
-    const auto two = Sheet("", 60, "2/4",
-                           {Note(1, 3, 16), Bar(), Note(2, 3, 16), Bar(), Note(3, 3, 16), Bar(),
-                            Directive("REPB2"), Bar(), Note(5, 3, 16)});
-    EXPECT_EQ(keys(two), (std::vector<int>{60, 62, 64, 62, 64, 67}));
+TEST_F(WalkTest, RepeatsVoltasRepeatSignsAndEndMarks) {
+    const struct {
+        const char* what;
+        core::ScoreSheet sheet;
+        std::vector<int> keys;
+    } rows[] = {
+        {"|: A B | volta 1: C :| volta 2: D |",
+         Plain("2/4", {Dir("REP{"), N(1, 8), N(2, 8), Bar(), Dir("VOL{1"), N(3, 16), Bar(),
+                       Dir("REP}"), Dir("VOL{2"), N(4, 16), Bar()}),
+         {60, 62, 64, 60, 62, 65}},
+        {"a closing repeat alone goes back to the head once",
+         Plain("2/4", {N(1, 16), Bar(), Dir("REP}"), N(2, 16)}),
+         {60, 60, 62}},
+        {"large repeat",
+         Plain("2/4", {Dir("REPS{"), N(1, 16), Bar(), Dir("REPS}"), N(2, 16), Bar()}),
+         {60, 60, 62}},
+        {"end mark", Plain("2/4", {N(1, 16), Bar(), Dir("LCfin"), N(2, 16)}), {60}},
+        {"text end mark", Plain("2/4", {N(1, 16), Dir("L-FIN"), N(2, 16)}), {60}},
+        {"repeat sign replays the last measure",
+         Plain("2/4", {N(1, 16), Bar(), N(2, 8), N(3, 8), Bar(), Dir("REPB1"), Bar(), N(5, 16)}),
+         {60, 62, 64, 62, 64, 67}},
+        {"repeat sign right after the first barline rewinds to the head",
+         Plain("2/4", {N(1, 16), Bar(), Dir("REPB1"), Bar(), N(2, 16)}),
+         {60, 60, 62}},
+        {"repeat sign of two measures",
+         Plain("2/4",
+               {N(1, 16), Bar(), N(2, 16), Bar(), N(3, 16), Bar(), Dir("REPB2"), Bar(), N(5, 16)}),
+         {60, 62, 64, 62, 64, 67}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(keys(row.sheet), row.keys) << row.what;
 }
 
 TEST_F(WalkTest, MeasureRangeAndSelection) {
-    const auto sheet = Sheet("", 60, "2/4",
-                             {Note(1, 3, 16), Bar(), Note(2, 3, 16), Bar(), Note(3, 3, 16), Bar(),
-                              Note(4, 3, 16), Bar()});
+    const auto sheet =
+        Plain("2/4", {N(1, 16), Bar(), N(2, 16), Bar(), N(3, 16), Bar(), N(4, 16), Bar()});
     player.controls().StartMeasure = 2;
     player.controls().EndMeasure = 3;
     EXPECT_EQ(keys(sheet), (std::vector<int>{62, 64}));
-    EXPECT_NEAR(onTimes().front(), 0.0, 1e-6); // measures before the start take no time
+    EXPECT_NEAR(OnTimes(sink).front(), 0.0, 1e-6); // measures before the start take no time
     player.controls().StartMeasure = 0;
     player.controls().EndMeasure = 0;
     // A selection of lines wins: it sounds lines 6 to 8 only.
     EXPECT_EQ(keys(sheet, RunOptions{6, 8, {}}), (std::vector<int>{62, 64}));
     // Free rhythm has no measures to range over.
-    const auto free = Sheet("", 60, "4/0", {Note(1, 3, 16), Bar(), Note(2, 3, 16)});
+    const auto free = Plain("4/0", {N(1, 16), Bar(), N(2, 16)});
     player.controls().StartMeasure = 2;
     EXPECT_EQ(keys(free), (std::vector<int>{60, 62}));
-    player.controls().StartMeasure = 0;
 }
 
 TEST_F(WalkTest, SignatureOctaveAndInstrumentDirectives) {
     const auto sheet = Sheet("  K", 60, "4/4",
-                             {Note(3, 3, 8), Directive("ALL3N"), Note(3, 3, 8), Directive("ALL8U"),
-                              Note(1, 3, 8), Directive("ALL8N"), Directive("LCTRP=2"),
-                              Note(1, 3, 8), Directive("LCINS=1"), Note(1, 3, 8)});
-    EXPECT_EQ(keys(sheet), (std::vector<int>{64, 64, 72, 62, 62}));
-    const auto ons = NoteEvents(sink);
-    EXPECT_EQ(ons[0].channel, 2); // koron from line 1
-    EXPECT_EQ(ons[1].channel, 3);
+                             {N(3, 8), Dir("ALL3N"), N(3, 8), Dir("ALL8U"), N(1, 8), Dir("ALL8N"),
+                              Dir("LCTRP=2"), N(1, 8), Dir("LCINS=1"), N(1, 8)});
+    keys(sheet); // Mi koron from line 1, then natural
+    EXPECT_EQ(NoteOns(sink), (Ons{{64, 2}, {64, 3}, {72, 3}, {62, 3}, {62, 3}}));
     // "LCINS=1" is instrument button 0: Koto on the five voices.
     const auto m = sink.messages();
     EXPECT_NE(std::find(m.begin(), m.end(), PackProgramChange(107, 3)), m.end());
-    player.controls().Transpose = TransposeCentre;
+    player.controls().Transpose = TransposeCentre; // undo LCTRP=2
+    // A large repeat that opens the music goes back to line 1's signature: the Si made
+    // koron in mid-score is natural again on the second pass.
+    keys(Plain("2/4", {Dir("REPS{"), N(7, 8), Dir("ALL7K"), N(7, 8), Bar(), Dir("REPS}")}));
+    EXPECT_EQ(NoteOns(sink), (Ons{{71, 3}, {71, 2}, {71, 3}, {71, 2}}));
 }
 
 TEST_F(WalkTest, CountInClicksOnTheWoodblockBeforeTheMusic) {
     player.controls().CountIn = true;
-    const auto sheet = Sheet("", 60, "3/4", {Note(1, 3, 8)});
-    keys(sheet);
-    const auto events = NoteEvents(sink);
+    keys(Plain("3/4", {N(1, 8)}));
     std::vector<int> clicks;
-    for (const NoteEvent& e : events)
+    for (const NoteEvent& e : NoteEvents(sink))
         if (e.kind == 'N' && e.channel == CountInChannel) clicks.push_back(e.note);
     EXPECT_EQ(clicks, (std::vector<int>{69, 72, 72}));
-    EXPECT_DOUBLE_EQ(onTimes().back(), 3.0);
-    player.controls().CountIn = false;
+    EXPECT_DOUBLE_EQ(OnTimes(sink).back(), 3.0);
 }
 
 TEST_F(WalkTest, MarkerFollowsTheSoundedLines) {
@@ -198,8 +175,7 @@ TEST_F(WalkTest, MarkerFollowsTheSoundedLines) {
         std::vector<int> seen;
     } lines;
     player.notes().setObserver(&lines);
-    const auto sheet =
-        Sheet("", 60, "4/4", {Note(1, 3, 8, ' ', "D "), Directive("L^x"), Note(2, 3, 8)});
+    const auto sheet = Plain("4/4", {Note(1, 3, 8, ' ', "D "), Dir("L^x"), N(2, 8)});
     keys(sheet);
     player.notes().setObserver(nullptr);
     EXPECT_EQ(lines.seen, (std::vector<int>{4, 4, 4, 6}));
@@ -207,8 +183,7 @@ TEST_F(WalkTest, MarkerFollowsTheSoundedLines) {
 
 TEST_F(WalkTest, EventLogFileKeepsTheRun) {
     const ::tahrir::test::TempFolder dir;
-    const auto sheet =
-        Sheet("", 60, "4/4", {Note(1, 3, 8), Directive("L^text"), Note(2, 3, 4, 'K')});
+    const auto sheet = Plain("4/4", {N(1, 8), Dir("L^text"), Note(2, 3, 4, 'K')});
     keys(sheet, RunOptions{0, 0, dir / "tmpmid.txt"});
     std::ifstream in(dir / "tmpmid.txt", std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
@@ -216,44 +191,37 @@ TEST_F(WalkTest, EventLogFileKeepsTheRun) {
 }
 
 TEST_F(WalkTest, EmptyAndHostileSheetsEndCleanly) {
-    core::ScoreSheet empty;
-    EXPECT_TRUE(keys(empty).empty());
-    auto odd = Sheet("KKKKKKK", 0, "x/y",
-                     {Note(9, 9, 8), "1x 8", Note(1, 3, 999), Directive("REPB2"), Directive("REP}"),
-                      Directive("REP}")});
-    keys(odd);
+    EXPECT_TRUE(keys(core::ScoreSheet{}).empty());
+    keys(Sheet("KKKKKKK", 0, "x/y",
+               {Note(9, 9, 8), "1x 8", N(1, 999), Dir("REPB2"), Dir("REP}"), Dir("REP}")}));
     EXPECT_TRUE(std::isfinite(seconds));
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
     // A tempo bar set below its range (a score whose tempo is 0 leaves it unset) plays at
     // the bar's minimum of 20: a quarter lasts 3 seconds.
     player.controls().UserTempo = 0;
-    keys(Sheet("", 0, "4/4", {Note(1, 3, 8), Note(2, 3, 8)}));
-    EXPECT_EQ(onTimes(), (std::vector<double>{0, 3}));
-    player.controls().UserTempo = 60;
+    keys(Sheet("", 0, "4/4", {N(1, 8), N(2, 8)}));
+    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 3}));
 }
-
-} // namespace
-} // namespace tahrir::play
-
-namespace tahrir::play {
-namespace {
 
 // Random sheets built from every kind of line: each run ends, whatever the jumps.
 TEST_F(WalkTest, RandomSheetsAlwaysEnd) {
-    const std::string pool[] = {
-        Note(1, 3, 8),      Note(5, 4, 4, 'K', "TR"), Note(3, 3, 2, 'S', "L3"),
-        Note(2, 3, -1),     testing::Rest(8),         Bar(),
-        Directive("REP{"),  Directive("REP}"),        Directive("REPS{"),
-        Directive("REPS}"), Directive("VOL{1"),       Directive("REPB1"),
-        Directive("REPB2"), Directive("TEMPO200"),    Directive("RHYTM3/8"),
-        Directive("ALL8D"), Directive("LCTRP=12"),    Note(7, 9, 48, 'D', "8U")};
+    std::vector<std::string> pool = {N(1, 8),
+                                     Note(5, 4, 4, 'K', "TR"),
+                                     Note(3, 3, 2, 'S', "L3"),
+                                     Note(2, 3, -1),
+                                     testing::Rest(8),
+                                     Bar(),
+                                     Note(7, 9, 48, 'D', "8U")};
+    for (const char* d : {"REP{", "REP}", "REPS{", "REPS}", "VOL{1", "REPB1", "REPB2", "TEMPO200",
+                          "RHYTM3/8", "ALL8D", "LCTRP=12"})
+        pool.push_back(Dir(d));
     unsigned seed = 12345;
     for (int run = 0; run < 200; ++run) {
-        core::ScoreSheet sheet = Sheet("", 60, "2/4", {});
+        core::ScoreSheet sheet = Plain("2/4", {});
         const int lines = 4 + static_cast<int>(seed % 60);
         for (int i = 4; i < lines; ++i) {
             seed = seed * 1103515245 + 12345;
-            sheet.setLine(i, pool[(seed >> 16) % std::size(pool)]);
+            sheet.setLine(i, pool[(seed >> 16) % pool.size()]);
         }
         sheet.LastLine = lines - 1;
         keys(sheet);
@@ -261,8 +229,7 @@ TEST_F(WalkTest, RandomSheetsAlwaysEnd) {
     }
     player.controls().Transpose = TransposeCentre;
     // A repeat sign that rewinds past the opening repeat sends the walk round for ever.
-    const auto endless = Sheet(
-        "", 60, "2/4", {Directive("REP{"), Note(1, 3, 16), Directive("REPB1"), Directive("REP}")});
+    const auto endless = Plain("2/4", {Dir("REP{"), N(1, 16), Dir("REPB1"), Dir("REP}")});
     EXPECT_GT(keys(endless).size(), 1000u);
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
 }

@@ -38,9 +38,8 @@ Audio ReadLeft(const std::filesystem::path& file) {
     return audio;
 }
 
-// Fundamental frequency of a stretch by the YIN difference function (de Cheveigne and
-// Kawahara 2002): cumulative-mean-normalised difference, first dip below 0.1, refined
-// by a parabola through its neighbours.
+// Fundamental frequency by YIN: cumulative-mean-normalised difference, first dip below 0.1,
+// refined by a parabola through its neighbours.
 double YinPitch(const std::vector<float>& x, std::size_t from, std::size_t length, int rate) {
     const int minLag = rate / 1500;
     const int maxLag = rate / 80;
@@ -78,55 +77,46 @@ double Cents(double f, double reference) {
     return 1200 * std::log2(f / reference);
 }
 
-class SynthPitchTest : public ::testing::Test {
-protected:
-    // La natural, koron and sori, one second each with a rest between, at tempo 60;
-    // returns the three measured frequencies.
-    std::vector<double> render(int soriBend) {
-        const auto wav = dir / "la.wav";
-        std::string error;
-        auto synth = SynthSink::openOffline(DefaultSoundFont(), wav, error);
-        EXPECT_TRUE(synth) << error;
-        if (!synth) return {};
-        {
-            Player player(synth.get());
-            player.startUp();
-            player.controls().UserTempo = 60;
-            player.setSoriBend(soriBend);
-            const auto sheet = Sheet(
-                "", 60, "4/4",
-                {Note(6, 3, 8), Rest(4), Note(6, 3, 8, 'K'), Rest(4), Note(6, 3, 8, 'S'), Rest(4)});
-            player.playVirtual(sheet, {});
-        }
-        EXPECT_TRUE(synth->finish(0.5));
-        const Audio audio = ReadLeft(wav);
-        EXPECT_EQ(audio.rate, 44100);
-        std::vector<double> pitches;
-        for (int i = 0; i < 3; ++i) {
-            // The middle of each note: from 0.35 s to 0.65 s after its start every 1.5 s.
-            const auto from = static_cast<std::size_t>((i * 1.5 + 0.35) * audio.rate);
-            const auto length = static_cast<std::size_t>(0.1 * audio.rate);
-            if (from + length + 2000 > audio.samples.size()) return {};
-            pitches.push_back(YinPitch(audio.samples, from, length, audio.rate));
-        }
-        return pitches;
+// La natural, koron and sori, one second each with a rest between, at tempo 60, rendered
+// to `wav`; returns the three measured frequencies.
+std::vector<double> RenderLa(const std::filesystem::path& wav, int soriBend) {
+    std::string error;
+    auto synth = SynthSink::openOffline(DefaultSoundFont(), wav, error);
+    EXPECT_TRUE(synth) << error;
+    if (!synth) return {};
+    {
+        Player player(synth.get());
+        player.startUp();
+        player.controls().UserTempo = 60;
+        player.setSoriBend(soriBend);
+        const auto sheet = Sheet(
+            "", 60, "4/4",
+            {Note(6, 3, 8), Rest(4), Note(6, 3, 8, 'K'), Rest(4), Note(6, 3, 8, 'S'), Rest(4)});
+        player.playVirtual(sheet, {});
     }
-    ::tahrir::test::TempFolder dir;
-};
-
-TEST_F(SynthPitchTest, KoronAndSoriSoundAQuarterToneFromTheNatural) {
-    const auto f = render(DefaultSoriBend);
-    ASSERT_EQ(f.size(), 3u);
-    EXPECT_NEAR(f[0], 440.0, 440.0 * 0.006); // La of octave 3 is key 69
-    EXPECT_NEAR(Cents(f[1], f[0]), -50, 10);
-    EXPECT_NEAR(Cents(f[2], f[0]), 50, 10);
+    EXPECT_TRUE(synth->finish(0.5));
+    const Audio audio = ReadLeft(wav);
+    EXPECT_EQ(audio.rate, 44100);
+    std::vector<double> pitches;
+    for (int i = 0; i < 3; ++i) {
+        // The middle of each note: from 0.35 s to 0.65 s after its start every 1.5 s.
+        const auto from = static_cast<std::size_t>((i * 1.5 + 0.35) * audio.rate);
+        const auto length = static_cast<std::size_t>(0.1 * audio.rate);
+        if (from + length + 2000 > audio.samples.size()) return {};
+        pitches.push_back(YinPitch(audio.samples, from, length, audio.rate));
+    }
+    return pitches;
 }
 
-TEST_F(SynthPitchTest, SoriSliderAtZeroSoundsTheNatural) {
-    const auto f = render(0);
-    ASSERT_EQ(f.size(), 3u);
-    EXPECT_NEAR(Cents(f[2], f[0]), 0, 10);
-    EXPECT_NEAR(Cents(f[1], f[0]), -50, 10);
+TEST(SynthPitch, KoronAndSoriSoundAQuarterToneFromTheNaturalUnlessTheSliderIsZero) {
+    const ::tahrir::test::TempFolder dir;
+    for (const auto& [soriBend, soriCents] : {std::pair{DefaultSoriBend, 50}, {0, 0}}) {
+        const auto f = RenderLa(dir / "la.wav", soriBend);
+        ASSERT_EQ(f.size(), 3u) << soriBend;
+        EXPECT_NEAR(f[0], 440.0, 440.0 * 0.006); // La of octave 3 is key 69
+        EXPECT_NEAR(Cents(f[1], f[0]), -50, 10) << soriBend;
+        EXPECT_NEAR(Cents(f[2], f[0]), soriCents, 10) << soriBend;
+    }
 }
 
 TEST(SynthSink, MissingSoundFontOrFolderIsAClearError) {

@@ -16,24 +16,21 @@ std::vector<int> Marked(const ScaleMask& mask) {
     return out;
 }
 
-TEST(Tuning, ParsesQuotedAndPlainPairs) {
-    const TuningFile t = ParseTuning("\"Shur (Sol), Re koron\",\" K   KBG\"\r\nMahur,       G\r\n");
+TEST(Tuning, ParsesQuotedAndPlainPairsAndStopsCleanlyOnOddInput) {
+    TuningFile t = ParseTuning("\"Shur (Sol), Re koron\",\" K   KBG\"\r\nMahur,       G\r\n");
     ASSERT_EQ(t.entries.size(), 2u);
     EXPECT_TRUE(t.complete);
     EXPECT_EQ(t.entries[0].name, "Shur (Sol), Re koron"); // a comma inside quotes stays
     EXPECT_EQ(t.entries[0].line, " K   KBG");
     EXPECT_EQ(t.entries[1].name, "Mahur");
     EXPECT_EQ(t.entries[1].line, "G");
-}
-
-TEST(Tuning, OddEntryCountStopsTheLoadingCleanly) {
-    const TuningFile t = ParseTuning("\"A\",\"  K    G\"\r\n\"B\"\r\n");
+    t = ParseTuning("\"A\",\"  K    G\"\r\n\"B\"\r\n"); // an odd entry count
     EXPECT_FALSE(t.complete);
     ASSERT_EQ(t.entries.size(), 1u);
     EXPECT_EQ(t.entries[0].name, "A");
-    const TuningFile unterminated = ParseTuning("\"A\",\"  K");
-    ASSERT_EQ(unterminated.entries.size(), 1u); // an unclosed quote runs to the end
-    EXPECT_EQ(unterminated.entries[0].line, "  K");
+    t = ParseTuning("\"A\",\"  K"); // an unclosed quote runs to the end
+    ASSERT_EQ(t.entries.size(), 1u);
+    EXPECT_EQ(t.entries[0].line, "  K");
     EXPECT_TRUE(ParseTuning("").entries.empty());
 }
 
@@ -61,16 +58,17 @@ TEST(Tuning, ApplyingAScaleRewritesLineOne) {
 }
 
 TEST(Tuning, ScaleMaskMovesEachStepToItsLetter) {
-    EXPECT_EQ(Marked(BuildScaleMask("       ")), (std::vector<int>{1, 5, 9, 11, 15, 19, 23, 25}));
-    // Koron on Do marks 24 and 0, not 1; its octave 25 moves with it.
-    EXPECT_EQ(Marked(BuildScaleMask("K      ")), (std::vector<int>{0, 5, 9, 11, 15, 19, 23, 24}));
-    EXPECT_EQ(Marked(BuildScaleMask("B      ")), (std::vector<int>{5, 9, 11, 15, 19, 23}));
-    EXPECT_EQ(Marked(BuildScaleMask("S      ")), (std::vector<int>{2, 5, 9, 11, 15, 19, 23, 26}));
-    // Shur on Sol: La koron, Si flat.
-    EXPECT_EQ(Marked(BuildScaleMask("     KB")), (std::vector<int>{1, 5, 9, 11, 15, 18, 21, 25}));
-    EXPECT_EQ(Marked(BuildScaleMask("   D")), (std::vector<int>{1, 5, 9, 13, 15, 19, 23, 25}));
-    // Sharp on Do would move its octave to 27, beyond the grid: only 3 is marked.
-    EXPECT_EQ(Marked(BuildScaleMask("D      ")), (std::vector<int>{3, 5, 9, 11, 15, 19, 23}));
+    const std::pair<const char*, std::vector<int>> rows[] = {
+        {"       ", {1, 5, 9, 11, 15, 19, 23, 25}},
+        {"K      ", {0, 5, 9, 11, 15, 19, 23, 24}}, // koron Do marks 24 and 0, its octave moves
+        {"B      ", {5, 9, 11, 15, 19, 23}},
+        {"S      ", {2, 5, 9, 11, 15, 19, 23, 26}},
+        {"     KB", {1, 5, 9, 11, 15, 18, 21, 25}}, // Shur on Sol: La koron, Si flat
+        {"   D", {1, 5, 9, 13, 15, 19, 23, 25}},
+        {"D      ", {3, 5, 9, 11, 15, 19, 23}}, // sharp Do's octave, 27, is beyond the grid
+    };
+    for (const auto& [letters, marked] : rows)
+        EXPECT_EQ(Marked(BuildScaleMask(letters)), marked) << '"' << letters << '"';
 }
 
 TEST(Tuning, DastgahBoxesRewriteTheStepLetters) {
@@ -81,12 +79,6 @@ TEST(Tuning, DastgahBoxesRewriteTheStepLetters) {
     SetStepLetters(sheet, {2, 2, 2, 1, 2, 3, 4});
     EXPECT_EQ(sheet[1].text(), "   S KBG  ");
 }
-
-} // namespace
-} // namespace tahrir::play
-
-namespace tahrir::play {
-namespace {
 
 TEST(Tuning, BaseFrequencyBendsMirrorTheMainPlan) {
     RecordingSink sink;
@@ -105,9 +97,9 @@ TEST(Tuning, BaseFrequencyBendsMirrorTheMainPlan) {
     // 67, 51 and 35 (cutting toward zero would give 68, 52 and 36).
     sink.clear();
     tuner.apply(midi, 430);
-    EXPECT_EQ(sink.messages(), (std::vector<std::uint32_t>{PackPitchBend(0, 67, 2),
-                                                           PackPitchBend(0, 51, 3),
-                                                           PackPitchBend(0, 35, 4)}));
+    EXPECT_EQ(sink.messages(),
+              (std::vector<std::uint32_t>{PackPitchBend(0, 67, 2), PackPitchBend(0, 51, 3),
+                                          PackPitchBend(0, 35, 4)}));
 }
 
 TEST(Outputs, OpenEitherSucceedsOrSaysWhy) {
