@@ -16,10 +16,8 @@ using test::TrackBuilder;
 
 TEST(MidiImport, KeysBecomeStepOctaveAndSharps) {
     // Key 60 is octave 60 \ 12 - 2 = 3, Do; a quarter of 480 ticks is 8. Below 24 the
-    // octave stays 0, and key 0 has no step. The octave has one column: 3 + 7 = 10 would
-    // push the duration out of columns 3..5 and the reader would drop the line, so it
-    // stops at 9. Key 200 (a stray data byte of a damaged file) is 200 \ 12 - 2 = 14, also
-    // held at 9; 200 mod 12 = 8 is Sol sharp.
+    // octave stays 0; key 0 has no step. The octave has one column, so it stops at 9 (10
+    // would push the duration out of columns 3..5), also for key 200 of a damaged file.
     const std::tuple<int, int, std::string> cases[] = {
         {60, 0, "13  8      "}, {61, 0, "13  8D     "}, {58, 0, "62  8D     "}, {66, 0, "43  8D     "},
         {71, 0, "73  8      "}, {23, 0, "70  8      "}, {12, 0, "10  8      "}, {0, 0, "00  8      "},
