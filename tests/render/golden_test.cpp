@@ -62,13 +62,6 @@ core::ScoreSheet BandsSheet() {
     return sheet;
 }
 
-LayoutResult Lay(const core::ScoreSheet& sheet, double width, int view, bool dxf) {
-    LayoutOptions o;
-    o.PageWidthUnits = width, o.ViewMode = view, o.DxfEnabled = dxf;
-    o.ScoreFileName = "golden.srv";
-    return RefreshView(sheet, o);
-}
-
 std::string Summary(const LayoutResult& r) {
     std::ostringstream out;
     out.precision(4);
@@ -81,25 +74,26 @@ std::string Summary(const LayoutResult& r) {
     return out.str() + r.list.dump();
 }
 
-TEST(Golden, SignsPage) {
-    const auto r = Lay(SignsSheet(), 80, 0, true);
-    ExpectGolden("signs.dump", Summary(r));
-    ExpectGolden("signs.dxf", r.dxf);
-}
-
-TEST(Golden, RowsPage) {
-    const auto r = Lay(RowsSheet(), 45, 0, true);
-    ExpectGolden("rows.dump", Summary(r));
-    ExpectGolden("rows.dxf", r.dxf);
-}
-
-TEST(Golden, RowScaleBandsAndMargins) {
-    const auto r = Lay(BandsSheet(), 70, 0, false);
-    ExpectGolden("bands.dump", Summary(r));
-}
-
-TEST(Golden, RowsWorkingView) {
-    ExpectGolden("rows_working.dump", Summary(Lay(RowsSheet(), 45, 1, false)));
+// Each name gives a dump file and, when the DXF stream is on, a DXF file.
+TEST(Golden, SignsRowsBandsAndWorkingView) {
+    const struct {
+        const char* name;
+        core::ScoreSheet sheet;
+        double width;
+        int view;
+        bool dxf;
+    } cases[] = {{"signs", SignsSheet(), 80, 0, true},
+                 {"rows", RowsSheet(), 45, 0, true},
+                 {"bands", BandsSheet(), 70, 0, false},
+                 {"rows_working", RowsSheet(), 45, 1, false}};
+    for (const auto& c : cases) {
+        LayoutOptions o;
+        o.PageWidthUnits = c.width, o.ViewMode = c.view, o.DxfEnabled = c.dxf;
+        o.ScoreFileName = "golden.srv";
+        const LayoutResult r = RefreshView(c.sheet, o);
+        ExpectGolden(std::string(c.name) + ".dump", Summary(r));
+        if (c.dxf) ExpectGolden(std::string(c.name) + ".dxf", r.dxf);
+    }
 }
 
 } // namespace

@@ -23,13 +23,11 @@ long GlyphsAt(const LayoutResult& r, const std::string& text, double y) {
     });
 }
 
-// Four quarters, eight single eighths, four quarters on a page 50 wide (rows end at 45).
-// Row 1: the pen is at 15.8 after the time signature; the first barline comes at 33.6 with
-// room, and the pen goes on from 35.4. The eighths stand at 35.4, 38.4, 41.4; behind the
-// third the pen is at 44.4 and 44.4 + 0.2 x 9 reaches 45: the row ends inside measure 2.
-// Row 2 repeats the time signature and takes the five eighths left (15 to 27). Its barline
-// at 31.8 compares the old row's barline 35.4 plus the width 35.4 of measure 1 with 45 and
-// finds no room, since a break inside a measure keeps those two: measure 3 opens row 3.
+// Four quarters, eight single eighths, four quarters; rows end at 45 of 50. Row 1: pen
+// 15.8 after the time signature, barline at 33.6, eighths at 35.4, 38.4, 41.4; then 44.4 +
+// 0.2 x 9 reaches 45 and the row ends inside measure 2. Row 2 repeats the time signature,
+// takes the five eighths left (15 to 27), and its barline finds no room (old barline 35.4 +
+// measure 1's width 35.4 > 45, as a break inside a measure keeps both): measure 3 opens row 3.
 core::ScoreSheet OverflowSheet() {
     core::ScoreSheet sheet = Body({}, false);
     Repeat(sheet, "73  8", 4); // lines 4..7

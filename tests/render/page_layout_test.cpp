@@ -27,7 +27,7 @@ TEST(RowScale, BandsKeepShortRowsFromSpreading) {
     for (double ratio : {2.0, 0.3, 0.0}) EXPECT_EQ(RowScaleFor(ratio), 1) << ratio;
 }
 
-TEST(Notes, StemDirectionAndHeadHeightFollowThePosition) {
+TEST(Notes, HeadGlyphAndHeightFollowThePositionAndCaptionsShowDots) {
     // Si of octave 3 stands on the middle line (position 4), Do of octave 4 above it.
     const auto r = Lay(Body({"73  8", "14  8"}));
     const DisplayItem* middle = GlyphOfLine(r, 4);
@@ -40,6 +40,12 @@ TEST(Notes, StemDirectionAndHeadHeightFollowThePosition) {
     EXPECT_NEAR(above->y, 26 - 2.5 - 5.55, 1e-9);
     EXPECT_DOUBLE_EQ(r.positions.LinePosX[4], middle->x);
     EXPECT_DOUBLE_EQ(r.positions.LinePosY[4], 26);
+    // Working-view captions: a dotted quarter reads "q .", a dotted eighth "e." (the flag
+    // glyph needs no blank).
+    const auto work = Lay(Body({"73 12", "73  6", "03  2"}), 60, 1);
+    ASSERT_TRUE(GlyphOfLine(work, 4) && GlyphOfLine(work, 5));
+    EXPECT_EQ(GlyphOfLine(work, 4)->text, "q .");
+    EXPECT_EQ(GlyphOfLine(work, 5)->text, "e.");
 }
 
 TEST(Notes, StemsInDxfByDuration) {
@@ -99,15 +105,13 @@ TEST(Measures, ARepeatSignMovesTheLabelOfItsNumber) {
     EXPECT_DOUBLE_EQ(ones[0]->x, r.measures[1].x);
 }
 
-TEST(Rows, SpacerLineForcesARowBreakAndTheLastBarlineIsFinal) {
+TEST(Rows, SpacerBreaksFinalBarlineFitsAndManyRowsDoNotOverrun) {
     EXPECT_EQ(Lay(Body({"73 32", "73 32"})).positions.LinePosY[5], 26);
     EXPECT_EQ(Lay(Body({"73 32", "L  ", "73 32"})).positions.LinePosY[6], 26 + 14);
     const auto finals = Find(Lay(Body({"73 32"}), 60), ItemKind::Glyph, "[");
     ASSERT_EQ(finals.size(), 1u);
     EXPECT_LE(finals[0]->x, 60 - 0.9 + 0.3 + 1e-9); // inside the page
-}
-
-TEST(Rows, TwoHundredRowsAndMoreDoNotOverrun) {
+    // Two hundred rows and more do not overrun.
     core::ScoreSheet sheet = Body({});
     Repeat(sheet, "73 32", core::MaxLines - 3);
     const auto r = Lay(sheet, 20);
@@ -153,14 +157,6 @@ TEST(WorkingView, RowsEndAtNinetyPercent) {
     for (int i = 4; i <= sheet.LastLine; ++i) maxX = std::max(maxX, work.positions.LinePosX[i]);
     EXPECT_LT(maxX, 60 * 0.9);
     EXPECT_GT(maxX, 60 * 0.7);
-}
-
-TEST(WorkingView, DotsOfCaptions) {
-    // A dotted quarter reads "q .", a dotted eighth "e.": the flag glyph needs no blank.
-    const auto r = Lay(Body({"73 12", "73  6", "03  2"}), 60, 1);
-    ASSERT_TRUE(GlyphOfLine(r, 4) && GlyphOfLine(r, 5));
-    EXPECT_EQ(GlyphOfLine(r, 4)->text, "q .");
-    EXPECT_EQ(GlyphOfLine(r, 5)->text, "e.");
 }
 
 TEST(ControlLines, ValidValuesTakeEffectAndOthersAreIgnored) {

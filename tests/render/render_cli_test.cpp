@@ -67,9 +67,8 @@ TEST_F(RenderCli, EachFormatWritesItsFile) {
         EXPECT_EQ(ReadBytes(Path(f.name)).substr(0, f.head.size()), f.head) << f.name;
     }
     EXPECT_NE(ReadBytes(Path("page.svg")).find("<svg"), std::string::npos);
-    // The DXF title stands at half the page less 6: the default picture is A4, 11906
-    // twips, at zoom 3 / 5 and 250 twips a unit, less the right margin of 4: 75.3733 units,
-    // so x = 31.6867, written "31.69"; then the score's name, and the stream's end.
+    // The DXF title at half the page less 6: A4's 11906 twips at zoom 3 / 5, 250 twips a
+    // unit, less the margin of 4, is 75.3733 units, so x = 31.69; then the score's name.
     const std::string dxf = ReadBytes(Path("page.dxf"));
     EXPECT_NE(dxf.find("finger\r\n 10\r\n31.69\r\n 20\r\n220.\r\n 30\r\n0.0\r\n"),
               std::string::npos);
