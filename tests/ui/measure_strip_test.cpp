@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QScrollBar>
 #include <gtest/gtest.h>
+#include <numeric>
 
 #include "edit/editor.h"
 #include "ui/measure_strip.h"
@@ -28,14 +29,9 @@ std::vector<int> Shown(const MeasureStrip& strip) {
 }
 
 std::vector<int> OneTo(int n) {
-    std::vector<int> v;
-    for (int m = 1; m <= n; ++m) v.push_back(m);
+    std::vector<int> v(static_cast<std::size_t>(n));
+    std::iota(v.begin(), v.end(), 1);
     return v;
-}
-
-void NewScore(WindowRig& rig, const std::string& rhythm, int measures) {
-    rig.dialogs.inputs = {std::string("60"), rhythm, std::to_string(measures)};
-    rig.window->NewImage();
 }
 
 // A regression: the strip counted the number the walk leaves after the closing barline,
@@ -55,7 +51,8 @@ TEST(MeasureStrip, OneLabelForEachMeasureOfTheScore) {
     // shorter score drops the labels of the longer one shown before it.
     for (const auto& [rhythm, count] :
          std::vector<std::pair<std::string, int>>{{"4/4", 2}, {"3/8", 5}, {"2/4", 1}}) {
-        NewScore(rig, rhythm, count);
+        rig.dialogs.inputs = {std::string("60"), rhythm, std::to_string(count)};
+        rig.window->NewImage();
         EXPECT_EQ(Shown(strip), OneTo(count)) << rhythm << " x " << count;
         EXPECT_EQ(strip.endBar()->maximum(), count) << rhythm;
     }

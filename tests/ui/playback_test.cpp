@@ -27,13 +27,21 @@ bool WaitFor(F done, int ms) {
     return done();
 }
 
-TEST(WindowPlayback, SpaceTogglesPlayAndPauseAndTheMarkerRunsAlong) {
+// The demo open in the viewer.
+class WindowPlayback : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(rig.window->openPath(rig.demoCopy())); }
+    template <typename W = QWidget>
+    W* child(const char* name) { return rig.window->findChild<W*>(name); }
     WindowRig rig;
-    ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
     Playback& playback = rig.window->playback();
-    auto* play = rig.window->findChild<QPushButton*>("PlayCmd");
-    auto* pause = rig.window->findChild<QPushButton*>("PauseCmd");
-    auto* label = rig.window->findChild<QLabel*>("LbLPause");
+    play::PlayControls& controls = playback.player().controls();
+};
+
+TEST_F(WindowPlayback, SpaceTogglesPlayAndPauseTheMarkerRunsAlongAndTheEndReturnsTheButtons) {
+    auto* play = child<QPushButton>("PlayCmd");
+    auto* pause = child<QPushButton>("PauseCmd");
+    auto* label = child<QLabel>("LbLPause");
     ASSERT_TRUE(play && pause && label);
     EXPECT_TRUE(play->isEnabled());
     EXPECT_FALSE(pause->isEnabled());
@@ -53,82 +61,64 @@ TEST(WindowPlayback, SpaceTogglesPlayAndPauseAndTheMarkerRunsAlong) {
     EXPECT_EQ(playback.status(), PlayStatus::Playing);
     EXPECT_TRUE(label->isHidden());
 
-    QTest::mouseClick(rig.window->findChild<QPushButton*>("StopCmd"), Qt::LeftButton);
+    QTest::mouseClick(child<QPushButton>("StopCmd"), Qt::LeftButton);
     EXPECT_EQ(playback.status(), PlayStatus::Idle);
     EXPECT_TRUE(WaitFor([&] { return rig.window->scoreView()->playLine() == 0; }, 1000));
-}
 
-TEST(WindowPlayback, ARunThatReachesItsEndReturnsTheButtons) {
-    WindowRig rig;
-    ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
-    Playback& playback = rig.window->playback();
-    playback.player().setTempo(320);
-    // Only the first measure.
-    QTest::mouseDClick(rig.window->findChild<QWidget*>("MeasLabel"), Qt::LeftButton);
-    QTest::mouseClick(rig.window->findChild<QPushButton*>("PlayCmd"), Qt::LeftButton);
+    // A run that reaches its end returns the buttons.
+    QTest::mouseDClick(child("MeasLabel"), Qt::LeftButton); // only the first measure
+    QTest::mouseClick(play, Qt::LeftButton);
     EXPECT_EQ(playback.status(), PlayStatus::Playing);
     EXPECT_TRUE(WaitFor([&] { return playback.status() == PlayStatus::Idle; }, 8000));
-    EXPECT_TRUE(rig.window->findChild<QPushButton*>("PlayCmd")->isEnabled());
-    EXPECT_FALSE(rig.window->findChild<QPushButton*>("StopCmd")->isEnabled());
+    EXPECT_TRUE(play->isEnabled());
+    EXPECT_FALSE(child<QPushButton>("StopCmd")->isEnabled());
 }
 
-TEST(WindowPlayback, SlidersStartAtTheirDefaultsAndReachThePlayer) {
-    WindowRig rig;
-    auto* koron = rig.window->findChild<QLabel*>("Label1");
-    auto* sori = rig.window->findChild<QLabel*>("Label2");
+TEST_F(WindowPlayback, SlidersStartAtTheirDefaultsAndReachThePlayer) {
+    auto* koron = child<QLabel>("Label1");
+    auto* sori = child<QLabel>("Label2");
     ASSERT_TRUE(koron && sori);
     EXPECT_EQ(koron->text(), "48");
     EXPECT_EQ(sori->text(), "80");
-    auto& controls = rig.window->playback().player().controls();
-    QTest::mouseClick(rig.window->findChild<QWidget*>("ImgSpOff"), Qt::LeftButton);
+    QTest::mouseClick(child("ImgSpOff"), Qt::LeftButton);
     EXPECT_EQ(controls.VolScr.load(), 90); // velocity 0: silence
-    QTest::mouseClick(rig.window->findChild<QWidget*>("ImgSpOn"), Qt::LeftButton);
+    QTest::mouseClick(child("ImgSpOn"), Qt::LeftButton);
     EXPECT_EQ(controls.VolScr.load(), 0);
-    auto* transpose = rig.window->findChild<QScrollBar*>("HScroll1");
+    auto* transpose = child<QScrollBar>("HScroll1");
     ASSERT_NE(transpose, nullptr);
     transpose->setValue(27);
     EXPECT_EQ(controls.Transpose.load(), 27);
-    EXPECT_EQ(rig.window->findChild<QLabel*>("TransposeLabel")->text(), "+3");
-    QTest::mouseClick(rig.window->findChild<QWidget*>("DiapazonImg"), Qt::LeftButton);
+    EXPECT_EQ(child<QLabel>("TransposeLabel")->text(), "+3");
+    QTest::mouseClick(child("DiapazonImg"), Qt::LeftButton);
     EXPECT_EQ(controls.Transpose.load(), 24);
 }
 
-} // namespace
-} // namespace tahrir::ui::test
-
-namespace tahrir::ui::test {
-namespace {
-
-TEST(TempoKnob, TrackPlacesMapToTempiAndTheBoxEndsTheDrag) {
-    EXPECT_EQ(TempoKnob::TempoAt(500, 10), 20);
-    EXPECT_EQ(TempoKnob::TempoAt(1831, 10), 320);
-    EXPECT_EQ(TempoKnob::TempoAt(500 + 1331 / 2.0, 10), 170);
-    EXPECT_EQ(TempoKnob::TempoAt(100, 10), 20); // left of the scale: the lowest tempo
-    EXPECT_FALSE(TempoKnob::TempoAt(1832, 10).has_value());
-    EXPECT_FALSE(TempoKnob::TempoAt(-1, 10).has_value());
-    EXPECT_FALSE(TempoKnob::TempoAt(900, 1501).has_value());
+TEST(TempoKnob, TrackPlacesMapToTempi) {
+    // Left of the scale: the lowest tempo; past its right end, the top or below the
+    // track: none.
+    const struct { double x, y; std::optional<int> tempo; } rows[] = {
+        {500, 10, 20}, {1831, 10, 320}, {500 + 1331 / 2.0, 10, 170}, {100, 10, 20},
+        {1832, 10, std::nullopt}, {-1, 10, std::nullopt}, {900, 1501, std::nullopt},
+    };
+    for (const auto& r : rows) EXPECT_EQ(TempoKnob::TempoAt(r.x, r.y), r.tempo) << r.x << "," << r.y;
 }
 
-TEST(TempoKnob, ViewerArrowsStepTheTempoAndMoveTheKnob) {
-    WindowRig rig;
-    ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
+TEST_F(WindowPlayback, ViewerArrowsStepTheTempoAndMoveTheKnob) {
     ASSERT_EQ(rig.window->editor().EditMode, 0);
-    auto* bar = rig.window->findChild<QSlider*>("VScroll3");
-    auto* knob = rig.window->findChild<QLabel*>("Image2");
+    auto* bar = child<QSlider>("VScroll3");
+    auto* knob = child<QLabel>("Image2");
     ASSERT_TRUE(bar && knob);
     const int x66 = knob->x();
     rig.key(Qt::Key_Right);
     rig.key(Qt::Key_Period);
     EXPECT_EQ(bar->value(), 68);
-    EXPECT_EQ(rig.window->playback().player().controls().UserTempo.load(), 68);
+    EXPECT_EQ(controls.UserTempo.load(), 68);
     // Two tempo steps are 2 / 300 of 1331 twips: about 9 twips, under a pixel less than one.
     EXPECT_NEAR(knob->x() - x66, 2.0 / 300 * 1331 / TwipsPerPixel, 1.0);
-    // A drag on the track sets the bar.
-    auto* track = rig.window->findChild<QWidget*>("Image1");
-    QTest::mousePress(track, Qt::LeftButton, Qt::NoModifier,
+    // A drag on the track sets the bar; the editor keeps the new tempo through the next key.
+    QTest::mousePress(child("Image1"), Qt::LeftButton, Qt::NoModifier,
                       QPoint(static_cast<int>(1831 / TwipsPerPixel), 5));
     EXPECT_EQ(bar->value(), 320);
-    // The editor keeps the new tempo through the next key.
     rig.key(Qt::Key_Comma);
     EXPECT_EQ(bar->value(), 319);
 }

@@ -18,38 +18,6 @@ QApplication& App() {
     return *app;
 }
 
-std::optional<std::string> ScriptedDialogs::input(const std::string&, const std::string& prompt,
-                                                  const std::string&) {
-    inputsAsked.push_back(prompt);
-    if (inputs.empty()) return std::nullopt;
-    auto a = inputs.front();
-    inputs.pop_front();
-    return a;
-}
-
-Answer ScriptedDialogs::question(const std::string&, const std::string& text, bool cancel) {
-    questionsAsked.push_back(text);
-    if (answers.empty()) return cancel ? Answer::Cancel : Answer::No;
-    const Answer a = answers.front();
-    answers.pop_front();
-    return a;
-}
-
-std::string ScriptedDialogs::openFile(const std::string&, const std::string&) {
-    ++openDialogs;
-    if (openPaths.empty()) return {};
-    std::string p = openPaths.front();
-    openPaths.pop_front();
-    return p;
-}
-
-std::string ScriptedDialogs::saveFile(const std::string&, const std::string&, const std::string&) {
-    if (savePaths.empty()) return {};
-    std::string p = savePaths.front();
-    savePaths.pop_front();
-    return p;
-}
-
 WindowRig::WindowRig() {
     App();
     WindowOptions options;
@@ -69,8 +37,9 @@ std::string WindowRig::demoCopy(const std::string& name) const {
     return target.string();
 }
 
-void WindowRig::key(int qtKey, Qt::KeyboardModifiers modifiers) {
-    QTest::keyClick(window->scoreView(), static_cast<Qt::Key>(qtKey), modifiers);
+void WindowRig::key(int qtKey, Qt::KeyboardModifiers modifiers, int times) {
+    for (int i = 0; i < times; ++i)
+        QTest::keyClick(window->scoreView(), static_cast<Qt::Key>(qtKey), modifiers);
 }
 
 void WindowRig::enterEditor() {

@@ -24,21 +24,39 @@ using ::tahrir::test::TempFolder;
 class ScriptedDialogs : public Dialogs {
 public:
     std::deque<std::optional<std::string>> inputs;
-    std::deque<Answer> answers;
-    std::deque<std::string> openPaths;
-    std::deque<std::string> savePaths;
-    std::vector<std::string> messages;
-    std::vector<std::string> questionsAsked;
-    std::vector<std::string> inputsAsked;
+    std::deque<Answer> answers; // when empty: Cancel if offered, else No
+    std::deque<std::string> openPaths, savePaths;
+    std::vector<std::string> messages, questionsAsked, inputsAsked;
     int openDialogs = 0;
 
     std::optional<std::string> input(const std::string&, const std::string& prompt,
-                                     const std::string&) override;
+                                     const std::string&) override {
+        inputsAsked.push_back(prompt);
+        return next(inputs, std::optional<std::string>());
+    }
     void message(const std::string&, const std::string& text) override { messages.push_back(text); }
-    Answer question(const std::string&, const std::string& text, bool cancel) override;
-    std::string openFile(const std::string&, const std::string&) override;
-    std::string saveFile(const std::string&, const std::string&, const std::string&) override;
+    Answer question(const std::string&, const std::string& text, bool cancel) override {
+        questionsAsked.push_back(text);
+        return next(answers, cancel ? Answer::Cancel : Answer::No);
+    }
+    std::string openFile(const std::string&, const std::string&) override {
+        ++openDialogs;
+        return next(openPaths, std::string());
+    }
+    std::string saveFile(const std::string&, const std::string&, const std::string&) override {
+        return next(savePaths, std::string());
+    }
     std::optional<std::string> font() override { return std::string("DejaVu Sans"); }
+
+private:
+    // The next scripted reply, or `fallback` once the script has run out.
+    template <typename T>
+    static T next(std::deque<T>& script, T fallback) {
+        if (script.empty()) return fallback;
+        T a = std::move(script.front());
+        script.pop_front();
+        return a;
+    }
 };
 
 // A window on a fresh data folder, without sound, answering from `dialogs`.
@@ -50,8 +68,8 @@ struct WindowRig {
     WindowRig();
     // A copy of a shipped demo score in the rig's folder.
     std::string demoCopy(const std::string& name = "shur-daramad.srv") const;
-    // A key on the score view through Qt's own key events.
-    void key(int qtKey, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    // A key on the score view through Qt's own key events, `times` over.
+    void key(int qtKey, Qt::KeyboardModifiers modifiers = Qt::NoModifier, int times = 1);
     void enterEditor();
 };
 

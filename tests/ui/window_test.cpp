@@ -3,9 +3,9 @@
 
 #include <QClipboard>
 #include <QLabel>
-#include <QScrollArea>
-#include <QMouseEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
 #include <QTest>
@@ -24,6 +24,11 @@
 namespace tahrir::ui::test {
 namespace {
 
+bool Red(const QColor& c) { return c.red() > 200 && c.green() < 80 && c.blue() < 80; }
+bool Blue(const QColor& c) { return c.blue() > 200 && c.red() < 80 && c.green() < 80; }
+bool Yellow(const QColor& c) { return c.red() > 200 && c.green() > 160 && c.blue() < 80; }
+
+// The demo open in the editor, cursor on line 4.
 class WindowTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -35,40 +40,30 @@ protected:
     core::ScoreSheet& sheet() { return rig.window->document().Sheet; }
     std::string line(int i) { return sheet()[i].text(); }
     QToolButton* entry(int i) { return rig.window->palette()->entry(i); }
-    // Red pixels in the painted score view.
-    int redPixels() {
-        const QImage image = rig.window->scoreView()->grab().toImage();
-        int red = 0;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x) {
-                const QColor c = image.pixelColor(x, y);
-                red += c.red() > 200 && c.green() < 80 && c.blue() < 80;
-            }
-        return red;
+    ScoreView* view() { return rig.window->scoreView(); }
+    const auto& positions() { return rig.window->layout().result().positions; }
+    // A point on the symbol of line i.
+    QPoint symbolAt(int i) {
+        const auto k = static_cast<std::size_t>(i);
+        return view()->toPixels(positions().LinePosX[k] + 1, positions().LinePosY[k] - 2).toPoint();
     }
-    int bluePixels(int row) {
-        ScoreView* view = rig.window->scoreView();
-        const QImage image = view->grab(view->rowRect(row)).toImage();
-        int blue = 0;
+    // Pixels of the painted score view (or of one row of it) that match `colour`.
+    int pixels(bool (*colour)(const QColor&), int row = -1) {
+        const QImage image = (row < 0 ? view()->grab() : view()->grab(view()->rowRect(row))).toImage();
+        int n = 0;
         for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x) {
-                const QColor c = image.pixelColor(x, y);
-                blue += c.blue() > 200 && c.red() < 80 && c.green() < 80;
-            }
-        return blue;
+            for (int x = 0; x < image.width(); ++x) n += colour(image.pixelColor(x, y));
+        return n;
     }
     WindowRig rig;
 };
 
-TEST_F(WindowTest, DemoOpensOnLineFourWithItsTitleAndMeasures) {
+TEST_F(WindowTest, DemoOpensOnLineFourWithItsTitleAndTempo) {
     EXPECT_GT(sheet().LastLine, 100);
     EXPECT_EQ(sheet().CurrentLine, 4);
     EXPECT_TRUE(rig.window->windowTitle().contains("shur-daramad.srv"));
     EXPECT_FALSE(rig.window->document().DirtyFlag);
-    // One label per measure the layout found, and a page at least as wide as a staff row.
-    EXPECT_EQ(rig.window->measureStrip()->labelCount(), editor().measures.Maximum);
-    EXPECT_GT(editor().measures.Maximum, 10);
-    EXPECT_GT(rig.window->scoreView()->width(), 600);
+    EXPECT_GT(view()->width(), 600); // a page at least as wide as a staff row
     // The tempo bar takes the score's tempo and keeps it through edits.
     auto* tempo = rig.window->findChild<QSlider*>("VScroll3");
     ASSERT_NE(tempo, nullptr);
@@ -78,13 +73,16 @@ TEST_F(WindowTest, DemoOpensOnLineFourWithItsTitleAndMeasures) {
     EXPECT_EQ(rig.window->playback().player().controls().UserTempo.load(), 66);
 }
 
-TEST_F(WindowTest, KeysMoveTheCursorAndEditThePenUntilEnterStoresIt) {
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
+TEST_F(WindowTest, KeysEditThePenUntilEnterStoresItAndTheCursorIsRedOnlyInTheEditor) {
+    rig.key(Qt::Key_Right, Qt::NoModifier, 4);
     ASSERT_EQ(sheet().CurrentLine, 8);
     ASSERT_EQ(line(8).substr(0, 5), "23  4");
+    EXPECT_GT(pixels(Red), 20);
+    rig.key(Qt::Key_E, Qt::ControlModifier); // to the viewer and back
+    ASSERT_EQ(editor().EditMode, 0);
+    EXPECT_EQ(pixels(Red), 0);
+    rig.enterEditor();
+    ASSERT_EQ(sheet().CurrentLine, 8);
     // Up raises the pen a step; the sheet keeps the old note until Enter.
     rig.key(Qt::Key_Up);
     EXPECT_EQ(sheet().PenLine().text().substr(0, 2), "33");
@@ -94,34 +92,18 @@ TEST_F(WindowTest, KeysMoveTheCursorAndEditThePenUntilEnterStoresIt) {
     rig.key(Qt::Key_K);
     rig.key(Qt::Key_AsciiCircum, Qt::ShiftModifier);
     rig.key(Qt::Key_Return);
-    EXPECT_EQ(line(8).substr(0, 5), "33  8");
-    EXPECT_EQ(line(8)[5], 'K');
+    EXPECT_EQ(line(8).substr(0, 6), "33  8K");
     EXPECT_EQ(sheet().CurrentLine, 9);
     EXPECT_TRUE(rig.window->document().DirtyFlag);
     EXPECT_TRUE(rig.window->isWindowModified());
-    // Undo brings the line back, redo the edit.
     rig.key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(line(8).substr(0, 5), "23  4");
     rig.key(Qt::Key_Y, Qt::ControlModifier);
     EXPECT_EQ(line(8).substr(0, 5), "33  8");
 }
 
-TEST_F(WindowTest, TheCursorNoteIsPaintedRedOnlyInTheEditor) {
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
-    EXPECT_GT(redPixels(), 20);
-    rig.key(Qt::Key_E, Qt::ControlModifier); // back to the viewer
-    ASSERT_EQ(editor().EditMode, 0);
-    EXPECT_EQ(redPixels(), 0);
-}
-
-TEST_F(WindowTest, PaletteClicksActAsTheirKeysWithTheClicksShiftState) {
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
-    rig.key(Qt::Key_Right);
+TEST_F(WindowTest, PaletteClicksActAsTheirKeysOrInHelpModeShowTheirHint) {
+    rig.key(Qt::Key_Right, Qt::NoModifier, 4);
     // Entry 9 is Shift+8, a half note; it lights once the line holds it.
     QTest::mouseClick(entry(9), Qt::LeftButton);
     EXPECT_EQ(sheet().PenLine().text().substr(2, 3), " 16");
@@ -138,17 +120,14 @@ TEST_F(WindowTest, PaletteClicksActAsTheirKeysWithTheClicksShiftState) {
     QTest::mouseClick(entry(19), Qt::LeftButton);
     EXPECT_EQ(sheet().LastLine, last + 1);
     EXPECT_EQ(line(sheet().CurrentLine - 1).substr(0, 4), "REP{");
-}
-
-TEST_F(WindowTest, HelpModeShowsThePersianHintRightToLeft) {
+    // In help mode a click shows the entry's Persian hint, right to left.
     auto* hint = rig.window->findChild<QLabel*>("HpLb");
     ASSERT_NE(hint, nullptr);
     EXPECT_TRUE(hint->isHidden());
     rig.key(Qt::Key_H);
     EXPECT_FALSE(hint->isHidden());
     QTest::mouseClick(entry(40), Qt::LeftButton);
-    const std::string_view expected = rig.window->session().PaletteHints[40];
-    EXPECT_EQ(hint->text().toStdString(), expected);
+    EXPECT_EQ(hint->text().toStdString(), rig.window->session().PaletteHints[40]);
     EXPECT_EQ(hint->layoutDirection(), Qt::RightToLeft);
     EXPECT_EQ(entry(3)->cursor().shape(), Qt::WhatsThisCursor);
     rig.key(Qt::Key_H);
@@ -157,37 +136,33 @@ TEST_F(WindowTest, HelpModeShowsThePersianHintRightToLeft) {
 
 TEST_F(WindowTest, MeasureLabelsChooseTheRangeToPlay) {
     MeasureStrip* strip = rig.window->measureStrip();
+    const auto& m = editor().measures;
     QTest::mouseClick(strip->label(4), Qt::LeftButton);
-    EXPECT_EQ(editor().measures.StartMess, 1);
-    EXPECT_EQ(editor().measures.EndMess, 4);
+    EXPECT_EQ(std::pair(m.StartMess, m.EndMess), std::pair(1, 4));
     EXPECT_TRUE(strip->label(3)->styleSheet().contains("#3050e0"));
     EXPECT_FALSE(strip->label(5)->styleSheet().contains("#3050e0"));
     auto& controls = rig.window->playback().player().controls();
     EXPECT_EQ(controls.StartMeasure.load(), 1);
     EXPECT_EQ(controls.EndMeasure.load(), 4);
     QTest::mouseDClick(strip->label(6), Qt::LeftButton);
-    EXPECT_EQ(editor().measures.StartMess, 6);
-    EXPECT_EQ(editor().measures.EndMess, 6);
+    EXPECT_EQ(std::pair(m.StartMess, m.EndMess), std::pair(6, 6));
     // Numeric minus moves to the measure before.
     rig.key(Qt::Key_Minus, Qt::KeypadModifier);
-    EXPECT_EQ(editor().measures.StartMess, 5);
+    EXPECT_EQ(m.StartMess, 5);
     EXPECT_EQ(strip->startBar()->value(), 5);
     // Dragging the start bar past the end takes the end along.
     strip->startBar()->setValue(9);
-    EXPECT_EQ(editor().measures.StartMess, 9);
-    EXPECT_EQ(editor().measures.EndMess, 9);
+    EXPECT_EQ(std::pair(m.StartMess, m.EndMess), std::pair(9, 9));
     EXPECT_EQ(strip->endBar()->value(), 9);
     // Shift with any button takes the whole score.
     QTest::mouseClick(strip->label(2), Qt::RightButton, Qt::ShiftModifier);
-    EXPECT_EQ(editor().measures.StartMess, 1);
-    EXPECT_EQ(editor().measures.EndMess, editor().measures.Maximum);
+    EXPECT_EQ(std::pair(m.StartMess, m.EndMess), std::pair(1, m.Maximum));
 }
 
 TEST_F(WindowTest, TheTextToolEditsATextLineInPersian) {
     auto* frame = rig.window->findChild<QWidget*>("FrameTextF6");
     auto* text = rig.window->findChild<QLineEdit*>("TextF6");
-    ASSERT_NE(frame, nullptr);
-    ASSERT_NE(text, nullptr);
+    ASSERT_TRUE(frame && text);
     // Line 7 is the title "L^" of the first measure.
     while (sheet().CurrentLine < 7) rig.key(Qt::Key_Right);
     ASSERT_EQ(line(7).substr(0, 2), "L^");
@@ -211,43 +186,30 @@ TEST_F(WindowTest, WorkingViewAndZoomLayTheScoreOutAgain) {
     EXPECT_GT(layout.result().rows, rows);
     rig.window->setZoom(3);
     EXPECT_EQ(layout.result().rows, rows);
-    const int generation = rig.window->layout().generation();
+    const int generation = layout.generation();
     rig.window->setViewMode(1);
-    EXPECT_EQ(rig.window->layout().options().ViewMode, 1);
-    EXPECT_GT(rig.window->layout().generation(), generation);
+    EXPECT_EQ(layout.options().ViewMode, 1);
+    EXPECT_GT(layout.generation(), generation);
     // The cursor still finds its line after the new layout.
     const int before = sheet().CurrentLine;
     rig.key(Qt::Key_Right);
     EXPECT_EQ(sheet().CurrentLine, before + 1);
-    EXPECT_EQ(editor().LineX[0], rig.window->layout().result().positions.LinePosX[static_cast<std::size_t>(before + 1)]);
-}
-
-TEST_F(WindowTest, AClickOnASymbolMovesTheCursorThere) {
-    ScoreView* view = rig.window->scoreView();
-    const auto& pos = rig.window->layout().result().positions;
-    const int target = 20;
-    ASSERT_GE(pos.LinePosX[target], 0);
-    const QPointF p = view->toPixels(pos.LinePosX[target] + 1, pos.LinePosY[target] - 2);
-    EXPECT_EQ(view->lineAt(view->toUnits(p)), target);
-    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, p.toPoint());
-    EXPECT_EQ(sheet().CurrentLine, target);
-    EXPECT_EQ(sheet().PenLine().text(), line(target));
+    EXPECT_EQ(editor().LineX[0], positions().LinePosX[static_cast<std::size_t>(before + 1)]);
 }
 
 TEST_F(WindowTest, ABandDraggedOverARowSelectsItsNotesInBlue) {
-    ScoreView* view = rig.window->scoreView();
-    const auto& pos = rig.window->layout().result().positions;
+    const auto& pos = positions();
     const double y = pos.LinePosY[8];
     const double x0 = pos.LinePosX[8] - 0.5, x1 = pos.LinePosX[12] + 0.5;
-    const QPoint from = view->toPixels(x0, y - 11).toPoint(), to = view->toPixels(x1, y + 1).toPoint();
-    ASSERT_EQ(view->lineAt(view->toUnits(from)), 0);
-    const int unselectedBlue = bluePixels(8);
-    QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, from);
-    QMouseEvent move(QEvent::MouseMove, QPointF(to), view->mapToGlobal(QPointF(to)), Qt::NoButton,
+    const QPoint from = view()->toPixels(x0, y - 11).toPoint(), to = view()->toPixels(x1, y + 1).toPoint();
+    ASSERT_EQ(view()->lineAt(view()->toUnits(from)), 0);
+    const int unselectedBlue = pixels(Blue, 8);
+    QTest::mousePress(view(), Qt::LeftButton, Qt::NoModifier, from);
+    QMouseEvent move(QEvent::MouseMove, QPointF(to), view()->mapToGlobal(QPointF(to)), Qt::NoButton,
                      Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(view, &move);
+    QApplication::sendEvent(view(), &move);
     EXPECT_TRUE(editor().band.visible);
-    QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, to);
+    QTest::mouseRelease(view(), Qt::LeftButton, Qt::NoModifier, to);
     EXPECT_FALSE(editor().band.visible);
     // The lines whose symbols lie inside the band, from the layout's own table.
     int first = 0, last = 0;
@@ -261,35 +223,27 @@ TEST_F(WindowTest, ABandDraggedOverARowSelectsItsNotesInBlue) {
     ASSERT_GT(last, first);
     EXPECT_EQ(editor().SelStart, std::max(first, 5));
     EXPECT_EQ(editor().SelEnd, last);
-    // Selected notes are painted blue, beyond the blue of the measure numbers.
-    EXPECT_GT(bluePixels(8), unselectedBlue + 20);
-    // The viewer shows the same selection in yellow.
+    // Selected notes are painted blue, beyond the blue of the measure numbers; the viewer
+    // shows the same selection in yellow.
+    EXPECT_GT(pixels(Blue, 8), unselectedBlue + 20);
     rig.key(Qt::Key_E, Qt::ControlModifier);
     ASSERT_EQ(editor().EditMode, 0);
     ASSERT_EQ(editor().SelEnd, last);
-    EXPECT_EQ(bluePixels(8), unselectedBlue);
-    const QImage image = view->grab(view->rowRect(8)).toImage();
-    int yellow = 0;
-    for (int yy = 0; yy < image.height(); ++yy)
-        for (int xx = 0; xx < image.width(); ++xx) {
-            const QColor c = image.pixelColor(xx, yy);
-            yellow += c.red() > 200 && c.green() > 160 && c.blue() < 80;
-        }
-    EXPECT_GT(yellow, 20);
+    EXPECT_EQ(pixels(Blue, 8), unselectedBlue);
+    EXPECT_GT(pixels(Yellow, 8), 20);
 }
 
-TEST_F(WindowTest, CopyAndPasteGoThroughTheSystemClipboard) {
-    // Lines 8 to 10 selected by a click and a Shift-click on their symbols.
-    ScoreView* view = rig.window->scoreView();
-    const auto& pos = rig.window->layout().result().positions;
-    const auto at = [&](int i) {
-        return view->toPixels(pos.LinePosX[static_cast<std::size_t>(i)] + 1,
-                              pos.LinePosY[static_cast<std::size_t>(i)] - 2).toPoint();
-    };
-    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, at(8));
+TEST_F(WindowTest, ClickedSymbolsAreCopiedAndPastedThroughTheSystemClipboard) {
+    // A click on a symbol moves the cursor there.
+    ASSERT_GE(positions().LinePosX[8], 0);
+    EXPECT_EQ(view()->lineAt(view()->toUnits(symbolAt(8))), 8);
+    QTest::mouseClick(view(), Qt::LeftButton, Qt::NoModifier, symbolAt(8));
+    EXPECT_EQ(sheet().CurrentLine, 8);
+    EXPECT_EQ(sheet().PenLine().text(), line(8));
+    // Lines 8 to 10 selected by that click and a Shift-click.
     rig.key(Qt::Key_Escape);
     editor().SelStart = 8; // a selection begun at line 8, as a band would leave it
-    QTest::mouseClick(view, Qt::LeftButton, Qt::ShiftModifier, at(10));
+    QTest::mouseClick(view(), Qt::LeftButton, Qt::ShiftModifier, symbolAt(10));
     ASSERT_EQ(editor().SelEnd, 10);
     const std::string copied = line(8) + line(9) + line(10);
     rig.key(Qt::Key_C, Qt::ControlModifier);
@@ -317,8 +271,7 @@ TEST_F(WindowTest, ViewerKeysScrollThePage) {
     EXPECT_GT(page, 0);
     rig.key(Qt::Key_Down);
     EXPECT_EQ(bar->value(), std::min(bar->maximum(), page + bar->singleStep()));
-    rig.key(Qt::Key_PageUp);
-    rig.key(Qt::Key_PageUp);
+    rig.key(Qt::Key_PageUp, Qt::NoModifier, 2);
     EXPECT_EQ(bar->value(), 0);
 }
 
@@ -327,18 +280,14 @@ TEST_F(WindowTest, ADoubleClickOnATempoMarkAsksForTheNewTempo) {
     for (int i = 4; i <= sheet().LastLine && tempoLine == 0; ++i)
         if (line(i).rfind("TEMPO", 0) == 0) tempoLine = i;
     ASSERT_GT(tempoLine, 0);
-    ScoreView* view = rig.window->scoreView();
-    const auto& pos = rig.window->layout().result().positions;
-    const auto k = static_cast<std::size_t>(tempoLine);
-    ASSERT_GE(pos.LinePosX[k], 0);
-    const QPoint p = view->toPixels(pos.LinePosX[k] + 1, pos.LinePosY[k] - 2).toPoint();
-    ASSERT_EQ(view->lineAt(view->toUnits(p)), tempoLine);
+    ASSERT_GE(positions().LinePosX[static_cast<std::size_t>(tempoLine)], 0);
+    const QPoint p = symbolAt(tempoLine);
+    ASSERT_EQ(view()->lineAt(view()->toUnits(p)), tempoLine);
     rig.dialogs.inputs = {std::string("90")};
     // A real double click begins with a press and a release.
-    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, p);
-    QTest::mouseDClick(view, Qt::LeftButton, Qt::NoModifier, p);
-    ASSERT_EQ(rig.dialogs.inputsAsked.size(), 1u);
-    EXPECT_EQ(rig.dialogs.inputsAsked[0], "Tempo");
+    QTest::mouseClick(view(), Qt::LeftButton, Qt::NoModifier, p);
+    QTest::mouseDClick(view(), Qt::LeftButton, Qt::NoModifier, p);
+    EXPECT_EQ(rig.dialogs.inputsAsked, std::vector<std::string>{"Tempo"});
     EXPECT_EQ(line(tempoLine).substr(0, 7), "TEMPO90");
 }
 
