@@ -14,23 +14,21 @@ class ScopedEnv {
 public:
     ScopedEnv(const char* name, const char* value) : m_name(name) {
         if (const char* old = std::getenv(name)) m_old = old;
-        if (value) ::setenv(name, value, 1);
-        else ::unsetenv(name);
+        value ? ::setenv(name, value, 1) : ::unsetenv(name);
     }
-    ~ScopedEnv() {
-        if (m_old) ::setenv(m_name, m_old->c_str(), 1);
-        else ::unsetenv(m_name);
-    }
+    ~ScopedEnv() { m_old ? ::setenv(m_name, m_old->c_str(), 1) : ::unsetenv(m_name); }
 
 private:
     const char* m_name;
     std::optional<std::string> m_old;
 };
 
+const std::string kGoodFont = std::string("OTTO") + std::string(60, '\0');
+
 void MakeShipped(const std::filesystem::path& data) {
     std::filesystem::create_directories(data / "fonts");
     std::filesystem::create_directories(data / "demo");
-    WriteBytes(data / "fonts" / "bravura.otf", std::string("OTTO") + std::string(60, '\0'));
+    WriteBytes(data / "fonts" / "bravura.otf", kGoodFont);
     WriteBytes(data / "Kookha.tun", "shipped");
     WriteBytes(data / "demo" / "a.srv", "\"Sv5\"\r\n\"\"\r\n");
 }
@@ -42,12 +40,10 @@ TEST(AppFolder, ChoiceOrder) {
     ScopedEnv home("HOME", "/home/u");
     EXPECT_EQ(ChooseAppFolder(std::string("/from/option")), "/from/option");
     EXPECT_EQ(ChooseAppFolder(std::nullopt), "/from/env");
-    {
-        ScopedEnv noApp(AppFolderVariable, nullptr);
-        EXPECT_EQ(ChooseAppFolder(std::nullopt), "/xdg/tahrir");
-        ScopedEnv noXdg("XDG_DATA_HOME", "");
-        EXPECT_EQ(ChooseAppFolder(std::string()), "/home/u/.local/share/tahrir");
-    }
+    ScopedEnv noApp(AppFolderVariable, nullptr);
+    EXPECT_EQ(ChooseAppFolder(std::nullopt), "/xdg/tahrir");
+    ScopedEnv noXdg("XDG_DATA_HOME", "");
+    EXPECT_EQ(ChooseAppFolder(std::string()), "/home/u/.local/share/tahrir");
 }
 
 TEST(AppFolder, ShippedDataIsFoundFromTheExecutable) {
@@ -74,12 +70,11 @@ TEST(AppFolder, SeedingCopiesOnlyWhatIsMissing) {
     WriteBytes(app / "Kookha.tun", "edited by the user");
     ASSERT_EQ(SeedAppFolder(app, folder / "shipped"), "");
     EXPECT_EQ(ReadBytes(app / "Kookha.tun"), "edited by the user");
-
     WriteBytes(folder / "file", "x");
     EXPECT_NE(SeedAppFolder(folder / "file" / "sub", folder / "shipped"), "");
 }
 
-TEST(AppFolder, MusicFontCheck) {
+TEST(AppFolder, MusicFontCheckAndFallbackToTheShippedOne) {
     TempFolder folder;
     EXPECT_EQ(CheckMusicFont(folder / "none.otf"), "Can't find Font file Srv31");
     WriteBytes(folder / "bad.otf", "<html>");
@@ -87,10 +82,7 @@ TEST(AppFolder, MusicFontCheck) {
     WriteBytes(folder / "ok.ttf", std::string("\0\1\0\0", 4) + "rest");
     EXPECT_FALSE(CheckMusicFont(folder / "ok.ttf"));
     EXPECT_FALSE(CheckMusicFont(std::filesystem::path(TAHRIR_DATA_DIR) / "fonts" / "bravura.otf"));
-}
 
-TEST(AppFolder, MusicFontFallsBackToTheShippedOne) {
-    TempFolder folder;
     const auto app = folder / "app";
     const auto shipped = folder / "shipped";
     const std::filesystem::path font = "fonts/bravura.otf";
@@ -103,28 +95,22 @@ TEST(AppFolder, MusicFontFallsBackToTheShippedOne) {
     std::filesystem::create_directories(app / "fonts");
     WriteBytes(app / font, "<html>");
     EXPECT_EQ(MusicFontIn(app, font, shipped), shipped / font);
-    WriteBytes(app / font, std::string("OTTO") + std::string(60, '\0'));
+    WriteBytes(app / font, kGoodFont);
     EXPECT_EQ(MusicFontIn(app, font, shipped), app / font);
-    // The build tree's own shipped data is found beside the test.
-    EXPECT_FALSE(CheckMusicFont(MusicFontIn(folder / "empty")));
+    EXPECT_FALSE(CheckMusicFont(MusicFontIn(folder / "empty"))) << "the build tree's own data";
 }
 
-TEST(AppFolder, GivenFolderIsCreatedButNotSeeded) {
+TEST(AppFolder, GivenFolderIsCreatedButOnlyTheDefaultIsSeeded) {
     TempFolder folder;
-    const auto app = folder / "given";
-    const AppFolderResult result = PrepareAppFolder(app.string());
-    EXPECT_EQ(result.error, "");
-    EXPECT_EQ(result.folder, app);
-    EXPECT_TRUE(std::filesystem::is_directory(app));
-    EXPECT_FALSE(std::filesystem::exists(app / "fonts"));
-}
-
-TEST(AppFolder, DefaultFolderIsSeededOnFirstStart) {
-    TempFolder folder;
+    const AppFolderResult given = PrepareAppFolder((folder / "given").string());
+    EXPECT_EQ(given.error, "");
+    EXPECT_EQ(given.folder, folder / "given");
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "given"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "given" / "fonts"));
     ScopedEnv app(AppFolderVariable, nullptr);
     ScopedEnv xdg("XDG_DATA_HOME", folder.path().c_str());
-    const AppFolderResult result = PrepareAppFolder(std::nullopt);
-    EXPECT_EQ(result.error, "");
-    EXPECT_EQ(result.folder, folder / "tahrir");
-    EXPECT_FALSE(CheckMusicFont(result.folder / "fonts" / "bravura.otf"));
+    const AppFolderResult seeded = PrepareAppFolder(std::nullopt);
+    EXPECT_EQ(seeded.error, "");
+    EXPECT_EQ(seeded.folder, folder / "tahrir");
+    EXPECT_FALSE(CheckMusicFont(seeded.folder / "fonts" / "bravura.otf"));
 }

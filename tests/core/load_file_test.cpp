@@ -9,30 +9,30 @@
 using namespace tahrir::core;
 using namespace tahrir::test;
 
-TEST(LoadFile, FileNameWithQuestionMarkIsRefused) {
+TEST(LoadFile, NamesOfTheScoreAndItsRecording) {
     EXPECT_EQ(CheckFileName("/scores/wh?t.srv"), "Can't read File Name");
     EXPECT_FALSE(CheckFileName("/scores/what.srv"));
+    EXPECT_EQ(CompanionRecording("/m/Song.srv", 72), "/m/Song-T72.Wav");
+    EXPECT_EQ(CompanionRecording("/m/Song.SRV", 60), "/m/Song-T60.Wav");
+    EXPECT_EQ(CompanionRecording("/m/Song", 90.5), "/m/Song-T90.5.Wav");
+    EXPECT_EQ(NumberText(-3), "-3");
 }
 
 TEST(LoadFile, RecentListRules) {
     TempFolder folder;
+    const auto list = folder / "RecentList.TXT";
     ASSERT_TRUE(UpdateRecentList(folder.path(), "/a.srv"));
-    EXPECT_EQ(ReadBytes(folder / "RecentList.TXT"), "/a.srv\r\n") << "a new list: the path alone";
-
+    EXPECT_EQ(ReadBytes(list), "/a.srv\r\n") << "a new list: the path alone";
     ASSERT_TRUE(UpdateRecentList(folder.path(), "/b.srv"));
-    EXPECT_EQ(ReadBytes(folder / "RecentList.TXT"), "/b.srv\r\n/a.srv\r\n--Back--\r\n");
-
+    EXPECT_EQ(ReadBytes(list), "/b.srv\r\n/a.srv\r\n--Back--\r\n");
     // The path moves to the top; blanks and the end mark are not carried over.
-    WriteBytes(folder / "RecentList.TXT", "/c.srv\r\n   \r\n/a.srv\r\n--Back--\r\n/b.srv\r\n");
+    WriteBytes(list, "/c.srv\r\n   \r\n/a.srv\r\n--Back--\r\n/b.srv\r\n");
     ASSERT_TRUE(UpdateRecentList(folder.path(), "/a.srv"));
-    EXPECT_EQ(ReadBytes(folder / "RecentList.TXT"), "/a.srv\r\n/c.srv\r\n/b.srv\r\n--Back--\r\n");
-}
-
-TEST(LoadFile, RecentListReadsAtMost26Entries) {
-    TempFolder folder;
+    EXPECT_EQ(ReadBytes(list), "/a.srv\r\n/c.srv\r\n/b.srv\r\n--Back--\r\n");
+    // At most 26 entries are read; the file holds the new path, those 26 and the end mark.
     std::string many;
     for (int i = 0; i < 40; ++i) many += "/s" + std::to_string(i) + ".srv\n";
-    WriteBytes(folder / "RecentList.TXT", many);
+    WriteBytes(list, many);
     const auto entries = ReadRecentList(folder.path());
     ASSERT_EQ(entries.size(), 26u);
     EXPECT_EQ(entries.back(), "/s25.srv");
@@ -40,17 +40,8 @@ TEST(LoadFile, RecentListReadsAtMost26Entries) {
     const auto after = ReadRecentList(folder.path());
     EXPECT_EQ(after.front(), "/new.srv");
     EXPECT_EQ(after[1], "/s0.srv");
-    // The file holds the path, the 26 entries read and the end mark; 26 are read back.
     EXPECT_EQ(after.back(), "/s24.srv");
-    EXPECT_NE(ReadBytes(folder / "RecentList.TXT").find("/s25.srv\r\n--Back--\r\n"),
-              std::string::npos);
-}
-
-TEST(LoadFile, CompanionRecordingName) {
-    EXPECT_EQ(CompanionRecording("/m/Song.srv", 72), "/m/Song-T72.Wav");
-    EXPECT_EQ(CompanionRecording("/m/Song.SRV", 60), "/m/Song-T60.Wav");
-    EXPECT_EQ(CompanionRecording("/m/Song", 90.5), "/m/Song-T90.5.Wav");
-    EXPECT_EQ(NumberText(-3), "-3");
+    EXPECT_NE(ReadBytes(list).find("/s25.srv\r\n--Back--\r\n"), std::string::npos);
 }
 
 TEST(LoadFile, OpenRunsTheWholeCommand) {
@@ -61,7 +52,6 @@ TEST(LoadFile, OpenRunsTheWholeCommand) {
     const auto score = folder / "Song.srv";
     WriteBytes(score, Sv5File("d", {"       G", "TEMPO 80", "RHYTM4/4", "13  8"}));
     WriteBytes(folder / "Song-T80.Wav", "RIFF");
-
     Document doc;
     const OpenResult opened = OpenScoreFile(doc, session, &store, score.string());
     EXPECT_TRUE(opened.load.loaded());
@@ -70,7 +60,6 @@ TEST(LoadFile, OpenRunsTheWholeCommand) {
     EXPECT_EQ(doc.CurrentFileName, score.string());
     EXPECT_EQ(ReadRecentList(folder.path()).front(), score.string());
     EXPECT_EQ(std::filesystem::file_size(store.file()), PageStore::FileBytes);
-
     const OpenResult refused = OpenScoreFile(doc, session, &store, (folder / "x?.srv").string());
     EXPECT_EQ(refused.message, "Can't read File Name");
     const OpenResult missing = OpenScoreFile(doc, session, &store, (folder / "none.srv").string());

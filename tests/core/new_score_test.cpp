@@ -5,6 +5,7 @@
 #include "core/cp1256.h"
 #include "core/new_score.h"
 #include "core/page_store.h"
+#include "score_files.h"
 #include "temp_folder.h"
 
 using namespace tahrir::core;
@@ -47,17 +48,15 @@ TEST(NewScore, DefaultsMakeOneMeasureOfFourBeats) {
     const NewScoreResult result = NewImage(doc, prompts, &store);
     EXPECT_EQ(result.status, NewScoreStatus::Made);
     EXPECT_FALSE(result.message);
-    EXPECT_EQ(prompts.asked, (std::vector<std::string>{" Tempo = |60", " Rhytm = |4/4", " No of Meas = |1"}));
-    const ScoreSheet& s = doc.Sheet;
-    EXPECT_EQ(s[1].text(), "       G  ");
-    EXPECT_EQ(s[2].text(), "TEMPO60");
-    EXPECT_EQ(s[3].text(), "RHYTM4/4");
-    EXPECT_EQ(s[4].text(), "03 -1                 ");
-    EXPECT_EQ(s[5].text(), "L^Ms=1");
-    for (int i = 6; i <= 9; ++i) EXPECT_EQ(s[i].text(), "03  8    ");
-    EXPECT_EQ(s[10].text(), "        ") << "the rest of the sheet is blank";
-    EXPECT_EQ(s.LastLine, 9);
-    EXPECT_EQ(s.CurrentLine, 9);
+    EXPECT_EQ(prompts.asked,
+              (std::vector<std::string>{" Tempo = |60", " Rhytm = |4/4", " No of Meas = |1"}));
+    // Line 10 shows that the rest of the sheet is blank.
+    EXPECT_EQ(SheetText(doc.Sheet, 1, 10),
+              (std::vector<std::string>{"       G  ", "TEMPO60", "RHYTM4/4",
+                                        "03 -1                 ", "L^Ms=1", "03  8    ",
+                                        "03  8    ", "03  8    ", "03  8    ", "        "}));
+    EXPECT_EQ(doc.Sheet.LastLine, 9);
+    EXPECT_EQ(doc.Sheet.CurrentLine, 9);
     EXPECT_EQ(doc.CurrentFileName, "Untitled");
     EXPECT_FALSE(doc.DirtyFlag);
     EXPECT_EQ(doc.UndoIndex, 1);
@@ -72,27 +71,28 @@ TEST(NewScore, DefaultsMakeOneMeasureOfFourBeats) {
 }
 
 TEST(NewScore, AnswersAreCorrectedByTheTable) {
-    // The tempo bound never fires.
-    EXPECT_EQ(Made({"500", "4/4", "1"}).Sheet[2].text(), "TEMPO500");
-    EXPECT_EQ(Made({"500", "4/4", "1"}).PlayTempo, 500);
-    EXPECT_EQ(Made({"60", "7/8", "1"}).Sheet[3].text(), "RHYTM4/8");
-    EXPECT_EQ(Made({"60", "6", "1"}).Sheet[3].text(), "RHYTM6/4");
-    EXPECT_EQ(Made({"60", "3/5", "1"}).Sheet[3].text(), "RHYTM3/4");
-    EXPECT_EQ(Made({"60", " 2 / 16", "1"}).Sheet[3].text(), "RHYTM2/4") << "two characters after /";
-    EXPECT_EQ(Made({"60", "1/16", "1"}).Sheet[3].text(), "RHYTM4/16");
-    EXPECT_EQ(ParseMeasureCount("0"), 1);
-    EXPECT_EQ(ParseMeasureCount("1001"), 1);
-    EXPECT_EQ(ParseMeasureCount("1000"), 1000);
-    EXPECT_EQ(ParseMeasureCount("many"), 1);
+    const Document fast = Made({"500", "4/4", "1"});
+    EXPECT_EQ(fast.Sheet[2].text(), "TEMPO500") << "the tempo bound never fires";
+    EXPECT_EQ(fast.PlayTempo, 500);
+    const std::pair<const char*, const char*> rhythms[] = {
+        {"7/8", "RHYTM4/8"}, {"6", "RHYTM6/4"},         {"3/5", "RHYTM3/4"},
+        {"1/16", "RHYTM4/16"}, {" 2 / 16", "RHYTM2/4"}, // two characters after "/"
+    };
+    for (const auto& [typed, line] : rhythms)
+        EXPECT_EQ(Made({"60", typed, "1"}).Sheet[3].text(), line) << typed;
+    for (const auto& [typed, count] :
+         {std::pair{"0", 1}, {"1001", 1}, {"1000", 1000}, {"many", 1}})
+        EXPECT_EQ(ParseMeasureCount(typed), count) << typed;
 }
 
 TEST(NewScore, RestPerBeatFollowsTheDenominator) {
     const Document eighths = Made({"60", "3/8", "2"});
     // Two measures of 3/8: bar, label, three eighth rests each.
     EXPECT_EQ(eighths.Sheet.LastLine, 3 + 2 * 5);
-    EXPECT_EQ(eighths.Sheet[9].text(), "03 -1                 ");
-    EXPECT_EQ(eighths.Sheet[10].text(), "L^Ms=2");
-    for (int i : {6, 7, 8, 11, 12, 13}) EXPECT_EQ(eighths.Sheet[i].text(), "03  4    ") << i;
+    const std::string rest = "03  4    ";
+    EXPECT_EQ(SheetText(eighths.Sheet, 6, 13),
+              (std::vector<std::string>{rest, rest, rest, "03 -1                 ", "L^Ms=2", rest,
+                                        rest, rest}));
     EXPECT_EQ(Made({"60", "2/2", "1"}).Sheet[6].text(), "03 16    ");
     EXPECT_EQ(Made({"60", "5/16", "1"}).Sheet[8].text(), "03  2    ");
 }
@@ -101,7 +101,6 @@ TEST(NewScore, CancelLeavesABlankSheet) {
     Document doc;
     doc.Sheet.LastLine = 7;
     doc.Sheet.setLine(5, "13  8");
-    doc.DirtyFlag = true;
     doc.CurrentFileName = "old.srv";
     ScriptedPrompts prompts({"90", "3/4"});
     EXPECT_EQ(NewImage(doc, prompts, nullptr).status, NewScoreStatus::Cancelled);
@@ -110,7 +109,6 @@ TEST(NewScore, CancelLeavesABlankSheet) {
     EXPECT_EQ(doc.Sheet[5].text(), "        ");
     EXPECT_EQ(doc.Sheet.LastLine, 7) << "LastLine is unchanged";
     EXPECT_EQ(doc.CurrentFileName, "old.srv");
-
     Document first;
     ScriptedPrompts none({});
     EXPECT_EQ(NewImage(first, none, nullptr).status, NewScoreStatus::Cancelled);
@@ -120,9 +118,8 @@ TEST(NewScore, CancelLeavesABlankSheet) {
 TEST(NewScore, TooManyMeasuresAreCutToFitWithAMessage) {
     NewScoreResult result;
     // 4/4 takes 6 lines a measure: 340 measures fit, 1000 do not.
-    const Document fits = Made({"60", "4/4", "340"}, &result);
+    EXPECT_EQ(Made({"60", "4/4", "340"}, &result).Sheet.LastLine, 3 + 340 * 6);
     EXPECT_FALSE(result.message);
-    EXPECT_EQ(fits.Sheet.LastLine, 3 + 340 * 6);
     const Document cut = Made({"60", "4/4", "1000"}, &result);
     ASSERT_TRUE(result.message);
     EXPECT_NE(result.message->find("2048"), std::string::npos);

@@ -20,23 +20,16 @@ const std::string kSeeds[] = {
                        "", "ALL5D", "REP{", "LCTRP=2"}),
     MarkerFile("old", {"DD     G", "TEMPO-2", "RHITHM6/8", "03  8", "13 -1"}),
     OldestFile("\x92\x90<(\xF2)", {ScrambleLine("       G"), ScrambleLine("TEMPO 60"), "\"\" \""}),
-    "\"Sv5",
-    "",
-};
+    "\"Sv5", ""};
 
 std::string Mutate(std::string bytes, std::mt19937& rng) {
     static const char kSpecial[] = {'"', '\r', '\n', ',', ' ', '\0', '0', 'L', 'G', '\xFF'};
-    const int edits = 1 + static_cast<int>(rng() % 8);
-    for (int e = 0; e < edits; ++e) {
+    for (int e = 0, edits = 1 + static_cast<int>(rng() % 8); e < edits; ++e) {
         const std::size_t at = bytes.empty() ? 0 : rng() % (bytes.size() + 1);
         switch (rng() % 4) {
         case 0: bytes.insert(at, 1, kSpecial[rng() % sizeof kSpecial]); break;
-        case 1:
-            if (at < bytes.size()) bytes[at] = static_cast<char>(rng());
-            break;
-        case 2:
-            if (at < bytes.size()) bytes.erase(at, 1 + rng() % 16);
-            break;
+        case 1: if (at < bytes.size()) bytes[at] = static_cast<char>(rng()); break;
+        case 2: if (at < bytes.size()) bytes.erase(at, 1 + rng() % 16); break;
         default: bytes.insert(at, std::string(rng() % 64, static_cast<char>(rng()))); break;
         }
     }
@@ -68,9 +61,8 @@ void CheckInvariants(const std::string& input) {
 TEST(ReaderFuzz, RandomAndMutatedFiles) {
     std::mt19937 rng(20260521);
     for (int round = 0; round < 4000; ++round) {
-        const std::string input = round % 4 == 0 ? RandomBytes(rng)
-                                                 : Mutate(kSeeds[rng() % std::size(kSeeds)], rng);
-        CheckInvariants(input);
+        CheckInvariants(round % 4 == 0 ? RandomBytes(rng)
+                                       : Mutate(kSeeds[rng() % std::size(kSeeds)], rng));
         if (HasFatalFailure()) {
             ADD_FAILURE() << "round " << round;
             return;
@@ -82,13 +74,9 @@ TEST(ReaderFuzz, HugeLinesAndManyLinesThroughOpenp) {
     TempFolder folder;
     Session session;
     StartSession(session, folder.path());
-    const std::string inputs[] = {
-        std::string(1 << 20, 'x'),                       // one line of a megabyte
-        std::string(200000, '\n'),                       // many empty lines
-        "\"Sv5\"\r\n\"\"\r\n" + std::string(100000, 'L') + "\r\n" + std::string(5000, '\r'),
-        std::string(3000, '"'),
-    };
-    for (const auto& input : inputs) {
+    for (const auto& input :
+         {std::string(1 << 20, 'x'), std::string(200000, '\n'), std::string(3000, '"'),
+          "\"Sv5\"\r\n\"\"\r\n" + std::string(100000, 'L') + "\r\n" + std::string(5000, '\r')}) {
         WriteBytes(folder / "f.srv", input);
         Document doc;
         doc.CurrentFileName = (folder / "f.srv").string();

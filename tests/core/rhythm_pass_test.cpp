@@ -23,27 +23,22 @@ ScoreSheet MakeSheet(const std::string& rhythm, const std::vector<std::string>& 
     sheet[1] = "       G  ";
     sheet[2] = "TEMPO 60";
     sheet[3] = "RHYTM" + rhythm;
-    int index = 3;
-    for (const auto& line : music)
-        sheet[++index] = line;
-    sheet.LastLine = index;
+    sheet.LastLine = 3;
+    for (const auto& line : music) sheet[++sheet.LastLine] = line;
     return sheet;
 }
 
 ScoreSheet NoteSheet(const std::string& rhythm, const std::vector<int>& durations) {
     std::vector<std::string> music;
-    for (int d : durations)
-        music.push_back(Note(d));
+    for (int d : durations) music.push_back(Note(d));
     return MakeSheet(rhythm, music);
 }
 
 // Column 7 of the music lines ("|" for a line that is not a note, rest or barline).
 std::string Codes(const ScoreSheet& sheet) {
     std::string out;
-    for (int i = 4; i <= sheet.LastLine; ++i) {
-        const char step = sheet[i].at(1);
-        out += step >= '0' && step <= '9' ? sheet[i].at(7) : '|';
-    }
+    for (int i = 4; i <= sheet.LastLine; ++i)
+        out += sheet[i].at(1) >= '0' && sheet[i].at(1) <= '9' ? sheet[i].at(7) : '|';
     return out;
 }
 
@@ -56,8 +51,7 @@ std::string Beamed(const std::string& rhythm, const std::vector<int>& durations)
 // The renderer's reading of a beam code: which second and third beams join a member to
 // the one before it. 'F' full, 'L' stub out of the earlier note, 'R' stub into the later.
 struct Joint {
-    char second;
-    char third;
+    char second, third;
 };
 
 Joint JointOf(char code, int level) {
@@ -72,10 +66,8 @@ Joint JointOf(char code, int level) {
         {24, {'F', 'L'}}, {26, {'L', 'L'}}, {30, {'F', 'F'}}, {33, {'F', 'F'}}, {35, {'F', 'F'}},
         {31, {'F', ' '}}, {32, {'F', 'R'}}, {36, {'L', 'L'}}, {37, {'R', 'R'}}};
     int kind = 0;
-    for (const auto& [c, k] : kinds)
-        if (c == code) kind = k[static_cast<std::size_t>(level - 1)];
-    for (const auto& [k, joint] : drawn)
-        if (k == kind) return joint;
+    for (const auto& [c, k] : kinds) kind = c == code ? k[std::size_t(level - 1)] : kind;
+    for (const auto& [k, joint] : drawn) if (k == kind) return joint;
     return {' ', ' '};
 }
 
@@ -83,9 +75,8 @@ Joint JointOf(char code, int level) {
 bool DrawsCorrectly(const std::vector<int>& durations, const std::string& codes) {
     const std::size_t n = durations.size();
     std::vector<Joint> joints(n, Joint{' ', ' '});
-    for (std::size_t i = 1; i < n; ++i)
-        joints[i] = JointOf(codes[i], BeamLevel(durations[i]));
-    for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t i = 1; i < n; ++i) joints[i] = JointOf(codes[i], BeamLevel(durations[i]));
+    for (std::size_t i = 0; i < n; ++i)
         for (int level = 2; level <= 3; ++level) {
             auto at = [&](const Joint& j) { return level == 2 ? j.second : j.third; };
             const bool fromLeft = i > 0 && (at(joints[i]) == 'F' || at(joints[i]) == 'R');
@@ -93,7 +84,6 @@ bool DrawsCorrectly(const std::vector<int>& durations, const std::string& codes)
                 i + 1 < n && (at(joints[i + 1]) == 'F' || at(joints[i + 1]) == 'L');
             if ((fromLeft || toRight) != (level <= BeamLevel(durations[i]))) return false;
         }
-    }
     return true;
 }
 
@@ -122,37 +112,36 @@ TEST(BeamPatterns, EveryRowFitsABeatAndDrawsItsDurations) {
 }
 
 TEST(ReadMeasure, LengthAndCompoundTime) {
-    EXPECT_EQ(ReadMeasure("4/4").MeasureTicks, 32.0f);
-    EXPECT_EQ(ReadMeasure("3/8").MeasureTicks, 12.0f);
-    EXPECT_FALSE(ReadMeasure("3/8").CompoundMeasure);
-    EXPECT_TRUE(ReadMeasure("6/8").CompoundMeasure);
-    EXPECT_TRUE(ReadMeasure("12/16").CompoundMeasure);
-    EXPECT_FALSE(ReadMeasure("9/16").CompoundMeasure);
-    EXPECT_EQ(ReadMeasure("1/3").MeasureTicks, 10.0f) << "integer part of 10.67";
-    EXPECT_EQ(ReadMeasure("32/32").MeasureTicks, 32.0f);
-    EXPECT_EQ(ReadMeasure("4/0").MeasureTicks, kNoBarCheck);
-    EXPECT_EQ(ReadMeasure("0/4").MeasureTicks, kNoBarCheck);
-    EXPECT_EQ(ReadMeasure("M4/4").MeasureTicks, kNoBarCheck) << "six-letter spelling reads 0";
-    EXPECT_EQ(ReadMeasure("-3/4").MeasureTicks, kNoBarCheck);
-    EXPECT_EQ(ReadMeasure("").MeasureTicks, kNoBarCheck);
+    // "1/3" keeps the integer part of 10.67; a six-letter spelling ("M4/4") reads 0.
+    const std::tuple<const char*, float, bool> cases[] = {
+        {"4/4", 32, false},  {"3/8", 12, false},        {"6/8", 24, true},
+        {"12/16", 24, true}, {"9/16", 18, false},       {"1/3", 10, false},
+        {"32/32", 32, false}, {"4/0", kNoBarCheck, false}, {"0/4", kNoBarCheck, false},
+        {"M4/4", kNoBarCheck, false}, {"-3/4", kNoBarCheck, false}, {"", kNoBarCheck, false}};
+    for (const auto& [text, ticks, compound] : cases) {
+        EXPECT_EQ(ReadMeasure(text).MeasureTicks, ticks) << text;
+        EXPECT_EQ(ReadMeasure(text).CompoundMeasure, compound) << text;
+    }
 }
 
 TEST(RhythmPass, CommonFiguresGroupByTheBeat) {
-    EXPECT_EQ(Beamed("4/4", {4, 4, 4, 4, 4, 4, 4, 4}), "CcCcCcCc");
-    EXPECT_EQ(Beamed("6/8", {4, 4, 4, 4, 4, 4}), "CCcCCc");
-    EXPECT_EQ(Beamed("2/4", {2, 2, 2, 2, 2, 2, 2, 2}), "CCCcCCCc");
-    EXPECT_EQ(Beamed("2/4", {6, 2, 2, 6}), "C2C4") << "dotted eighth with its sixteenth";
-    EXPECT_EQ(Beamed("2/4", {4, 2, 2, 2, 2, 4}), " CcCCc") << "eighth alone, then the 16ths beam";
-    // 2 + 4 fill six 32nds; the next eighth would cross into the second beat.
-    EXPECT_EQ(Beamed("4/4", {2, 4, 4, 2}), "C4  ");
-    EXPECT_EQ(Beamed("4/4", {8, 4, 4, 16}), " Cc ");
-    // 3/8 is not compound: a beat of 8, then what is left of the measure (4).
-    EXPECT_EQ(Beamed("3/8", {4, 4, 4, 4, 4, 4}), "Cc Cc ");
-    EXPECT_EQ(Beamed("1/8", {4, 4}), "  ") << "a measure of one eighth";
-    EXPECT_EQ(Beamed("4/0", {4, 4, 4, 4}), "CcCc") << "no bar check: beats of 8 run on";
+    const std::tuple<const char*, std::vector<int>, const char*> cases[] = {
+        {"4/4", {4, 4, 4, 4, 4, 4, 4, 4}, "CcCcCcCc"},
+        {"6/8", {4, 4, 4, 4, 4, 4}, "CCcCCc"},
+        {"2/4", {2, 2, 2, 2, 2, 2, 2, 2}, "CCCcCCCc"},
+        {"2/4", {6, 2, 2, 6}, "C2C4"},    // dotted eighth with its sixteenth
+        {"2/4", {4, 2, 2, 2, 2, 4}, " CcCCc"}, // eighth alone, then the 16ths beam
+        {"4/4", {2, 4, 4, 2}, "C4  "},    // 2 + 4 fill six 32nds; the next eighth would cross
+        {"4/4", {8, 4, 4, 16}, " Cc "},
+        {"3/8", {4, 4, 4, 4, 4, 4}, "Cc Cc "}, // not compound: a beat of 8, then the 4 left
+        {"1/8", {4, 4}, "  "},            // a measure of one eighth
+        {"4/0", {4, 4, 4, 4}, "CcCc"},    // no bar check: beats of 8 run on
+    };
+    for (const auto& [rhythm, durations, codes] : cases)
+        EXPECT_EQ(Beamed(rhythm, durations), codes) << rhythm << " from " << durations[0];
 }
 
-TEST(RhythmPass, GroupsStopAtRestsBarlinesGraceNotesAndDirectives) {
+TEST(RhythmPass, GroupsStopAtRestsBarlinesGraceNotesDirectivesAndLastLine) {
     ScoreSheet sheet = MakeSheet("2/4", {Note(4), "03  4    ", Note(4), "03 -1", Note(2), Note(2),
                                          "14 -1", Note(2), Note(2), "TEMPO 90", Note(4), Note(4)});
     RhythmPass(sheet);
@@ -180,24 +169,21 @@ TEST(RhythmPass, TupletTakesTheTimeOfItsLastNotes) {
 TEST(RhythmPass, StoredCodesAreBlankedAndOtherColumnsKept) {
     ScoreSheet sheet = MakeSheet(
         "4/4", {"14  8 C TR", "03  8 e", "14  4 7", "14  4 C", "L_abcdefgh", "TEMPO 120"});
-    sheet[1] = "DBSKNDBG  ";
+    sheet[1] = "DBSKNDBG  "; // column 7 of line 1 is the key signature's Si
     RhythmPass(sheet);
-    EXPECT_EQ(sheet[1].text(), "DBSKNDBG  ") << "column 7 of line 1 is the key signature's Si";
-    EXPECT_EQ(sheet[4].text(), "14  8   TR");
-    EXPECT_EQ(sheet[5].text(), "03  8  ");
-    EXPECT_EQ(sheet[6].text(), "14  4 C") << "recomputed, not kept";
-    EXPECT_EQ(sheet[7].text(), "14  4 c");
-    EXPECT_EQ(sheet[8].text(), "L_abcdefgh");
-    EXPECT_EQ(sheet[9].text(), "TEMPO 120");
+    std::vector<std::string> lines;
+    for (int i : {1, 4, 5, 6, 7, 8, 9}) lines.push_back(sheet[i].text());
+    // Line 6 keeps "C" because it is recomputed, not kept.
+    EXPECT_EQ(lines, (std::vector<std::string>{"DBSKNDBG  ", "14  8   TR", "03  8  ", "14  4 C",
+                                               "14  4 c", "L_abcdefgh", "TEMPO 120"}));
 }
 
 TEST(RhythmPass, RhythmChangesMidScore) {
-    const std::string eighths[] = {Note(4), Note(4), Note(4), Note(4), Note(4), Note(4)};
-    auto run = [&](const std::string& change) {
-        std::vector<std::string> music(std::begin(eighths), std::end(eighths));
+    auto run = [](const std::string& change) {
+        std::vector<std::string> music(6, Note(4));
         music.push_back("03 -1");
         music.push_back(change);
-        music.insert(music.end(), std::begin(eighths), std::end(eighths));
+        music.insert(music.end(), 6, Note(4));
         ScoreSheet sheet = MakeSheet("3/8", music);
         RhythmPass(sheet);
         return Codes(sheet);
@@ -210,8 +196,7 @@ TEST(RhythmPass, RhythmChangesMidScore) {
 }
 
 TEST(RhythmPass, FullSheetAndRepeatedRuns) {
-    std::vector<int> durations(MaxLines - 3, 4);
-    ScoreSheet sheet = NoteSheet("4/4", durations);
+    ScoreSheet sheet = NoteSheet("4/4", std::vector<int>(MaxLines - 3, 4));
     ASSERT_EQ(sheet.LastLine, MaxLines);
     RhythmPass(sheet);
     const std::string first = Codes(sheet);
@@ -226,34 +211,31 @@ namespace {
 // Random music: mostly short notes, with everything that must break a beam mixed in.
 std::string RandomLine(std::mt19937& rng) {
     static const std::vector<std::string> pool = {
-        Note(4),    Note(4),       Note(4),       Note(2),       Note(2),       Note(2),
-        Note(1),    Note(3),       Note(6),       Note(4, "TR"), Note(2, ". "), "14  8",
-        "14 12 C",  "14 16",       "03  4    ",   "03  2",       "03  8 e",     "03 -1",
-        "14 -1",    Note(4, "L3"), Note(2, "L3"), Note(2, "L5"), "TEMPO 90",    "L_text",
-        "REP{    ", "RHYTM2/4",    "RHYTM6/8",    "RHYTM9/8",    "RHITM12/16",  "RHYTM3/8",
-        "RHYTM4/0", "RHYTHM3/4",   "RHITHM6/8",   "14  4 C",     "14  2 7",     "",
-        "0",        "1",           "RHYTM",       "RHYTM/",      "RHYTM-4/4",   "RHYTM999/1",
-        "03  4  L9"};
+        Note(4), Note(4), Note(4), Note(2), Note(2), Note(2), Note(1), Note(3), Note(6),
+        Note(4, "TR"), Note(2, ". "), "14  8", "14 12 C", "14 16", "03  4    ", "03  2",
+        "03  8 e", "03 -1", "14 -1", Note(4, "L3"), Note(2, "L3"), Note(2, "L5"), "TEMPO 90",
+        "L_text", "REP{    ", "RHYTM2/4", "RHYTM6/8", "RHYTM9/8", "RHITM12/16", "RHYTM3/8",
+        "RHYTM4/0", "RHYTHM3/4", "RHITHM6/8", "14  4 C", "14  2 7", "", "0", "1", "RHYTM",
+        "RHYTM/", "RHYTM-4/4", "RHYTM999/1", "03  4  L9"};
     return pool[std::uniform_int_distribution<std::size_t>(0, pool.size() - 1)(rng)];
 }
 
 int TupletOf(const ScoreLine& line) {
     const std::string mark = line.field(8, 2);
-    return mark == "L3" ? 3 : mark == "L5" ? 5 : mark == "L7" ? 7 : mark == "L9" ? 9 : 0;
+    return mark == "L3" || mark == "L5" || mark == "L7" || mark == "L9" ? mark[1] - '0' : 0;
 }
 
+bool IsMusic(const ScoreLine& line) { return line.at(1) >= '0' && line.at(1) <= '9'; }
+
+// The time of a note or rest line, -1 for anything else (grace notes and barlines too).
 int DurationOf(const ScoreLine& line) {
-    if (line.field(3, 3) == " -1") return -1;
+    if (!IsMusic(line) || line.field(3, 3) == " -1") return -1;
     return DurationTicks(line.field(3, 3)).value_or(-1);
-}
-
-bool IsMusic(const ScoreLine& line) {
-    return line.at(1) >= '0' && line.at(1) <= '9';
 }
 
 // Where each line starts in its measure, kept independently of the pass: every note and
 // rest adds its time, a tuplet's marked note adds none, a barline or a rhythm change
-// starts a measure, and a full measure starts the next.
+// starts a measure, and a full measure (after a tuplet's last note) starts the next.
 struct Place {
     int position = 0;
     Measure measure;
@@ -262,26 +244,21 @@ struct Place {
 std::vector<Place> PlacesOf(const ScoreSheet& sheet) {
     std::vector<Place> places(static_cast<std::size_t>(sheet.LastLine + 1));
     Measure measure = ReadMeasure(sheet[3].text().substr(5));
-    int position = 0;
-    int tupletLeft = 0;
+    int position = 0, tupletLeft = 0;
     for (int i = 4; i <= sheet.LastLine; ++i) {
         const ScoreLine& line = sheet[i];
         const bool change =
             line.startsWith("RHYTM") || line.startsWith("RHITM") || line.startsWith("RHYTHM");
         if (change) measure = ReadMeasure(line.text().substr(5));
-        const int duration = IsMusic(line) ? DurationOf(line) : -1;
-        const bool inTuplet = tupletLeft > 0 && duration >= 0 && TupletOf(line) == 0;
-        tupletLeft = inTuplet ? tupletLeft - 1 : 0;
+        const int duration = DurationOf(line);
+        tupletLeft = tupletLeft > 0 && duration >= 0 && TupletOf(line) == 0 ? tupletLeft - 1 : 0;
         const bool barline = IsMusic(line) && line.at(1) == '0' && line.field(3, 3) == " -1";
         if (change || barline) position = 0;
         places[static_cast<std::size_t>(i)] = {position, measure};
         if (duration < 0) continue;
-        if (TupletOf(line) > 0)
-            tupletLeft = TupletOf(line) - 1;
-        else
-            position += duration;
-        // A tuplet is counted as one step: the measure may only end after its last note.
-        const bool tupletGoesOn = tupletLeft > 0 && i < sheet.LastLine && IsMusic(sheet[i + 1]) &&
+        if (TupletOf(line) > 0) tupletLeft = TupletOf(line) - 1;
+        else position += duration;
+        const bool tupletGoesOn = tupletLeft > 0 && i < sheet.LastLine &&
                                   DurationOf(sheet[i + 1]) >= 0 && TupletOf(sheet[i + 1]) == 0;
         if (!tupletGoesOn && static_cast<float>(position) >= measure.MeasureTicks) position = 0;
     }
@@ -311,27 +288,24 @@ std::string CheckFrame(const ScoreSheet& before, const ScoreSheet& after) {
             continue;
         }
         int end = i;
-        while (end <= after.LastLine && after[end].at(7) == 'C')
-            ++end;
+        while (end <= after.LastLine && after[end].at(7) == 'C') ++end;
         const std::string at = "group at line " + std::to_string(i);
         if (end > after.LastLine || end == i) return at + " has no C before its closing code";
         std::vector<int> durations;
         std::string codes;
+        int time = 0;
         for (int k = i; k <= end; ++k) {
             const ScoreLine& line = after[k];
-            if (!IsMusic(line) || line.at(1) == '0' || BeamLevel(DurationOf(line)) == 0)
+            if (line.at(1) == '0' || BeamLevel(DurationOf(line)) == 0)
                 return at + " takes in line " + std::to_string(k);
             if (k > i && TupletOf(line) > 0) return at + " runs into a tuplet";
             durations.push_back(DurationOf(line));
             codes += line.at(7);
+            if (k > i || TupletOf(line) == 0) time += durations.back();
         }
         if (codes.back() == 'C' || codes.back() == ' ') return at + " is left open";
         if (TupletOf(after[i]) > 0 && static_cast<int>(durations.size()) > TupletOf(after[i]))
             return at + " is longer than its tuplet";
-        int time = 0;
-        for (int d : durations)
-            time += d;
-        if (TupletOf(after[i]) > 0) time -= durations.front();
         const Place& place = places[static_cast<std::size_t>(i)];
         const int beat = place.measure.beatTicks();
         if (place.position % beat + time > beat) return at + " leaves its beat";
@@ -350,17 +324,14 @@ TEST(RhythmPass, RandomStreamsKeepTheFrame) {
     const char* measures[] = {"4/4", "2/4", "3/4", "6/8", "12/16", "3/8", "4/0", "5/8"};
     int groups = 0;
     for (int run = 0; run < 400; ++run) {
-        std::vector<std::string> music;
-        const int length = std::uniform_int_distribution<int>(1, 120)(rng);
-        for (int i = 0; i < length; ++i)
-            music.push_back(RandomLine(rng));
+        std::vector<std::string> music(
+            static_cast<std::size_t>(std::uniform_int_distribution<int>(1, 120)(rng)));
+        for (auto& line : music) line = RandomLine(rng);
         const ScoreSheet before = MakeSheet(measures[run % 8], music);
         ScoreSheet after = before;
         RhythmPass(after);
-        const std::string fault = CheckFrame(before, after);
-        ASSERT_EQ(fault, "") << "run " << run << " (" << measures[run % 8] << ")";
-        for (int i = 4; i <= after.LastLine; ++i)
-            groups += after[i].at(7) == 'C';
+        ASSERT_EQ(CheckFrame(before, after), "") << "run " << run << " in " << measures[run % 8];
+        for (int i = 4; i <= after.LastLine; ++i) groups += after[i].at(7) == 'C';
     }
     EXPECT_GT(groups, 1000) << "the streams should beam often enough to test something";
 }

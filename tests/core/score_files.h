@@ -3,6 +3,9 @@
 
 #include <initializer_list>
 #include <string>
+#include <vector>
+
+#include "core/score_sheet.h"
 
 namespace tahrir::test {
 
@@ -30,6 +33,13 @@ inline std::string ScrambleLine(const std::string& line) {
     std::string out(line);
     for (std::size_t i = 0; i < out.size(); ++i)
         if (out[i] != ' ') out[i] = static_cast<char>(static_cast<unsigned char>(out[i]) + 10 + i + 1);
+    return out;
+}
+
+// The texts of lines from..to of a sheet, to compare in one go.
+inline std::vector<std::string> SheetText(const core::ScoreSheet& sheet, int from, int to) {
+    std::vector<std::string> out;
+    for (int i = from; i <= to; ++i) out.push_back(sheet[i].text());
     return out;
 }
 

