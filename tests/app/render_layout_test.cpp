@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "app/audition.h"
 #include "app/render_layout.h"
 #include "sheet_builder.h"
@@ -33,9 +35,8 @@ TEST(RenderLayout, HandsTheEditorTheWalksPositionsAndFacts) {
 
 TEST(RenderLayout, AScoreWithoutBarlinesHasOneMeasure) {
     const core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4", "73  8"});
-    RenderLayout layout;
     core::PositionTable positions;
-    const edit::LayoutFacts facts = layout.relayout(sheet, positions);
+    const edit::LayoutFacts facts = RenderLayout().relayout(sheet, positions);
     EXPECT_EQ(facts.measureCount, 1);
     EXPECT_EQ(facts.rhythmWord, "RHYTM4/4");
 }
@@ -51,20 +52,16 @@ struct FakePlayer {
 };
 
 TEST(Audition, ThePlayerTakesTheLastAccidentalColumn) {
-    FakePlayer player;
-    // The editor writes " " + column 7 + column 6 of the pen.
-    edit::NoteSound note{3, 4, 1, " kS", ""};
-    EXPECT_EQ(AuditionNote(player, note), 7);
-    EXPECT_EQ(player.step, 3);
-    EXPECT_EQ(player.octave, 4);
-    EXPECT_EQ(player.accidental, 'S');
-    // A short or missing accidental text sounds the natural note.
-    note.accidental = " k";
-    AuditionNote(player, note);
-    EXPECT_EQ(player.accidental, ' ');
-    note.accidental.clear();
-    AuditionNote(player, note);
-    EXPECT_EQ(player.accidental, ' ');
+    // The editor writes " " + column 7 + column 6 of the pen; a short or missing text
+    // sounds the natural note.
+    for (const auto& [text, expected] :
+         {std::pair<const char*, char>{" kS", 'S'}, {" k", ' '}, {"", ' '}}) {
+        FakePlayer player;
+        EXPECT_EQ(AuditionNote(player, edit::NoteSound{3, 4, 1, text, ""}), 7);
+        EXPECT_EQ(player.step, 3);
+        EXPECT_EQ(player.octave, 4);
+        EXPECT_EQ(player.accidental, expected) << '"' << text << '"';
+    }
 }
 
 } // namespace

@@ -17,6 +17,7 @@ field() {
     grep -o "\"$1\": \(\"[^\"]*\"\|\[[^]]*\]\|\[\[.*\]\]\|[-0-9]*\)" <<<"$2" | head -1 |
         sed "s/^\"$1\": //"
 }
+pen() { field pen "$1" | sed 's/ *"$/"/'; } # trailing blanks cut
 expect() { # what, got, wanted
     [[ "$2" == "$3" ]] || fail "$1: got [$2], wanted [$3]"
 }
@@ -34,10 +35,9 @@ printf '"Sv5 Tahrir score"\r\n"x\r\n"\r\n       G  \r\nTEMPO60\r\nRHYTM4/4\r\n03
 # Step by step: duration, pitch, sori, Enter (the score grows by a copy), then a new pitch
 # keeps the sori until S is pressed again, because S reads the lit state of the line.
 s=$(state "$work/rest.srv" "Shift+6")
-expect "pen after Shift+6" "$(field pen "$s" | sed 's/ *"$/"/')" '"03  8"'
-expect "sheet untouched" "$(field undoIndex "$s")" 1
+expect "Shift+6: pen, pages" "$(pen "$s") $(field undoIndex "$s")" '"03  8" 1'
 s=$(state "$work/rest.srv" "Shift+6 3 S")
-expect "pen after 3 S" "$(field pen "$s" | sed 's/ *"$/"/')" '"33  8S"'
+expect "pen after 3 S" "$(pen "$s")" '"33  8S"'
 expect "nothing sounded before Enter" "$(field sounded "$s")" "[]"
 s=$(state "$work/rest.srv" "Shift+6 3 S Enter")
 expect "line 4 after Enter" "$(line_of 4)" "33  8S"
@@ -46,8 +46,7 @@ expect "cursor on the new line" "$(field currentLine "$s")/$(field lastLine "$s"
 expect "one page written" "$(field undoIndex "$s")/$(field undoTop "$s")" "2/2"
 expect "sori Mi sounds on the sori channel" "$(field sounded "$s")" "[[64, 4]]"
 expect "lit: quarter, sori, Mi" "$(field lit "$s")" "[7, 14, 58, 59, 60, 63, 71, 72]"
-s=$(state "$work/rest.srv" "Shift+6 3 S Enter 5")
-expect "the sori is carried on" "$(field pen "$s" | sed 's/ *"$/"/')" '"53  8S"'
+expect "the sori is carried on" "$(pen "$(state "$work/rest.srv" "Shift+6 3 S Enter 5")")" '"53  8S"'
 s=$(state "$work/rest.srv" "Shift+6 3 S Enter 5 S Enter")
 expect "S again takes it off" "$(line_of 5)" "53  8"
 expect "natural Sol sounds" "$(field sounded "$s")" "[[64, 4], [67, 3]]"
@@ -64,8 +63,7 @@ state "$work/ninety.srv" "3 Enter Shift+F8" >/dev/null
 expect "speed cue at tempo 90" "$(line_of 5)" "LvT=8"
 
 # The header line has no symbol: a click on it moves nothing.
-s=$(state "$work/rest.srv" "3 Enter Click:1")
-expect "cursor after Click:1" "$(field currentLine "$s")" 5
+expect "cursor after Click:1" "$(field currentLine "$(state "$work/rest.srv" "3 Enter Click:1")")" 5
 
 # A new score of three measures: numeric + stops at the third, whose label is the last shown.
 "$cli" new --app-folder "$app" --tempo 60 --rhythm 2/4 --measures 3 -o "$work/three.srv" ||
@@ -74,11 +72,9 @@ state "$work/three.srv" "Right NumPlus NumPlus NumPlus NumPlus NumPlus Shift+F2"
 expect "measure label typed at the end" "$(line_of 5)" "L^Ms=3"
 
 # Exit codes: a missing score and an unwritable output are 2, a bad token is 1.
-"$cli" type --app-folder "$app" "$work/missing.srv" -o "$work/o.srv" 2>/dev/null
-expect "missing score" "$?" 2
-"$cli" type --app-folder "$app" "$work/rest.srv" -o "$work/no/such/o.srv" 2>/dev/null
-expect "unwritable output" "$?" 2
-"$cli" type --app-folder "$app" "$work/rest.srv" --keys "Shift+Q+" -o "$work/o.srv" 2>/dev/null
-expect "bad token" "$?" 1
+code() { "$cli" type --app-folder "$app" "$@" 2>/dev/null; echo $?; }
+expect "missing score" "$(code "$work/missing.srv" -o "$work/o.srv")" 2
+expect "unwritable output" "$(code "$work/rest.srv" -o "$work/no/such/o.srv")" 2
+expect "bad token" "$(code "$work/rest.srv" --keys "Shift+Q+" -o "$work/o.srv")" 1
 
 exit $((failures > 0))

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "edit/basic_layout.h"
@@ -16,6 +17,9 @@
 
 namespace tahrir::edit::test {
 
+using Lines = std::vector<std::string>;
+using Pair = std::pair<int, int>;
+
 struct RecordingAuditioner : Auditioner {
     std::vector<NoteSound> notes;
     void soundNote(const NoteSound& n) override { notes.push_back(n); }
@@ -23,8 +27,7 @@ struct RecordingAuditioner : Auditioner {
 
 struct ScriptedHost : EditorHost {
     std::deque<std::optional<std::string>> answers;
-    std::vector<std::string> titles;
-    std::vector<std::string> messages;
+    Lines titles, messages;
     std::optional<std::string> font;
     std::optional<std::string> inputBox(const std::string& title, const std::string&) override {
         titles.push_back(title);
@@ -37,10 +40,15 @@ struct ScriptedHost : EditorHost {
     std::optional<std::string> fontDialog() override { return font; }
 };
 
+inline constexpr int kShift = Shift::Shift, kCtrl = Shift::Ctrl;
+constexpr int K(char c) {
+    return Key::Letter(c);
+}
+
 class EditorTest : public ::testing::Test {
 protected:
     // Head lines, then the given body from line 4; the editor is switched on.
-    void load(const std::vector<std::string>& body) {
+    void load(const Lines& body, UndoPages* pages = nullptr) {
         core::ScoreSheet& s = doc.Sheet;
         s.fill("        ");
         s.setLine(1, "       G  ");
@@ -51,24 +59,76 @@ protected:
             s.setLine(i++, line);
         s.LastLine = i - 1;
         s.CurrentLine = 2;
-        editor = std::make_unique<Editor>(doc, services(), folder);
+        editor = std::make_unique<Editor>(
+            doc, EditorServices{&layout, &audio, &clipboard, &host, pages ? pages : &undo}, folder);
         editor->documentReplaced();
         editor->editorClick();
     }
-    EditorServices services() { return {&layout, &audio, &clipboard, &host, &undo}; }
 
     void key(int code, int shift = 0) { editor->keyPress(code, shift); }
     void keys(std::initializer_list<int> codes, int shift = 0) {
         for (int c : codes)
             key(c, shift);
     }
+    void repeat(int n, int code, int shift = 0) {
+        for (int i = 0; i < n; ++i)
+            key(code, shift);
+    }
+    void ctrl(char c) { key(K(c), kCtrl); }
+    // A key press, then the pen (up to its last non-blank) or the cursor line.
+    std::string typed(int code, int shift = 0) {
+        key(code, shift);
+        return penTrimmed();
+    }
+    int moved(int code, int shift = 0) {
+        key(code, shift);
+        return current();
+    }
+    void answer(const char* a) { host.answers = {std::string(a)}; }
+    // Commits n notes, each with a pitch key and Enter.
+    void enterNotes(int n) {
+        for (int i = 0; i < n; ++i)
+            keys({Key::Digit(1 + i % 7), Key::Enter});
+    }
+    // n committed notes on "13  8" are undone to the score as opened, then redone.
+    void undoAndRedoAll(int n) {
+        enterNotes(n);
+        ASSERT_EQ(doc.UndoIndex, n + 1);
+        ASSERT_EQ(last(), n + 4);
+        const std::string middle = line(60);
+        repeat(n + 1, K('Z'), kCtrl); // the last press finds page 1 and stays
+        EXPECT_EQ(doc.UndoIndex, 1);
+        EXPECT_EQ(cursor(), Pair(4, 4)); // the cursor clamped to the restored LastLine
+        EXPECT_EQ(trimmed(4), "13  8");
+        repeat(n + 1, K('Y'), kCtrl);
+        EXPECT_EQ(doc.UndoIndex, n + 1);
+        EXPECT_EQ(last(), n + 3); // the last page was taken before its commit grew the score
+        EXPECT_EQ(line(60), middle);
+    }
     std::string line(int i) const { return doc.Sheet[i].text(); }
     std::string pen() const { return doc.Sheet.PenLine().text(); }
     // Line text up to its last non-blank.
     std::string trimmed(int i) const { return std::string(doc.Sheet[i].trimmedRight()); }
+    Lines trimmed(int from, int to) const {
+        Lines out;
+        for (int i = from; i <= to; ++i)
+            out.push_back(trimmed(i));
+        return out;
+    }
     std::string penTrimmed() const { return std::string(doc.Sheet.PenLine().trimmedRight()); }
+    // The step of every sounded note, 0 where nothing pitched was sounded.
+    std::vector<int> sounded() const {
+        std::vector<int> steps;
+        for (const NoteSound& n : audio.notes)
+            steps.push_back(n.pitched ? n.step : 0);
+        return steps;
+    }
+    std::string caption() const { return editor->labels[0].caption; }
+    std::string keySignature() const { return line(1).substr(0, 8); }
     int current() const { return doc.Sheet.CurrentLine; }
     int last() const { return doc.Sheet.LastLine; }
+    Pair cursor() const { return {current(), last()}; }
+    Pair sel() const { return {editor->SelStart, editor->SelEnd}; }
 
     ::tahrir::test::TempFolder temp;
     std::filesystem::path folder = temp.path();
@@ -80,10 +140,5 @@ protected:
     MemoryUndoPages undo;
     std::unique_ptr<Editor> editor;
 };
-
-inline constexpr int kShift = Shift::Shift, kCtrl = Shift::Ctrl;
-constexpr int K(char c) {
-    return Key::Letter(c);
-}
 
 } // namespace tahrir::edit::test

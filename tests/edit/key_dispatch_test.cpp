@@ -8,49 +8,41 @@ using KeyDispatch = EditorTest;
 
 TEST_F(KeyDispatch, HeadLinesTakeOnlyRhythmTempoAndMovementKeys) {
     load({"13  8    "});
-    key(Key::Home);
-    ASSERT_EQ(current(), 2);
+    ASSERT_EQ(moved(Key::Home), 2);
     const std::string before = line(2);
-    key(K('S'));
-    key(Key::Del);
+    keys({K('S'), Key::Del});
     key(Key::F(2), kCtrl);
+    editor->paletteClick(19, 0);
     EXPECT_EQ(line(2), before);
     EXPECT_EQ(last(), 4);
     EXPECT_TRUE(host.titles.empty());
 
-    host.answers = {std::string("90")};
+    answer("90");
     key(K('T')); // line 2 is the tempo line: its dialog opens
-    ASSERT_EQ(host.titles, std::vector<std::string>{"Tempo"});
+    ASSERT_EQ(host.titles, Lines{"Tempo"});
     EXPECT_EQ(trimmed(2), "TEMPO90");
     EXPECT_DOUBLE_EQ(doc.InitialTempo, 90);
 
-    key(Key::Left); // stops at line 2
     key(Key::Left);
-    EXPECT_EQ(current(), 2);
+    EXPECT_EQ(moved(Key::Left), 2); // stops at line 2
     EXPECT_EQ(editor->KeyOutcome, -4);
 }
 
 TEST_F(KeyDispatch, RightStopsAtTheLastLineAndEndSkipsUndrawnLines) {
     load({"13  8    ", "23  8    "});
     key(Key::End);
-    EXPECT_EQ(current(), 5);
-    key(Key::Right);
-    EXPECT_EQ(current(), 5);
+    EXPECT_EQ(moved(Key::Right), 5);
     EXPECT_EQ(editor->KeyOutcome, -4);
     // Lines that drew nothing: End walks back, never past line 4.
-    for (int i = 4; i <= 5; ++i)
-        editor->LineX[static_cast<std::size_t>(i)] = -1;
-    key(Key::End);
-    EXPECT_EQ(current(), 4);
+    editor->LineX[4] = editor->LineX[5] = -1;
+    EXPECT_EQ(moved(Key::End), 4);
 }
 
 TEST_F(KeyDispatch, MovingDiscardsThePenAndResynchronises) {
     load({"13  8    ", "23  8    "});
-    key(Key::Digit(6));
-    EXPECT_EQ(penTrimmed(), "63  8");
+    EXPECT_EQ(typed(Key::Digit(6)), "63  8");
     key(Key::Right);
-    key(Key::Left);
-    EXPECT_EQ(penTrimmed(), "13  8");
+    EXPECT_EQ(typed(Key::Left), "13  8");
     EXPECT_EQ(trimmed(4), "13  8");
     EXPECT_EQ(editor->RCDTxt, line(4));
     EXPECT_EQ(editor->KeyOutcome, -1);
@@ -58,23 +50,18 @@ TEST_F(KeyDispatch, MovingDiscardsThePenAndResynchronises) {
 
 TEST_F(KeyDispatch, RowMovesFindTheLineStraightAboveOrBelow) {
     // Nineteen symbols a row in the plain layout: line 4 and line 23 share an x.
-    load(std::vector<std::string>(38, "13  8    "));
-    key(Key::Down, kShift);
-    EXPECT_EQ(current(), 23);
-    key(Key::Down, kCtrl);
-    EXPECT_EQ(current(), 40); // no third row: stops at LastLine - 1
-    key(Key::Home, kShift);
-    EXPECT_EQ(current(), 2);
-    for (int i = 0; i < 25; ++i)
-        key(Key::Right);
+    load(Lines(38, "13  8    "));
+    EXPECT_EQ(moved(Key::Down, kShift), 23);
+    EXPECT_EQ(moved(Key::Down, kCtrl), 40); // no third row: stops at LastLine - 1
+    EXPECT_EQ(moved(Key::Home, kShift), 2);
+    repeat(25, Key::Right);
     EXPECT_EQ(current(), 27);
-    key(Key::Up, kShift); // x 17: line 9 at x 20 is the first within 3 units
-    EXPECT_EQ(current(), 9);
+    EXPECT_EQ(moved(Key::Up, kShift), 9); // x 17: line 9 at x 20 is the first within 3 units
 }
 
 TEST_F(KeyDispatch, CtrlShiftIsPlainInTheEditorAndIgnoredInTheViewer) {
     load({"13  8    ", "23  8    "});
-    host.answers = {std::string("100")};
+    answer("100");
     key(K('T'), kShift | kCtrl); // plain T: a tempo line with its dialog
     EXPECT_EQ(trimmed(4), "TEMPO100");
     EXPECT_EQ(last(), 6);
@@ -94,11 +81,10 @@ TEST_F(KeyDispatch, CtrlShiftIsPlainInTheEditorAndIgnoredInTheViewer) {
 TEST_F(KeyDispatch, UnlistedKeysCostNothing) {
     load({"13  8    ", "23  8    "});
     const int runs = editor->LineStateRuns;
-    key(Key::Digit(5), kShift); // listed but leaves IndexStale clear
     key(K('Q'));
-    key(K('J'), kCtrl);
+    ctrl('J');
+    EXPECT_EQ(typed(Key::Digit(5), kShift), "13  6"); // listed but leaves IndexStale clear
     EXPECT_EQ(editor->LineStateRuns, runs);
-    EXPECT_EQ(penTrimmed(), "13  6");
     key(Key::Right); // movement marks the index stale
     EXPECT_EQ(editor->LineStateRuns, runs + 1);
 }
@@ -111,9 +97,8 @@ TEST_F(KeyDispatch, EnteringTheEditorClampsTheCursorAndBlanksBeams) {
     editor->editorClick();
     EXPECT_EQ(current(), 4);
     EXPECT_EQ(line(4).substr(0, 9), "13  8    ");
-    EXPECT_EQ(trimmed(5), "TEMPO 80C");
-    EXPECT_EQ(trimmed(6), "L-word C");
-    EXPECT_EQ(line(1).substr(0, 8), "      KG"); // the key signature's Si stays
+    EXPECT_EQ(trimmed(5, 6), (Lines{"TEMPO 80C", "L-word C"}));
+    EXPECT_EQ(keySignature(), "      KG"); // the key signature's Si stays
 }
 
 } // namespace tahrir::edit::test

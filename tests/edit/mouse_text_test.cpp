@@ -6,8 +6,10 @@ namespace tahrir::edit::test {
 
 using MouseText = EditorTest;
 
+const Lines kFour = {"13  8", "23  8", "33  8", "43  8"};
+
 TEST_F(MouseText, ClicksMoveTheCursorAndShiftClicksExtendASelection) {
-    load({"13  8", "23  8", "33  8", "43  8"});
+    load(kFour);
     editor->labelMouseDown(6, 1, kShift); // no selection yet: nothing
     EXPECT_EQ(current(), 4);
     EXPECT_EQ(editor->SelEnd, 0);
@@ -17,10 +19,9 @@ TEST_F(MouseText, ClicksMoveTheCursorAndShiftClicksExtendASelection) {
     EXPECT_EQ(penTrimmed(), "33  8");
     EXPECT_EQ(editor->labels[0].left, editor->labels[6].left);
 
-    key(K('A'), kCtrl);
+    ctrl('A');
     editor->labelMouseDown(5, 1, kShift); // the other end of the selection
-    EXPECT_EQ(editor->SelStart, 4);
-    EXPECT_EQ(editor->SelEnd, 5);
+    EXPECT_EQ(sel(), Pair(4, 5));
     EXPECT_EQ(editor->labels[5].colour, ColourBlue);
     EXPECT_EQ(editor->labels[6].colour, ColourBlack);
     EXPECT_EQ(current(), 6);
@@ -36,11 +37,11 @@ TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
     ASSERT_LT(editor->LineX[1], 0); // the header line draws no symbol
     editor->labelMouseDown(1, 1, 0);
     editor->labelClick(1);
-    EXPECT_EQ(current(), 4); // the cursor never stands on line 1
+    EXPECT_EQ(current(), 4);         // the cursor never stands on line 1
     editor->labelMouseDown(9, 1, 0); // beyond the last line
     EXPECT_EQ(current(), 4);
 
-    key(K('A'), kCtrl);
+    ctrl('A');
     editor->labelMouseDown(1, 1, kShift);
     EXPECT_EQ(editor->SelEnd, 6); // the selection keeps its end
     editor->labelMouseDown(5, 1, 0);
@@ -48,12 +49,11 @@ TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
 }
 
 TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
-    load({"13  8", "23  8", "33  8", "43  8"});
+    load(kFour);
     editor->picMouseDown(-50, -50);
     editor->picMouseMove(-40, -40, true);
     editor->picMouseUp();
-    EXPECT_EQ(editor->SelStart, 0);
-    EXPECT_EQ(editor->SelEnd, 0);
+    EXPECT_EQ(sel(), Pair(0, 0));
     EXPECT_FALSE(editor->lit.test(68));
 
     // Drawn from the right to the left: the band still spans both labels.
@@ -64,15 +64,13 @@ TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
     EXPECT_TRUE(editor->band.visible);
     editor->picMouseUp();
     EXPECT_FALSE(editor->band.visible);
-    EXPECT_EQ(editor->SelStart, 5);
-    EXPECT_EQ(editor->SelEnd, 6);
+    EXPECT_EQ(sel(), Pair(5, 6));
     EXPECT_TRUE(editor->lit.test(68));
     EXPECT_TRUE(editor->lit.test(69));
 
     editor->picMouseDown(a.left, a.top); // line 4 alone: an empty selection in effect
     editor->picMouseUp();
-    EXPECT_EQ(editor->SelStart, 5);
-    EXPECT_EQ(editor->SelEnd, 4);
+    EXPECT_EQ(sel(), Pair(5, 4));
     key(Key::Del);
     EXPECT_EQ(last(), 7);
 }
@@ -82,7 +80,7 @@ TEST_F(MouseText, TextToolBuildsOneLineFromItsBox) {
     EXPECT_TRUE(editor->textFrame.visible);
     EXPECT_EQ(editor->textFrame.text, "Title");
     EXPECT_EQ(editor->textFrame.option, 0);
-    EXPECT_EQ(editor->labels[0].caption, "(Title     )");
+    EXPECT_EQ(caption(), "(Title     )");
     key(K('E'));
     EXPECT_EQ(editor->focus, Focus::TextBox);
 
@@ -118,15 +116,10 @@ TEST_F(MouseText, CommandToolFillsItsListAndAsksForAFont) {
 
 TEST_F(MouseText, ShiftFunctionKeysInsertTextAndBarLines) {
     load({"13  8"});
-    key(Key::F(7), kShift);
-    EXPECT_EQ(trimmed(4), "03 -1");
-    key(Key::F(4), kShift);
-    EXPECT_EQ(trimmed(5), "LC");
-    key(Key::F(2), kShift);
-    EXPECT_EQ(trimmed(6), "L^Ms=1");
-    key(Key::F(8), kShift); // 6000 / (60 x 1 x 8)
-    EXPECT_EQ(trimmed(7), "LvT=12");
-    key(Key::F(1), kShift);
+    // F8's speed cue is 6000 / (60 x 1 x 8); F1 inserts nothing.
+    for (int f : {7, 4, 2, 8, 1})
+        key(Key::F(f), kShift);
+    EXPECT_EQ(trimmed(4, 7), (Lines{"03 -1", "LC", "L^Ms=1", "LvT=12"}));
     EXPECT_EQ(last(), 8);
 }
 
