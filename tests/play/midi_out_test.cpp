@@ -32,9 +32,13 @@ TEST(MidiMessages, UnpackGivesWireBytesByStatus) {
     EXPECT_EQ(Unpack(0x003C8293u).bytes[1], 0x02); // data bytes never carry bit 7
 }
 
-TEST(MidiOut, StartUpSendsTheOddResetWords) {
+class MidiOutTest : public ::testing::Test {
+protected:
     RecordingSink sink;
-    MidiOut midi(&sink);
+    MidiOut midi{&sink};
+};
+
+TEST_F(MidiOutTest, StartUpSendsTheOddResetWords) {
     midi.StartUp();
     const std::vector<std::uint32_t> expected = {0x000000EC, 0x000020EC, 0x000048FC,
                                                  0x000000B1, 0x000020B1, 0x000006C1};
@@ -42,9 +46,7 @@ TEST(MidiOut, StartUpSendsTheOddResetWords) {
     EXPECT_EQ(midi.MidiLastMessage, 0x000006C1u);
 }
 
-TEST(MidiOut, PrepareChannelsProgramsFiveVoicesThenThreeBends) {
-    RecordingSink sink;
-    MidiOut midi(&sink);
+TEST_F(MidiOutTest, PrepareChannelsProgramsFiveVoicesThenThreeBends) {
     midi.setProgramIndex(6); // Flute, program 73
     midi.PrepareChannels();
     std::vector<std::uint32_t> expected;
@@ -65,9 +67,7 @@ TEST(MidiOut, PrepareChannelsProgramsFiveVoicesThenThreeBends) {
     EXPECT_EQ(sink.messages(), (std::vector<std::uint32_t>{0x000021B6, 0x000073C6}));
 }
 
-TEST(MidiOut, SlidersRetuneAtOnceWithinTheirRanges) {
-    RecordingSink sink;
-    MidiOut midi(&sink);
+TEST_F(MidiOutTest, SlidersRetuneAtOnceWithinTheirRanges) {
     midi.setSoriBend(0); // sori on the natural pitch
     midi.setKoronBend(-40);
     midi.setSoriBend(99);
@@ -75,9 +75,7 @@ TEST(MidiOut, SlidersRetuneAtOnceWithinTheirRanges) {
     EXPECT_EQ(midi.koronBend(), -32);
 }
 
-TEST(MidiOut, NotesPassOnlyThroughTheGates) {
-    RecordingSink sink;
-    MidiOut midi(&sink);
+TEST_F(MidiOutTest, NotesPassOnlyThroughTheGates) {
     midi.MidiNoteOn(60, 60, 3); // no instrument chosen yet
     midi.AllNotesOff();
     EXPECT_TRUE(sink.entries().empty());

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "play/note_player.h"
 #include "play_test_util.h"
 
@@ -87,21 +89,20 @@ TEST_F(NotePlayerTest, NewNoteStartsBeforeOldStopsAndRepeatsAreNotStopped) {
 TEST_F(NotePlayerTest, AccentRaisesVelocityHalfAndPedalHoldsEveryNote) {
     // Velocity is 90 - VolScr; an accent takes it half again, held at 127, halves rounding
     // to the even neighbour (63 * 1.5 = 94.5 gives 94, 61 * 1.5 = 91.5 gives 92).
-    const struct {
-        int volScr;
-        const char* mark;
-        int velocity;
-    } rows[] = {{30, "AC", 90}, {0, "AC", 127}, {0, "  ", 90}, {27, "AC", 94}, {29, "AC", 92}};
-    controls.Pedal = true; // neither the next note nor a rest stops a note
+    // With the pedal down neither the next note nor a rest stops a note.
+    using Row = std::tuple<int, const char*, int>; // VolScr, mark, velocity
+    controls.Pedal = true;
     int step = 1;
-    for (const auto& row : rows) {
+    for (const auto& [volScr, mark, velocity] :
+         {Row{30, "AC", 90}, Row{0, "AC", 127}, Row{0, "  ", 90}, Row{27, "AC", 94},
+          Row{29, "AC", 92}}) {
         sink.clear();
-        controls.VolScr = row.volScr;
-        line(step++, 3, 8, ' ', row.mark);
+        controls.VolScr = volScr;
+        line(step++, 3, 8, ' ', mark);
         line(0, 3, 8);
         const auto events = NoteEvents(sink);
         ASSERT_EQ(events.size(), 1u) << step;
-        EXPECT_EQ(events[0].velocity, row.velocity) << step;
+        EXPECT_EQ(events[0].velocity, velocity) << step;
     }
 }
 

@@ -19,27 +19,26 @@ class LockedSink : public MidiSink {
 public:
     void send(std::uint32_t message, double seconds) override {
         std::lock_guard lock(m_mutex);
-        m_messages.push_back(message);
-        m_times.push_back(seconds);
+        m_sink.send(message, seconds);
     }
+    RecordingSink copy() {
+        std::lock_guard lock(m_mutex);
+        return m_sink;
+    }
+    std::vector<std::uint32_t> messages() { return copy().messages(); }
     // Run times of every copy of `message`.
     std::vector<double> timesOf(std::uint32_t message) {
-        std::lock_guard lock(m_mutex);
+        const RecordingSink all = copy();
         std::vector<double> out;
-        for (std::size_t i = 0; i < m_messages.size(); ++i)
-            if (m_messages[i] == message) out.push_back(m_times[i]);
+        for (const auto& e : all.entries())
+            if (e.message == message) out.push_back(e.seconds);
         return out;
-    }
-    std::vector<std::uint32_t> messages() {
-        std::lock_guard lock(m_mutex);
-        return m_messages;
     }
     bool contains(std::uint32_t message) { return !timesOf(message).empty(); }
 
 private:
     std::mutex m_mutex;
-    std::vector<std::uint32_t> m_messages;
-    std::vector<double> m_times;
+    RecordingSink m_sink;
 };
 
 // Polls `done` for up to two seconds.

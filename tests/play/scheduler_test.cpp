@@ -51,13 +51,11 @@ TEST_F(WalkTest, RunPreparesChannelsAndEndsWithAllNotesOff) {
     keys(Plain("4/4", {N(1, 8)}));
     const auto m = sink.messages();
     // Controller 33 and Flute on channels 1..5, three bends, then the count-in channel.
-    EXPECT_EQ(m[0], PackControlChange(33, 0, 1));
-    EXPECT_EQ(m[1], PackProgramChange(73, 1));
-    EXPECT_EQ(m[12], 0x005000E4u);
-    EXPECT_EQ(m[13], PackControlChange(33, 0, 6));
-    EXPECT_EQ(m[14], PackProgramChange(115, 6));
-    EXPECT_EQ(m[15], PackNoteOn(60, 60, 3));
-    EXPECT_EQ(m[16], PackNoteOff(60, 3)); // the closing rest of one 32nd
+    EXPECT_EQ(std::vector(m.begin(), m.begin() + 2),
+              (std::vector{PackControlChange(33, 0, 1), PackProgramChange(73, 1)}));
+    EXPECT_EQ(std::vector(m.begin() + 12, m.begin() + 17),
+              (std::vector{0x005000E4u, PackControlChange(33, 0, 6), PackProgramChange(115, 6),
+                           PackNoteOn(60, 60, 3), PackNoteOff(60, 3)})); // closing 32nd rest
     EXPECT_EQ(m.size(), 17u + 640u);
     EXPECT_EQ(m.back(), PackNoteOff(127, 5));
     EXPECT_DOUBLE_EQ(seconds, 1.0); // the closing rest is not waited for

@@ -41,36 +41,23 @@ Audio ReadLeft(const std::filesystem::path& file) {
 // Fundamental frequency by YIN: cumulative-mean-normalised difference, first dip below 0.1,
 // refined by a parabola through its neighbours.
 double YinPitch(const std::vector<float>& x, std::size_t from, std::size_t length, int rate) {
-    const int minLag = rate / 1500;
-    const int maxLag = rate / 80;
-    std::vector<double> d(static_cast<std::size_t>(maxLag + 2), 0.0);
-    for (int lag = 1; lag <= maxLag + 1; ++lag) {
-        double sum = 0;
-        for (std::size_t i = from; i < from + length; ++i) {
-            const double diff = x[i] - x[i + static_cast<std::size_t>(lag)];
-            sum += diff * diff;
-        }
-        d[static_cast<std::size_t>(lag)] = sum;
-    }
-    std::vector<double> cmnd(d.size(), 1.0);
+    std::vector<double> cmnd(static_cast<std::size_t>(rate / 80 + 2), 1.0);
     double running = 0;
-    for (std::size_t lag = 1; lag < d.size(); ++lag) {
-        running += d[lag];
-        cmnd[lag] = running > 0 ? d[lag] * static_cast<double>(lag) / running : 1.0;
+    for (std::size_t lag = 1; lag < cmnd.size(); ++lag) {
+        double d = 0;
+        for (std::size_t i = from; i < from + length; ++i)
+            d += std::pow(static_cast<double>(x[i]) - x[i + lag], 2);
+        running += d;
+        cmnd[lag] = running > 0 ? d * static_cast<double>(lag) / running : 1.0;
     }
-    std::size_t best = 0;
-    for (std::size_t lag = static_cast<std::size_t>(minLag); lag + 1 < cmnd.size(); ++lag) {
-        if (cmnd[lag] < 0.1) {
-            while (lag + 1 < cmnd.size() && cmnd[lag + 1] < cmnd[lag])
-                ++lag;
-            best = lag;
-            break;
-        }
+    for (auto lag = static_cast<std::size_t>(rate / 1500); lag + 1 < cmnd.size(); ++lag) {
+        if (cmnd[lag] >= 0.1) continue;
+        while (lag + 2 < cmnd.size() && cmnd[lag + 1] < cmnd[lag])
+            ++lag;
+        const double a = cmnd[lag - 1], b = cmnd[lag], c = cmnd[lag + 1];
+        return rate / (static_cast<double>(lag) + (a - c) / (2 * (a - 2 * b + c)));
     }
-    if (best == 0) return 0;
-    const double a = cmnd[best - 1], b = cmnd[best], c = cmnd[best + 1];
-    const double shift = (a - c) / (2 * (a - 2 * b + c));
-    return rate / (static_cast<double>(best) + shift);
+    return 0;
 }
 
 double Cents(double f, double reference) {
