@@ -32,11 +32,8 @@ inline CliRun RunCli(const TempFolder& folder, const std::vector<std::string>& a
     command += " >" + ShellQuote((folder / "stdout").string());
     command += " 2>" + ShellQuote((folder / "stderr").string());
     const int status = std::system(command.c_str());
-    CliRun run;
-    run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.out = ReadBytes(folder / "stdout");
-    run.err = ReadBytes(folder / "stderr");
-    return run;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadBytes(folder / "stdout"),
+            ReadBytes(folder / "stderr")};
 }
 
 } // namespace tahrir::test

@@ -46,7 +46,7 @@ TEST(AppFolder, ChoiceOrder) {
     EXPECT_EQ(ChooseAppFolder(std::string()), "/home/u/.local/share/tahrir");
 }
 
-TEST(AppFolder, ShippedDataIsFoundFromTheExecutable) {
+TEST(AppFolder, ShippedDataIsFoundFromTheExecutableAndSeeded) {
     TempFolder folder;
     // Build tree: <build>/src/cli/tahrir-cli with <build>/data.
     MakeShipped(folder / "build/data");
@@ -58,10 +58,7 @@ TEST(AppFolder, ShippedDataIsFoundFromTheExecutable) {
     EXPECT_EQ(ShippedDataFolderFor(folder / "elsewhere/bin/tahrir"), std::filesystem::path());
     // The test binary itself runs in the build tree, beside the linked data.
     EXPECT_TRUE(std::filesystem::exists(ShippedDataFolder() / "fonts" / "bravura.otf"));
-}
-
-TEST(AppFolder, SeedingCopiesOnlyWhatIsMissing) {
-    TempFolder folder;
+    // Seeding a data folder copies only what is missing.
     MakeShipped(folder / "shipped");
     const auto app = folder / "user" / "tahrir";
     ASSERT_EQ(SeedAppFolder(app, folder / "shipped"), "");
