@@ -18,7 +18,6 @@
 #include "ui/palette_panel.h"
 #include "ui/playback.h"
 #include "ui/score_view.h"
-#include "ui/text_frames.h"
 #include "ui_test_support.h"
 
 namespace tahrir::ui::test {
