@@ -26,7 +26,7 @@ protected:
 };
 } // namespace
 
-TEST_F(Cli, LinesPlainOutputOneLinePerIndex) {
+TEST_F(Cli, LinesPlainAndJsonReports) {
     const CliRun lines = run({"lines", at("s.srv")});
     ASSERT_EQ(lines.code, 0) << lines.err;
     const std::string& out = lines.out;
@@ -38,9 +38,6 @@ TEST_F(Cli, LinesPlainOutputOneLinePerIndex) {
     EXPECT_EQ(std::filesystem::file_size(folder / "app" / "tmp.ctz"),
               tahrir::core::PageStore::FileBytes);
     EXPECT_TRUE(std::filesystem::exists(folder / "app" / "RecentList.TXT"));
-}
-
-TEST_F(Cli, LinesJsonReport) {
     const CliRun report = run({"lines", at("s.srv"), "--json"});
     ASSERT_EQ(report.code, 0) << report.err;
     const std::string& j = report.out;

@@ -141,29 +141,27 @@ TEST(RhythmPass, CommonFiguresGroupByTheBeat) {
         EXPECT_EQ(Beamed(rhythm, durations), codes) << rhythm << " from " << durations[0];
 }
 
-TEST(RhythmPass, GroupsStopAtRestsBarlinesGraceNotesDirectivesAndLastLine) {
-    ScoreSheet sheet = MakeSheet("2/4", {Note(4), "03  4    ", Note(4), "03 -1", Note(2), Note(2),
-                                         "14 -1", Note(2), Note(2), "TEMPO 90", Note(4), Note(4)});
-    RhythmPass(sheet);
-    // The barline restarts the count, so the 16ths after it are at the start of a beat.
-    EXPECT_EQ(Codes(sheet), "    Cc Cc|Cc");
+TEST(RhythmPass, GroupsStopAtRestsBarlinesGraceNotesDirectivesAndTuplets) {
+    // The barline restarts the count, so the 16ths after it start a beat. Three eighths
+    // marked "L3" fill one beat of 2/4; a tuplet never joins a group begun before it.
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{Note(4), "03  4    ", Note(4), "03 -1", Note(2), Note(2), "14 -1", Note(2), Note(2),
+          "TEMPO 90", Note(4), Note(4)},
+         "    Cc Cc|Cc"},
+        {{Note(4, "L3"), Note(4), Note(4), Note(4), Note(4)}, "CCcCc"},
+        {{Note(2), Note(2, "L3"), Note(2), Note(2), Note(4)}, " CCc "},
+    };
+    for (const auto& [music, codes] : cases) {
+        ScoreSheet sheet = MakeSheet("2/4", music);
+        RhythmPass(sheet);
+        EXPECT_EQ(Codes(sheet), codes);
+    }
     // Lines behind LastLine are stale: the look-ahead never reads them.
     ScoreSheet cut = NoteSheet("2/4", {2, 2, 2, 2});
     cut.LastLine = 6;
     RhythmPass(cut);
     EXPECT_EQ(Codes(cut), "CCc");
     EXPECT_EQ(cut[7].text(), Note(2));
-}
-
-TEST(RhythmPass, TupletTakesTheTimeOfItsLastNotes) {
-    // Three eighths marked "L3" fill one beat of 2/4; the next two eighths fill the other.
-    ScoreSheet sheet = MakeSheet("2/4", {Note(4, "L3"), Note(4), Note(4), Note(4), Note(4)});
-    RhythmPass(sheet);
-    EXPECT_EQ(Codes(sheet), "CCcCc");
-    // A tuplet is never part of a group that begins before it.
-    ScoreSheet before = MakeSheet("2/4", {Note(2), Note(2, "L3"), Note(2), Note(2), Note(4)});
-    RhythmPass(before);
-    EXPECT_EQ(Codes(before), " CCc ") << "16th alone, the triplet, then an eighth alone";
 }
 
 TEST(RhythmPass, StoredCodesAreBlankedAndOtherColumnsKept) {
