@@ -85,14 +85,10 @@ protected:
         return current();
     }
     void answer(const char* a) { host.answers = {std::string(a)}; }
-    // Commits n notes, each with a pitch key and Enter.
-    void enterNotes(int n) {
+    // n notes committed on "13  8" are undone to the score as opened, then redone.
+    void undoAndRedoAll(int n) {
         for (int i = 0; i < n; ++i)
             keys({Key::Digit(1 + i % 7), Key::Enter});
-    }
-    // n committed notes on "13  8" are undone to the score as opened, then redone.
-    void undoAndRedoAll(int n) {
-        enterNotes(n);
         ASSERT_EQ(doc.UndoIndex, n + 1);
         ASSERT_EQ(last(), n + 4);
         const std::string middle = line(60);

@@ -4,27 +4,30 @@
 
 namespace tahrir::edit::test {
 
-using MouseText = EditorTest;
+class MouseText : public EditorTest {
+protected:
+    // A left press on a line's label, then the cursor line.
+    int clicked(int line, int shift = 0) {
+        editor->labelMouseDown(line, 1, shift);
+        return current();
+    }
+};
 
 const Lines kFour = {"13  8", "23  8", "33  8", "43  8"};
 
 TEST_F(MouseText, ClicksMoveTheCursorAndShiftClicksExtendASelection) {
     load(kFour);
-    editor->labelMouseDown(6, 1, kShift); // no selection yet: nothing
-    EXPECT_EQ(current(), 4);
+    EXPECT_EQ(clicked(6, kShift), 4); // no selection yet: nothing
     EXPECT_EQ(editor->SelEnd, 0);
-
-    editor->labelMouseDown(6, 1, 0);
-    EXPECT_EQ(current(), 6);
+    EXPECT_EQ(clicked(6), 6);
     EXPECT_EQ(penTrimmed(), "33  8");
     EXPECT_EQ(editor->labels[0].left, editor->labels[6].left);
 
     ctrl('A');
-    editor->labelMouseDown(5, 1, kShift); // the other end of the selection
+    EXPECT_EQ(clicked(5, kShift), 6); // the other end of the selection
     EXPECT_EQ(sel(), Pair(4, 5));
     EXPECT_EQ(editor->labels[5].colour, ColourBlue);
     EXPECT_EQ(editor->labels[6].colour, ColourBlack);
-    EXPECT_EQ(current(), 6);
 
     editor->labelClick(7);
     EXPECT_EQ(current(), 7);
@@ -37,15 +40,12 @@ TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
     ASSERT_LT(editor->LineX[1], 0); // the header line draws no symbol
     editor->labelMouseDown(1, 1, 0);
     editor->labelClick(1);
-    EXPECT_EQ(current(), 4);         // the cursor never stands on line 1
-    editor->labelMouseDown(9, 1, 0); // beyond the last line
-    EXPECT_EQ(current(), 4);
-
+    EXPECT_EQ(current(), 4);  // the cursor never stands on line 1
+    EXPECT_EQ(clicked(9), 4); // beyond the last line
     ctrl('A');
     editor->labelMouseDown(1, 1, kShift);
     EXPECT_EQ(editor->SelEnd, 6); // the selection keeps its end
-    editor->labelMouseDown(5, 1, 0);
-    EXPECT_EQ(current(), 5);
+    EXPECT_EQ(clicked(5), 5);
 }
 
 TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
