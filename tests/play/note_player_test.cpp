@@ -142,57 +142,58 @@ TEST_F(NotePlayerTest, EventLogPutsRestsInFrontOfTheNextNote) {
     EXPECT_EQ(FormatLogNumber(0.125), "0.125");
 }
 
-TEST_F(NotePlayerTest, FixedExpansionsKeepTheirFractions) {
-    line(3, 3, 8, ' ', "D "); // dorrab 0.14, 0.14, 0.78: runs 6% long
-    line(1, 3, 8);
-    auto t = OnTimes(sink);
-    ASSERT_EQ(t.size(), 4u);
-    EXPECT_NEAR(t[1], 0.14, 1e-9);
-    EXPECT_NEAR(t[2], 0.28, 1e-9);
-    EXPECT_NEAR(t[3], 1.06, 1e-9);
-
-    restart();
-    line(3, 3, 8, ' ', "M "); // mordent with the upper neighbour
-    line(3, 3, 8, ' ', ". "); // staccato: half sounds, half is silence
-    line(1, 3, 8);
-    EXPECT_EQ(NoteOns(sink), (Ons{{64, 3}, {65, 3}, {64, 3}, {64, 3}, {60, 3}}));
-    t = OnTimes(sink);
-    EXPECT_NEAR(t[3], 1.06, 1e-9);
-    EXPECT_NEAR(t[4], 2.06, 1e-9);
-    const auto events = NoteEvents(sink);
-    EXPECT_NEAR(events[events.size() - 2].seconds, 1.56, 1e-9); // staccato stops half way
-}
-
-TEST_F(NotePlayerTest, IntervalMordentPlaysTheLowerCompanion) {
-    line(5, 3, 8, ' ', "2M"); // Sol with Mi below
-    line(1, 3, 8);
-    EXPECT_EQ(NoteOns(sink), (Ons{{64, 3}, {67, 3}, {64, 3}, {60, 3}}));
-    EXPECT_NEAR(OnTimes(sink)[3], 0.98, 1e-9);
-    // Every first character from "1" to "K" makes the interval form, ":" included; its
-    // companion is step - Val(":M") = step - 0, the note itself.
-    sink.clear();
-    line(5, 3, 8, ' ', ":M");
-    EXPECT_EQ(NoteOns(sink), (Ons{{67, 3}, {67, 3}, {67, 3}}));
-    EXPECT_NEAR(OnTimes(sink)[2] - OnTimes(sink)[0], 0.2, 1e-9); // 0.1 and 0.1, then 0.78
-}
-
-TEST_F(NotePlayerTest, TrillAndRizFillFourFifthsOfTheNote) {
-    line(1, 3, 1, ' ', "TR"); // a 32nd: N = 0.5 is held at 1, unit 0.05 s
-    line(2, 3, 8);
-    EXPECT_EQ(NoteOns(sink), (Ons{{60, 3}, {62, 3}, {62, 3}}));
-    EXPECT_NEAR(OnTimes(sink)[1], 0.05, 1e-9);
-    EXPECT_NEAR(OnTimes(sink)[2], 0.1, 1e-9);
-
+TEST_F(NotePlayerTest, OrnamentsSpreadTheirNotesOverTheWrittenTime) {
+    // Dorrab and mordent take 0.14, 0.14, 0.78 (6% long), the interval mordent 0.1, 0.1,
+    // 0.78; a trill fills 0.8 of the note in rounds of two strokes.
+    // Each row: the ornament on one note, then Do; the keys and times of the note ons.
+    const struct {
+        const char* mark;
+        int step, duration;
+        std::vector<int> keys;
+        std::vector<double> times;
+    } rows[] = {
+        {"D ", 3, 8, {64, 64, 64, 60}, {0, 0.14, 0.28, 1.06}}, // dorrab
+        {"M ", 3, 8, {64, 65, 64, 60}, {0, 0.14, 0.28, 1.06}}, // with the upper neighbour
+        {"2M", 5, 8, {64, 67, 64, 60}, {0, 0.1, 0.2, 0.98}},   // Sol with Mi below
+        // Every first character from "1" to "K" makes the interval form, ":" included; its
+        // companion is step - Val(":M") = step - 0, the note itself.
+        {":M", 5, 8, {67, 67, 67, 60}, {0, 0.1, 0.2, 0.98}},
+        {"TR", 1, 1, {60, 62, 60}, {0, 0.05, 0.1}}, // a 32nd: N = 0.5 is held at 1
+    };
+    for (const auto& row : rows) {
+        restart();
+        line(row.step, 3, row.duration, ' ', row.mark);
+        line(1, 3, 8);
+        Ons ons;
+        for (int key : row.keys)
+            ons.emplace_back(key, 3);
+        EXPECT_EQ(NoteOns(sink), ons) << row.mark;
+        const auto t = OnTimes(sink);
+        ASSERT_EQ(t.size(), row.times.size()) << row.mark;
+        for (std::size_t i = 0; i < t.size(); ++i)
+            EXPECT_NEAR(t[i], row.times[i], 1e-9) << row.mark << " note " << i;
+    }
+    // Trill with the flat of the next step, then riz: four rounds of two 0.1 s strokes each.
     restart();
     state.KeySignature[7] = 'B';
-    line(6, 3, 8, ' ', "TB"); // trill with the flat of the next step
-    line(6, 3, 8, ' ', "T "); // riz: four rounds of two 0.1 s strokes
+    line(6, 3, 8, ' ', "TB");
+    line(6, 3, 8, ' ', "T ");
     line(1, 3, 8);
-    const auto ons = NoteOns(sink);
-    ASSERT_EQ(ons.size(), 17u);
-    EXPECT_EQ(ons[1], std::make_pair(70, 3));
-    EXPECT_NEAR(OnTimes(sink)[8], 0.8, 1e-9);
-    EXPECT_NEAR(OnTimes(sink)[16], 1.6, 1e-9);
+    Ons ons;
+    for (int i = 0; i < 16; ++i)
+        ons.emplace_back(i < 8 && i % 2 ? 70 : 69, 3);
+    ons.emplace_back(60, 3);
+    EXPECT_EQ(NoteOns(sink), ons);
+    const auto t = OnTimes(sink);
+    for (std::size_t i = 0; i < t.size(); ++i)
+        EXPECT_NEAR(t[i], 0.1 * static_cast<double>(i), 1e-9) << i;
+    // Staccato: half sounds, half is silence.
+    restart();
+    line(3, 3, 8, ' ', ". ");
+    line(1, 3, 8);
+    EXPECT_EQ(
+        NoteEvents(sink),
+        (std::vector<NoteEvent>{{0, 'N', 64, 3, 60}, {0.5, 'F', 64, 3, 0}, {1, 'N', 60, 3, 60}}));
 }
 
 TEST_F(NotePlayerTest, TwoNotesTogetherLogBothAtOnce) {

@@ -18,24 +18,18 @@ using testing::Note;
 using testing::Rest;
 using testing::Sheet;
 
-// The left channel of a WAV file, with its sample rate.
-struct Audio {
-    std::vector<float> samples;
-    int rate = 0;
-};
-
-Audio ReadLeft(const std::filesystem::path& file) {
+// The left channel of a 44.1 kHz WAV file.
+std::vector<float> ReadLeft(const std::filesystem::path& file) {
     SF_INFO info{};
     SNDFILE* f = sf_open(file.string().c_str(), SFM_READ, &info);
-    Audio audio;
-    if (!f) return audio;
-    std::vector<float> frames(static_cast<std::size_t>(info.frames * info.channels));
+    if (!f) return {};
+    EXPECT_EQ(info.samplerate, 44100);
+    std::vector<float> frames(static_cast<std::size_t>(info.frames * info.channels)), left;
     sf_readf_float(f, frames.data(), info.frames);
     sf_close(f);
-    audio.rate = info.samplerate;
     for (std::size_t i = 0; i < frames.size(); i += static_cast<std::size_t>(info.channels))
-        audio.samples.push_back(frames[i]);
-    return audio;
+        left.push_back(frames[i]);
+    return left;
 }
 
 // Fundamental frequency by YIN: cumulative-mean-normalised difference, first dip below 0.1,
@@ -82,15 +76,13 @@ std::vector<double> RenderLa(const std::filesystem::path& wav, int soriBend) {
         player.playVirtual(sheet, {});
     }
     EXPECT_TRUE(synth->finish(0.5));
-    const Audio audio = ReadLeft(wav);
-    EXPECT_EQ(audio.rate, 44100);
+    const auto samples = ReadLeft(wav);
     std::vector<double> pitches;
     for (int i = 0; i < 3; ++i) {
-        // The middle of each note: from 0.35 s to 0.65 s after its start every 1.5 s.
-        const auto from = static_cast<std::size_t>((i * 1.5 + 0.35) * audio.rate);
-        const auto length = static_cast<std::size_t>(0.1 * audio.rate);
-        if (from + length + 2000 > audio.samples.size()) return {};
-        pitches.push_back(YinPitch(audio.samples, from, length, audio.rate));
+        // 0.1 s from 0.35 s into each note; the notes start every 1.5 s.
+        const auto from = static_cast<std::size_t>((i * 1.5 + 0.35) * 44100);
+        if (from + 4410 + 2000 > samples.size()) return {};
+        pitches.push_back(YinPitch(samples, from, 4410, 44100));
     }
     return pitches;
 }

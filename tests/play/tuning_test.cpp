@@ -46,7 +46,7 @@ TEST(Tuning, ShippedFileLoadsWhole) {
     EXPECT_FALSE(LoadTuning("/nonexistent/Kookha.tun").opened);
 }
 
-TEST(Tuning, ApplyingAScaleRewritesLineOne) {
+TEST(Tuning, ApplyingAScaleOrTheDastgahBoxesRewritesLineOne) {
     core::ScoreSheet sheet;
     sheet.setLine(1, "       G              ");
     const TuningFile t = ParseTuning("\"Shur (Mi)\",\"   S   G\"\r\n");
@@ -55,6 +55,11 @@ TEST(Tuning, ApplyingAScaleRewritesLineOne) {
     EXPECT_EQ(sheet[1].text(), "       G              ");
     EXPECT_TRUE(ApplyScale(sheet, t, 0));
     EXPECT_EQ(sheet[1].text(), "   S   G  ");
+    EXPECT_EQ(DastgahRow('N'), DastgahRow(' ')); // a natural sign ticks the natural box
+    EXPECT_EQ(DastgahRow('x'), -1);
+    sheet.setLine(1, "  K    G  ");
+    SetStepLetters(sheet, {2, 2, 2, 1, 2, 3, 4});
+    EXPECT_EQ(sheet[1].text(), "   S KBG  ");
 }
 
 TEST(Tuning, ScaleMaskMovesEachStepToItsLetter) {
@@ -69,15 +74,6 @@ TEST(Tuning, ScaleMaskMovesEachStepToItsLetter) {
     };
     for (const auto& [letters, marked] : rows)
         EXPECT_EQ(Marked(BuildScaleMask(letters)), marked) << '"' << letters << '"';
-}
-
-TEST(Tuning, DastgahBoxesRewriteTheStepLetters) {
-    EXPECT_EQ(DastgahRow('N'), DastgahRow(' ')); // a natural sign ticks the natural box
-    EXPECT_EQ(DastgahRow('x'), -1);
-    core::ScoreSheet sheet;
-    sheet.setLine(1, "  K    G  ");
-    SetStepLetters(sheet, {2, 2, 2, 1, 2, 3, 4});
-    EXPECT_EQ(sheet[1].text(), "   S KBG  ");
 }
 
 TEST(Tuning, BaseFrequencyBendsMirrorTheMainPlan) {
