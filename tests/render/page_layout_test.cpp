@@ -108,7 +108,8 @@ TEST(Measures, ARepeatSignMovesTheLabelOfItsNumber) {
 TEST(Rows, SpacerBreaksFinalBarlineFitsAndManyRowsDoNotOverrun) {
     EXPECT_EQ(Lay(Body({"73 32", "73 32"})).positions.LinePosY[5], 26);
     EXPECT_EQ(Lay(Body({"73 32", "L  ", "73 32"})).positions.LinePosY[6], 26 + 14);
-    const auto finals = Find(Lay(Body({"73 32"}), 60), ItemKind::Glyph, "[");
+    const auto closed = Lay(Body({"73 32"}), 60);
+    const auto finals = Find(closed, ItemKind::Glyph, "[");
     ASSERT_EQ(finals.size(), 1u);
     EXPECT_LE(finals[0]->x, 60 - 0.9 + 0.3 + 1e-9); // inside the page
     // Two hundred rows and more do not overrun.
@@ -161,7 +162,8 @@ TEST(WorkingView, RowsEndAtNinetyPercent) {
 
 TEST(ControlLines, ValidValuesTakeEffectAndOthersAreIgnored) {
     const auto textSize = [](const std::string& control) {
-        const auto texts = Find(Lay(Body({control, "L_word"})), ItemKind::Text, "word");
+        const auto laid = Lay(Body({control, "L_word"}));
+        const auto texts = Find(laid, ItemKind::Text, "word");
         return texts.empty() ? -1.0 : texts[0]->size;
     };
     EXPECT_DOUBLE_EQ(textSize("LCTFS=2"), 1.0);

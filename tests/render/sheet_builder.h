@@ -56,6 +56,8 @@ inline std::vector<const DisplayItem*> Find(const LayoutResult& r, ItemKind kind
         if (it.kind == kind && (text.empty() || it.text == text)) out.push_back(&it);
     return out;
 }
+// The items point into the layout: a temporary one would leave them dangling.
+std::vector<const DisplayItem*> Find(LayoutResult&& r, ItemKind kind, const std::string& text = {}) = delete;
 
 inline long Strokes(const LayoutResult& r, WidthClass width) {
     return Count(r, [&](auto& it) { return it.kind == ItemKind::Stroke && it.width == width; });
