@@ -102,7 +102,8 @@ std::string UnscrambleLine(std::string_view line) {
             out[i] = static_cast<char>(static_cast<unsigned char>(((code % 256) + 256) % 256));
         }
     }
-    if (out.empty()) out = " ";
+    // An empty line reads as one blank (built fresh: GCC's -O3 flags the in-place form).
+    if (out.empty()) return std::string(1, ' ');
     return out;
 }
 
