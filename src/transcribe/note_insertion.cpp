@@ -68,7 +68,6 @@ public:
     InsertResult result;
 
 private:
-    int snap(int t);
     std::string text(const TimedNote* note, int length, bool tied) const;
 
     core::Document& m_doc;
@@ -77,25 +76,14 @@ private:
     double m_samplesPerTick;
 };
 
-// T snapped to an allowed length. What the last part of an element loses or gains goes
-// into the carry (not at a smallest note of 1, where every T is made exactly); a part cut
-// to 32 or to a listed length goes on as the tied remainder.
-int Inserter::snap(int t) {
+// T snapped to an allowed length: 32 for 32 or more, else the largest listed length not
+// above it, else the promoted length or 0.
+int SnapLength(int t, int minDuration) {
     if (t >= 32) return 32;
-    const SnapRow& row = RowFor(m_o.MinDuration);
-    int length = 0;
-    for (int l : row.lengths) {
-        if (l <= t) {
-            length = l;
-            break;
-        }
-    }
-    if (length == 0 && t >= row.promoteFrom) length = row.promoteTo;
-    if (length == 0 || length > t) {
-        if (m_o.MinDuration != 1)
-            InsertCarry += std::floor(0.5 + (t - length) * m_samplesPerTick);
-    }
-    return length;
+    const SnapRow& row = RowFor(minDuration);
+    for (int l : row.lengths)
+        if (l <= t) return l;
+    return t >= row.promoteFrom ? row.promoteTo : 0;
 }
 
 std::string Inserter::text(const TimedNote* note, int length, bool tied) const {
@@ -141,18 +129,26 @@ bool Inserter::insertLine(const std::string& text) {
 }
 
 // One rest (note null) or note from `from` to `to` in samples: its ticks, then its parts.
+// A part cut to a listed length goes on as the tied remainder; what the last part loses
+// or gains goes into the carry (never at a smallest note of 1, where every T is exact).
 bool Inserter::element(double from, double to, const TimedNote* note) {
     // More 32nds than the sheet can hold end at "Memory full!" all the same.
     const double ticks = std::min(8 * (m_o.tempo / 60) * (InsertCarry + to - from) / m_o.sampleRate,
                                   32.0 * (core::MaxLines + 1));
-    int t = static_cast<int>(std::floor(0.01 + ticks));
-    InsertCarry = (ticks - t) * m_samplesPerTick;
+    const int t0 = std::max(0, static_cast<int>(std::floor(0.01 + ticks)));
+    int t = t0;
+    InsertCarry = (ticks - t0) * m_samplesPerTick;
     while (t > 0) {
-        const int pending = t;
-        const int length = snap(t);
-        if (length <= 0) break;
-        if (!insertLine(text(note, length, pending > length))) return false;
-        t = pending - length;
+        const int length = SnapLength(t, m_o.MinDuration);
+        const int rest = t - length;
+        if (length == 0 || rest < 0) {
+            InsertCarry += std::floor(0.5 + rest * m_samplesPerTick);
+            if (length == 0) break;
+        }
+        // The tie goes only to a part that is written.
+        const bool tied = rest > 0 && SnapLength(rest, m_o.MinDuration) > 0;
+        if (!insertLine(text(note, length, tied))) return false;
+        t = rest;
     }
     return true;
 }
