@@ -4,9 +4,9 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <ostream>
 
 #include "transcribe/note_passes.h"
-#include "transcribe/scratch_records.h"
 
 namespace tahrir::transcribe {
 
@@ -43,22 +43,60 @@ private:
     std::array<std::int64_t, 9> m_ring{};
 };
 
+// The "tmp5" records, one for every sample, written through a buffer of its own.
+class ViewRecords {
+public:
+    explicit ViewRecords(std::ostream* out) : m_out(out) {}
+    ~ViewRecords() { flush(); }
+    ViewRecords(const ViewRecords&) = delete;
+    ViewRecords& operator=(const ViewRecords&) = delete;
+    explicit operator bool() const { return m_out != nullptr; }
+
+    void add(std::int64_t offset, std::int64_t sum) {
+        if (m_used + kLongest > m_buffer.size()) flush();
+        char* p = m_buffer.data() + m_used;
+        char* const end = p + kLongest;
+        *p++ = '"';
+        p = std::to_chars(p, end, offset).ptr;
+        *p++ = '"';
+        *p++ = ',';
+        *p++ = '"';
+        p = std::to_chars(p, end, sum).ptr;
+        *p++ = '"';
+        *p++ = '\r';
+        *p++ = '\n';
+        m_used = static_cast<std::size_t>(p - m_buffer.data());
+    }
+
+private:
+    void flush() {
+        if (m_out && m_used > 0) m_out->write(m_buffer.data(), static_cast<std::streamsize>(m_used));
+        m_used = 0;
+    }
+
+    static constexpr std::size_t kLongest = 2 * 20 + 8; // two 64-bit numbers, quotes, line end
+    std::ostream* m_out;
+    std::array<char, 1 << 16> m_buffer{};
+    std::size_t m_used = 0;
+};
+
 int ByteAt(std::string_view bytes, std::int64_t position) {
     return static_cast<unsigned char>(bytes[static_cast<std::size_t>(position - 1)]);
 }
 
 // A marker where the signal falls below the band around silence after it was last above.
 std::vector<MarkerRecord> ThresholdMarkers(std::string_view bytes, std::int64_t first,
-                                           std::int64_t last, int cutOff, std::string* view) {
+                                           std::int64_t last, int cutOff, std::ostream* text) {
     std::vector<MarkerRecord> markers;
     MarkerRing ring(first, true);
     std::int64_t sum = 0;
     bool armed = false;
+    ViewRecords view(text);
     for (std::int64_t p = first; p <= last; ++p) {
         const int x = ByteAt(bytes, p);
         sum += kSilence - x;
         if (std::llabs(sum) <= cutOff) sum = 0;
-        if (view) AppendRecord(*view, {static_cast<double>(p - first), static_cast<double>(sum)});
+        if (view) view.add(p - first, sum);
         if (x > kSilence + cutOff) {
             armed = true;
         } else if (x < kSilence - cutOff && armed) {
@@ -89,7 +127,7 @@ std::vector<MarkerRecord> PeakMarkers(std::string_view bytes, std::int64_t first
 
 std::vector<MarkerRecord> FindMarkers(std::string_view bytes, std::int64_t first,
                                       std::int64_t last, const PassOptions& options,
-                                      std::string* view) {
+                                      std::ostream* view) {
     last = std::min<std::int64_t>(last, static_cast<std::int64_t>(bytes.size()));
     if (first < 1 || first > last) return {};
     switch (options.Method) {

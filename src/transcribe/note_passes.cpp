@@ -135,10 +135,20 @@ PassResult RunPasses(std::string_view bytes, const PassOptions& options,
             last = to;
         }
     }
-    std::string view;
+    const auto fail = [&](const char* name) {
+        result.error = "Can't write " + (folder / name).string();
+        return result;
+    };
+    // The threshold detector's running sum goes to "tmp5" as it is made.
     const bool simple = options.Method == Detector::Simple;
+    std::ofstream view;
+    if (simple) {
+        view.open(folder / "tmp5", std::ios::binary | std::ios::trunc);
+        if (!view) return fail("tmp5");
+    }
     const std::vector<MarkerRecord> markers =
         FindMarkers(bytes, first, last, options, simple ? &view : nullptr);
+    if (simple && !view.flush()) return fail("tmp5");
     result.markers = markers.size();
     std::string text;
     for (const MarkerRecord& m : markers) {
@@ -147,11 +157,6 @@ PassResult RunPasses(std::string_view bytes, const PassOptions& options,
                             double(d[3]), double(d[4]), double(d[5]), double(d[6]),
                             double(d[7]), double(d[8])});
     }
-    const auto fail = [&](const char* name) {
-        result.error = "Can't write " + (folder / name).string();
-        return result;
-    };
-    if (simple && !WriteScratch(folder / "tmp5", view)) return fail("tmp5");
     if (!WriteScratch(folder / "tmp1", text)) return fail("tmp1");
 
     double firstNoteStart = 0;

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,7 +53,7 @@ struct PassOptions {
 // the threshold detector: each position's offset from `first` and the running sum.
 std::vector<MarkerRecord> FindMarkers(std::string_view bytes, std::int64_t first,
                                       std::int64_t last, const PassOptions& options,
-                                      std::string* view);
+                                      std::ostream* view);
 
 // Pass 2: runs of more than 15 steady periods. `firstNoteStart` gets the first note's start.
 std::vector<NoteRecord> SteadyRuns(const std::vector<MarkerRecord>& markers,
