@@ -86,10 +86,9 @@ std::optional<TranscribeRequest> ParseTranscribe(Args& args, std::string& error)
     }
     const std::string method = args.value("--method").value_or("simple");
     const std::string tracker = args.value("--tracker").value_or("classic");
-    const int md = static_cast<int>(minDuration.value_or(1));
-    if (minDuration && md != *minDuration) error = "option --min-duration takes 1, 2, 4 or 8";
-    else if (md != 1 && md != 2 && md != 4 && md != 8) error = "option --min-duration takes 1, 2, 4 or 8";
-    else if (k && (*k < 1 || *k > 9 || *k != std::floor(*k))) error = "option --k takes 1 to 9";
+    const double md = minDuration.value_or(1);
+    if (md != 1 && md != 2 && md != 4 && md != 8) error = "option --min-duration takes 1, 2, 4 or 8";
+    else if (k && !(*k >= 1 && *k <= 9 && *k == std::floor(*k))) error = "option --k takes 1 to 9";
     else if (tempo && !(*tempo > 0 && *tempo <= 1000)) error = "option --tempo takes a tempo above 0";
     else if (at && !(*at >= 1 && *at <= core::MaxLines + 1)) error = "option --at takes a line number";
     else if (cutOff && !(*cutOff >= 0 && *cutOff <= 255)) error = "option --cutoff takes 0 to 255";
@@ -106,7 +105,7 @@ std::optional<TranscribeRequest> ParseTranscribe(Args& args, std::string& error)
                                           : Detector::Men;
     r.passes.CutOff = static_cast<int>(cutOff.value_or(10));
     r.passes.k = static_cast<int>(k.value_or(4));
-    r.passes.MinDuration = md;
+    r.passes.MinDuration = static_cast<int>(md);
     r.passes.Silent = args.flag("--silent");
     r.passes.finder.grid = *grid;
     r.exact = args.flag("--exact");
