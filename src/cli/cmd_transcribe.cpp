@@ -40,6 +40,15 @@ std::optional<NoteGrid> GridOption(const Args& args, std::string& error) {
     return grid;
 }
 
+// Pass 1's detectors by the names of their option buttons.
+std::optional<Detector> DetectorNamed(const std::string& name) {
+    static const std::pair<const char*, Detector> kNames[] = {
+        {"simple", Detector::Simple}, {"women", Detector::Women}, {"men", Detector::Men}};
+    for (const auto& [text, detector] : kNames)
+        if (name == text) return detector;
+    return std::nullopt;
+}
+
 // The new-score command answered with the tempo, 4/4 and one measure.
 class FixedAnswers : public core::NewScorePrompts {
 public:
@@ -92,17 +101,14 @@ std::optional<TranscribeRequest> ParseTranscribe(Args& args, std::string& error)
     else if (tempo && !(*tempo > 0 && *tempo <= 1000)) error = "option --tempo takes a tempo above 0";
     else if (at && !(*at >= 1 && *at <= core::MaxLines + 1)) error = "option --at takes a line number";
     else if (cutOff && !(*cutOff >= 0 && *cutOff <= 255)) error = "option --cutoff takes 0 to 255";
-    else if (method != "simple" && method != "women" && method != "men")
-        error = "option --method takes simple, women or men";
+    else if (!DetectorNamed(method)) error = "option --method takes simple, women or men";
     else if (tracker != "classic" && tracker != "modern")
         error = "option --tracker takes classic or modern";
     const auto grid = GridOption(args, error);
     if (!error.empty()) return std::nullopt;
     r.at = static_cast<int>(at.value_or(4));
     r.tempo = tempo;
-    r.passes.Method = method == "simple" ? Detector::Simple
-                      : method == "women" ? Detector::Women
-                                          : Detector::Men;
+    r.passes.Method = *DetectorNamed(method);
     r.passes.CutOff = static_cast<int>(cutOff.value_or(10));
     r.passes.k = static_cast<int>(k.value_or(4));
     r.passes.MinDuration = static_cast<int>(md);
