@@ -128,6 +128,7 @@ std::string Exporter::header() const {
 std::string Exporter::run() {
     const core::ScoreLine& head = m_sheet[1];
     m_key = core::HeaderKeyLetters(head);
+    m_memory.fill(' ');
     m_cur.divisions = "<divisions>" + std::to_string(8 * m_unit) + "</divisions>";
     m_keyPending = true;
     m_clefPending = core::HeaderClef(head) == 'F' ? "<clef><sign>F</sign><line>4</line></clef>"
@@ -222,8 +223,6 @@ void Exporter::closeMeasure(bool implicit) {
     m_cur.number = implicit ? "0" : std::to_string(m_number++);
     m_measures.push_back(std::move(m_cur));
     m_cur = MeasureOut{};
-    m_cur.style = m_repeatStop;
-    m_repeatStop.clear();
     m_fill = 0;
     m_memory.fill(' ');
 }
@@ -338,7 +337,13 @@ void Exporter::repeatSign(int count) {
     const std::string base = m_measures.back().number;
     for (int k = 0; k < count; ++k) {
         MeasureOut copy;
-        copy.body = m_measures[static_cast<std::size_t>(have - count + k)].body;
+        const std::string& body = m_measures[static_cast<std::size_t>(have - count + k)].body;
+        for (std::size_t at = 0; at < body.size();) { // the notes only, one a line
+            const std::size_t newline = body.find('\n', at);
+            const std::size_t end = newline == std::string::npos ? body.size() : newline + 1;
+            if (body.compare(at, 6, "<note>") == 0) copy.body += body.substr(at, end - at);
+            at = end;
+        }
         copy.style = k == 0 ? "<measure-style><measure-repeat type=\"start\">" +
                                   std::to_string(count) + "</measure-repeat></measure-style>"
                             : "";
@@ -346,9 +351,7 @@ void Exporter::repeatSign(int count) {
         copy.implicit = true;
         m_measures.push_back(std::move(copy));
     }
-    m_repeatStop = "<measure-style><measure-repeat type=\"stop\"/></measure-style>";
-    m_cur.style = m_repeatStop;
-    m_repeatStop.clear();
+    m_cur.style = "<measure-style><measure-repeat type=\"stop\"/></measure-style>";
 }
 
 void Exporter::textLine(int i) {

@@ -88,7 +88,6 @@ private:
     std::vector<std::pair<int, std::string>> m_lyrics;
     int m_number = 1;
     bool m_ending1Open = false, m_ending2Open = false;
-    std::string m_repeatStop;
     std::vector<MeasureOut> m_measures;
     MeasureOut m_cur;
 };
