@@ -151,6 +151,7 @@ std::string Exporter::run() {
                       "<!DOCTYPE score-partwise PUBLIC \"-//Recordare//DTD MusicXML 4.0 "
                       "Partwise//EN\" \"http://www.musicxml.org/dtds/partwise.dtd\">\n"
                       "<score-partwise version=\"4.0\">\n";
+    out.reserve(static_cast<std::size_t>(m_sheet.LastLine) * 200);
     out += header();
     out += "<part id=\"P1\">\n";
     for (const MeasureOut& m : m_measures) out += measureXml(m);
