@@ -259,7 +259,8 @@ void Exporter::rhythm(const core::ScoreLine& line) {
         return;
     }
     m_measureTicks = static_cast<int>(m.MeasureTicks);
-    m_timePending = "<time><beats>" + std::to_string(m.numerator) + "</beats><beat-type>" +
+    // The page draws no time signature with a numerator above 16.
+    m_timePending = std::string(m.numerator > 16 ? "<time print-object=\"no\">" : "<time>") + "<beats>" + std::to_string(m.numerator) + "</beats><beat-type>" +
                     std::to_string(m.denominator) + "</beat-type></time>";
 }
 
@@ -373,9 +374,9 @@ void Exporter::textLine(int i) {
     case '>':
         if (raw.starts_with("Midi In")) return;
         [[fallthrough]];
-    default:
+    default: // "L-" stands above the staff, "L<" and "L>" below it
         if (text == "FIN") m_cur.body += Direction("above", Words("Fine"), "<sound fine=\"yes\"/>");
-        else m_cur.body += Direction("below", Words(text));
+        else m_cur.body += Direction(core::LinePlacement(line) == '-' ? "above" : "below", Words(text));
     }
 }
 
