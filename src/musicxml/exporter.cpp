@@ -88,7 +88,8 @@ Exporter::Exporter(const core::Document& doc, const ExportOptions& options)
         const core::LineKind kind = core::ClassifyLine(m_sheet[i].text(), i);
         if (kind != core::LineKind::NoteLine) continue;
         const auto row = MarkRowOf(m_sheet[i].get(core::NoteField::MarkCode));
-        if (row && row->group == MarkGroup::Tuplet) m_unit = std::lcm(m_unit, row->element[0] - '0');
+        if (row && row->group == MarkGroup::Tuplet)
+            m_unit = std::lcm(m_unit, row->element[0] - '0');
     }
 }
 
@@ -97,8 +98,10 @@ std::string Exporter::header() const {
     std::string title;
     std::vector<std::string> rest;
     for (const std::string& l : lines) {
-        if (title.empty()) title = l;
-        else if (!l.empty()) rest.push_back(l);
+        if (title.empty())
+            title = l;
+        else if (!l.empty())
+            rest.push_back(l);
     }
     if (title.empty()) title = std::filesystem::path(m_doc.CurrentFileName).stem().string();
     std::string out = "<work>" + Element("work-title", title) + "</work>\n";
@@ -106,7 +109,8 @@ std::string Exporter::header() const {
     out += "<identification><encoding><software>Tahrir</software></encoding>";
     if (!rest.empty()) {
         std::string joined;
-        for (const std::string& l : rest) joined += (joined.empty() ? "" : "\n") + l;
+        for (const std::string& l : rest)
+            joined += (joined.empty() ? "" : "\n") + l;
         out += "<miscellaneous><miscellaneous-field name=\"description\">" + Escape(joined) +
                "</miscellaneous-field></miscellaneous>";
     }
@@ -114,8 +118,8 @@ std::string Exporter::header() const {
     const auto credit = [](const char* type, const std::string& text, const char* y) {
         return std::string("<credit page=\"1\"><credit-type>") + type +
                "</credit-type><credit-words default-x=\"600\" default-y=\"" + y +
-               "\" justify=\"center\" valign=\"top\"" + DirAttribute(text) + ">" +
-               Escape(text) + "</credit-words></credit>\n";
+               "\" justify=\"center\" valign=\"top\"" + DirAttribute(text) + ">" + Escape(text) +
+               "</credit-words></credit>\n";
     };
     if (!title.empty()) out += credit("title", title, "1500");
     for (std::size_t k = 0; k < rest.size(); ++k)
@@ -143,8 +147,8 @@ std::string Exporter::run() {
     if (m_cur.hasNotes || !m_cur.body.empty() || m_measures.empty()) closeMeasure();
     MeasureOut& last = m_measures.back();
     if (m_ending1Open || m_ending2Open)
-        last.right.ending = std::string("<ending number=\"") + (m_ending1Open ? "1" : "2") +
-                            "\" type=\"stop\"/>";
+        last.right.ending =
+            std::string("<ending number=\"") + (m_ending1Open ? "1" : "2") + "\" type=\"stop\"/>";
     if (last.right.style.empty()) last.right.style = "light-heavy";
 
     std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\"?>\n"
@@ -154,13 +158,14 @@ std::string Exporter::run() {
     out.reserve(static_cast<std::size_t>(m_sheet.LastLine) * 200);
     out += header();
     out += "<part id=\"P1\">\n";
-    for (const MeasureOut& m : m_measures) out += measureXml(m);
+    for (const MeasureOut& m : m_measures)
+        out += measureXml(m);
     return out + "</part>\n</score-partwise>\n";
 }
 
 std::string Exporter::measureXml(const MeasureOut& m) const {
-    std::string out = "<measure number=\"" + m.number + "\"" +
-                      (m.implicit ? " implicit=\"yes\"" : "") + ">\n";
+    std::string out =
+        "<measure number=\"" + m.number + "\"" + (m.implicit ? " implicit=\"yes\"" : "") + ">\n";
     const std::string attributes = m.divisions + m.key + m.time + m.clef + m.style;
     if (!attributes.empty()) out += "<attributes>" + attributes + "</attributes>\n";
     out += m.left.xml("left") + m.body + m.right.xml("right");
@@ -170,15 +175,24 @@ std::string Exporter::measureXml(const MeasureOut& m) const {
 void Exporter::walkLine(int i) {
     const core::ScoreLine& line = m_sheet[i];
     switch (core::ClassifyLine(line.text(), i)) {
-    case core::LineKind::NoteLine: noteLine(i); break;
-    case core::LineKind::BarLine: barRecord(); break;
-    case core::LineKind::DirectiveLine: directive(i); break;
-    case core::LineKind::TextLine: textLine(i); break;
+    case core::LineKind::NoteLine:
+        noteLine(i);
+        break;
+    case core::LineKind::BarLine:
+        barRecord();
+        break;
+    case core::LineKind::DirectiveLine:
+        directive(i);
+        break;
+    case core::LineKind::TextLine:
+        textLine(i);
+        break;
     case core::LineKind::ControlLine:
         if (core::LineText(line).starts_with("FIN") || core::LineText(line).starts_with("fin"))
             m_cur.body += Direction("above", Words("Fine"), "<sound fine=\"yes\"/>");
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
@@ -194,8 +208,10 @@ void Exporter::flushAttributes() {
                 const char c = m_key[static_cast<std::size_t>(s)];
                 if (AccidentalWord(c).empty() || c == 'N') continue;
                 key += "<key-step>" + std::string(1, "CDEFGAB"[s - 1]) + "</key-step><key-alter>" +
-                       Decimal(c == 'D' ? 1 : c == 'B' ? -1
-                                          : (c == 'K' ? m_options.koronBend : m_options.soriBend) / 32.0) +
+                       Decimal(c == 'D' ? 1
+                               : c == 'B'
+                                   ? -1
+                                   : (c == 'K' ? m_options.koronBend : m_options.soriBend) / 32.0) +
                        "</key-alter><key-accidental>" + std::string(AccidentalWord(c)) +
                        "</key-accidental>";
             }
@@ -230,7 +246,8 @@ void Exporter::closeMeasure(bool implicit) {
 
 // The barline that ends the music so far: the last measure's when the open one is empty.
 Barline& Exporter::closingBar() {
-    if (!m_cur.hasNotes && m_cur.body.empty() && !m_measures.empty()) return m_measures.back().right;
+    if (!m_cur.hasNotes && m_cur.body.empty() && !m_measures.empty())
+        return m_measures.back().right;
     return m_cur.right;
 }
 
@@ -260,7 +277,8 @@ void Exporter::rhythm(const core::ScoreLine& line) {
     }
     m_measureTicks = static_cast<int>(m.MeasureTicks);
     // The page draws no time signature with a numerator above 16.
-    m_timePending = std::string(m.numerator > 16 ? "<time print-object=\"no\">" : "<time>") + "<beats>" + std::to_string(m.numerator) + "</beats><beat-type>" +
+    m_timePending = std::string(m.numerator > 16 ? "<time print-object=\"no\">" : "<time>") +
+                    "<beats>" + std::to_string(m.numerator) + "</beats><beat-type>" +
                     std::to_string(m.denominator) + "</beat-type></time>";
 }
 
@@ -274,20 +292,16 @@ void Exporter::tempo(const core::ScoreLine& line) {
         return;
     }
     m_cur.body += Direction("above",
-                            "<metronome><beat-unit>quarter</beat-unit><per-minute>" +
-                                Decimal(bpm) + "</per-minute></metronome>",
+                            "<metronome><beat-unit>quarter</beat-unit><per-minute>" + Decimal(bpm) +
+                                "</per-minute></metronome>",
                             sound);
 }
 
 // An octave line: "ALL8U" sounds an octave up, so it is written an octave down.
 void Exporter::octaveLine(int shift) {
     if (shift == m_octaveShift) return;
-    if (m_octaveShift != 0)
-        m_cur.body += Direction("", "<octave-shift type=\"stop\" number=\"1\" size=\"8\"/>");
-    if (shift != 0)
-        m_cur.body += Direction(shift > 0 ? "above" : "below",
-                                std::string("<octave-shift type=\"") + (shift > 0 ? "down" : "up") +
-                                    "\" number=\"1\" size=\"8\"/>");
+    if (m_octaveShift != 0) m_cur.body += OctaveShift("stop", 1);
+    if (shift != 0) m_cur.body += OctaveShift(shift > 0 ? "down" : "up", 1);
     m_octaveShift = shift;
 }
 
@@ -303,10 +317,14 @@ void Exporter::directive(int i) {
         return;
     }
     const std::string_view token = core::DirectiveTokenOf(line.text());
-    if (token == "TEMPO") tempo(line);
-    else if (core::IsRhythmLine(line.text())) rhythm(line);
-    else if (token == "GSIGN") m_clefPending = "<clef><sign>G</sign><line>2</line></clef>";
-    else if (token == "FSIGN") m_clefPending = "<clef><sign>F</sign><line>4</line></clef>";
+    if (token == "TEMPO")
+        tempo(line);
+    else if (core::IsRhythmLine(line.text()))
+        rhythm(line);
+    else if (token == "GSIGN")
+        m_clefPending = "<clef><sign>G</sign><line>2</line></clef>";
+    else if (token == "FSIGN")
+        m_clefPending = "<clef><sign>F</sign><line>4</line></clef>";
     else if (token == "REP{") {
         Barline& bar = m_cur.hasNotes ? m_cur.right : m_cur.left;
         bar.style = "heavy-light";
@@ -319,7 +337,8 @@ void Exporter::directive(int i) {
         m_ending1Open = false;
     } else if (token == "VOL{1" || token == "VOL{2") {
         const bool first = token == "VOL{1";
-        m_cur.left.ending = std::string("<ending number=\"") + (first ? "1" : "2") + "\" type=\"start\"/>";
+        m_cur.left.ending =
+            std::string("<ending number=\"") + (first ? "1" : "2") + "\" type=\"start\"/>";
         (first ? m_ending1Open : m_ending2Open) = true;
     } else if (token == "REPS{") {
         m_cur.body += Direction("above", "<segno/>", "<sound segno=\"segno\"/>");
@@ -366,7 +385,9 @@ void Exporter::textLine(int i) {
         if (raw.starts_with("Ms=") || raw.starts_with("MicOff") || raw.starts_with("MicOn")) return;
         m_cur.body += Direction("above", Words(text));
         break;
-    case '_': m_lyrics.emplace_back(1, text); break;
+    case '_':
+        m_lyrics.emplace_back(1, text);
+        break;
     case 'v':
         if (raw.starts_with("T=") || raw.starts_with("t__")) return;
         m_lyrics.emplace_back(2, text);
@@ -375,8 +396,11 @@ void Exporter::textLine(int i) {
         if (raw.starts_with("Midi In")) return;
         [[fallthrough]];
     default: // "L-" stands above the staff, "L<" and "L>" below it
-        if (text == "FIN") m_cur.body += Direction("above", Words("Fine"), "<sound fine=\"yes\"/>");
-        else m_cur.body += Direction(core::LinePlacement(line) == '-' ? "above" : "below", Words(text));
+        if (text == "FIN")
+            m_cur.body += Direction("above", Words("Fine"), "<sound fine=\"yes\"/>");
+        else
+            m_cur.body +=
+                Direction(core::LinePlacement(line) == '-' ? "above" : "below", Words(text));
     }
 }
 

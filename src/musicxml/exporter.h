@@ -37,6 +37,9 @@ struct NoteRead {
     char root = ' ', kind = ' ';
 };
 
+// An octave-shift direction (note_writer.cpp).
+std::string OctaveShift(const char* type, int number);
+
 class Exporter {
 public:
     Exporter(const core::Document& doc, const ExportOptions& options);
@@ -60,6 +63,10 @@ private:
     std::string measureXml(const MeasureOut& m) const;
     // Notes (note_writer.cpp).
     void noteLine(int i);
+    void timing(const NoteRead& n, std::string& duration, std::string& look) const;
+    std::string tupletXml(std::string& notations);
+    std::string noteXml(const NoteRead& n, int i, int shift, const std::string& duration,
+                        const std::string& look);
     std::string pitchXml(int step, int octave, char letter) const;
     std::string beamXml(const NoteRead& n, int i) const;
     std::string tieAndSlur(const NoteRead& n, int i, std::string& notations);

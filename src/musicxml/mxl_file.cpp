@@ -12,16 +12,17 @@ namespace tahrir::musicxml {
 namespace {
 
 constexpr const char* kScoreEntry = "score.musicxml";
-constexpr const char* kContainer =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<container>\n  <rootfiles>\n"
-    "    <rootfile full-path=\"score.musicxml\" media-type=\"application/vnd.recordare.musicxml+xml\"/>\n"
-    "  </rootfiles>\n</container>\n";
+constexpr const char* kContainer = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                   "<container>\n  <rootfiles>\n"
+                                   "    <rootfile full-path=\"score.musicxml\" "
+                                   "media-type=\"application/vnd.recordare.musicxml+xml\"/>\n"
+                                   "  </rootfiles>\n</container>\n";
 constexpr const char* kMimeType = "application/vnd.recordare.musicxml";
 
 bool IsMxl(const std::filesystem::path& path) {
     std::string ext = path.extension().string();
-    std::transform(ext.begin(), ext.end(), ext.begin(), [](unsigned char c) { return std::tolower(c); });
+    std::transform(ext.begin(), ext.end(), ext.begin(),
+                   [](unsigned char c) { return std::tolower(c); });
     return ext == ".mxl";
 }
 

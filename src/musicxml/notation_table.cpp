@@ -6,9 +6,9 @@ namespace tahrir::musicxml {
 namespace {
 
 constexpr NoteType kTypes[] = {
-    {1, "32nd", 0},   {2, "16th", 0},    {3, "16th", 1},    {4, "eighth", 0}, {6, "eighth", 1},
+    {1, "32nd", 0},    {2, "16th", 0},     {3, "16th", 1},  {4, "eighth", 0}, {6, "eighth", 1},
     {8, "quarter", 0}, {12, "quarter", 1}, {16, "half", 0}, {20, "half", 0},  {24, "half", 1},
-    {28, "half", 2},  {32, "whole", 0},  {48, "whole", 1}};
+    {28, "half", 2},   {32, "whole", 0},   {48, "whole", 1}};
 
 // Riz is a three-stroke tremolo; dorrab and tekyeh have no element of their own.
 constexpr MarkRow kMarks[] = {
@@ -54,14 +54,22 @@ constexpr std::array<int, 7> kFlatOrder = {7, 3, 6, 2, 5, 1, 4};  // Si Mi La Re
 // Roots "A".."L" in the sharp spelling, "N".."Y" in the flat one.
 constexpr ChordRoot kSharpRoots[12] = {{'C', 0}, {'C', 1}, {'D', 0}, {'D', 1}, {'E', 0}, {'F', 0},
                                        {'F', 1}, {'G', 0}, {'G', 1}, {'A', 0}, {'A', 1}, {'B', 0}};
-constexpr ChordRoot kFlatRoots[12] = {{'C', 0},  {'D', -1}, {'D', 0}, {'E', -1}, {'E', 0}, {'F', 0},
-                                      {'G', -1}, {'G', 0},  {'A', -1}, {'A', 0}, {'B', -1}, {'B', 0}};
-constexpr ChordKind kKinds[13] = {
-    {"major", ""},           {"minor", "m"},          {"augmented", "aug"},
-    {"diminished", "dim"},   {"suspended-second", "sus2"}, {"suspended-fourth", "sus4"},
-    {"major-sixth", "6"},    {"minor-sixth", "m6"},   {"dominant", "7"},
-    {"minor-seventh", "m7"}, {"major-seventh", "maj7"}, {"major-minor", "m(maj7)"},
-    {"diminished-seventh", "dim7"}};
+constexpr ChordRoot kFlatRoots[12] = {{'C', 0},  {'D', -1}, {'D', 0},  {'E', -1},
+                                      {'E', 0},  {'F', 0},  {'G', -1}, {'G', 0},
+                                      {'A', -1}, {'A', 0},  {'B', -1}, {'B', 0}};
+constexpr ChordKind kKinds[13] = {{"major", ""},
+                                  {"minor", "m"},
+                                  {"augmented", "aug"},
+                                  {"diminished", "dim"},
+                                  {"suspended-second", "sus2"},
+                                  {"suspended-fourth", "sus4"},
+                                  {"major-sixth", "6"},
+                                  {"minor-sixth", "m6"},
+                                  {"dominant", "7"},
+                                  {"minor-seventh", "m7"},
+                                  {"major-seventh", "maj7"},
+                                  {"major-minor", "m(maj7)"},
+                                  {"diminished-seventh", "dim7"}};
 
 } // namespace
 
@@ -89,17 +97,27 @@ std::optional<MarkRow> MarkRowOf(std::string_view mark) {
 
 std::string_view AccidentalWord(char letter) {
     switch (letter) {
-    case 'D': return "sharp";
-    case 'B': return "flat";
-    case 'S': return "sori";
-    case 'K': return "koron";
-    case 'N': return "natural";
-    default: return {};
+    case 'D':
+        return "sharp";
+    case 'B':
+        return "flat";
+    case 'S':
+        return "sori";
+    case 'K':
+        return "koron";
+    case 'N':
+        return "natural";
+    default:
+        return {};
     }
 }
 
-std::span<const int> SharpOrder() { return kSharpOrder; }
-std::span<const int> FlatOrder() { return kFlatOrder; }
+std::span<const int> SharpOrder() {
+    return kSharpOrder;
+}
+std::span<const int> FlatOrder() {
+    return kFlatOrder;
+}
 
 std::optional<ChordRoot> ChordRootOf(char code) {
     if (code >= 'A' && code <= 'L') return kSharpRoots[code - 'A'];

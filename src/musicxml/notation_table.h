@@ -17,12 +17,12 @@ struct NoteType {
 std::optional<NoteType> NoteTypeOf(int ticks);
 
 // Where a mark code goes in <notations>.
-enum class MarkGroup { Ornament, Technical, Articulation, Tuplet, Tie, Octave, Dual };
+enum class MarkGroup { None, Ornament, Technical, Articulation, Tuplet, Tie, Octave, Dual };
 
 struct MarkRow {
-    std::string_view code;     // the two characters of the mark
+    std::string_view code; // the two characters of the mark
     MarkGroup group;
-    std::string_view element;  // the XML the mark becomes inside its group
+    std::string_view element; // the XML the mark becomes inside its group
 };
 // The row of a mark code ("ST" reads as ". "); the interval forms "1T".."KT" and
 // "1M".."KM" match by their second character. nullopt for marks with no export.

@@ -31,17 +31,36 @@ NoteRead ReadNote(const core::ScoreLine& line) {
 int BeamLevels(int ticks) {
     switch (ticks) {
     case 4:
-    case 6: return 1;
+    case 6:
+        return 1;
     case 2:
-    case 3: return 2;
-    case 1: return 3;
-    default: return 0;
+    case 3:
+        return 2;
+    case 1:
+        return 3;
+    default:
+        return 0;
     }
 }
 
-bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
+bool IsUpper(char c) {
+    return c >= 'A' && c <= 'Z';
+}
 
 } // namespace
+
+// An octave line's start ("down": the music sounds an octave above what is written,
+// "up") or its end ("stop"); number 1 for "ALL8" lines, 2 for a single note's mark.
+std::string OctaveShift(const char* type, int number) {
+    return std::string("<direction") +
+           (type[0] == 'd'   ? " placement=\"above\""
+            : type[0] == 'u' ? " placement=\"below\""
+                             : "") +
+           "><direction-type><octave-shift type=\"" + type + "\" number=\"" +
+           std::to_string(number) + "\" size=\"8\"/></direction-type></direction>\n";
+}
+
+namespace {} // namespace
 
 int Exporter::nextNote(int i) const {
     for (int j = i + 1; j <= m_sheet.LastLine; ++j)
@@ -88,9 +107,9 @@ std::string Exporter::beamXml(const NoteRead& n, int i) const {
     std::string out;
     for (int k = 1; k <= levels; ++k) {
         const bool back = prevLevels >= k, forward = nextLevels >= k;
-        const char* what = back && forward ? "continue"
-                           : back          ? "end"
-                           : forward       ? "begin"
+        const char* what = back && forward  ? "continue"
+                           : back           ? "end"
+                           : forward        ? "begin"
                            : prevLevels > 0 ? "backward hook"
                                             : "forward hook";
         out += "<beam number=\"" + std::to_string(k) + "\">" + what + "</beam>";
@@ -126,10 +145,17 @@ std::string Exporter::markXml(const NoteRead& n, std::string& notations) const {
     if (!row) return {};
     const std::string element(row->element);
     switch (row->group) {
-    case MarkGroup::Ornament: notations += "<ornaments>" + element + "</ornaments>"; break;
-    case MarkGroup::Technical: notations += "<technical>" + element + "</technical>"; break;
-    case MarkGroup::Articulation: notations += "<articulations>" + element + "</articulations>"; break;
-    default: break;
+    case MarkGroup::Ornament:
+        notations += "<ornaments>" + element + "</ornaments>";
+        break;
+    case MarkGroup::Technical:
+        notations += "<technical>" + element + "</technical>";
+        break;
+    case MarkGroup::Articulation:
+        notations += "<articulations>" + element + "</articulations>";
+        break;
+    default:
+        break;
     }
     return element;
 }
@@ -143,7 +169,8 @@ std::string Exporter::companionXml(const NoteRead& n, const std::string& timing)
     const int step = (position % 7 + 7) % 7 + 1;
     const int octave = (position - (step - 1)) / 7;
     const char letter = step == n.step ? ' ' : m_key[static_cast<std::size_t>(step)];
-    return "<note><chord/>" + pitchXml(step, octave + 1 + m_octaveShift, letter) + timing + "</note>\n";
+    return "<note><chord/>" + pitchXml(step, octave + 1 + m_octaveShift, letter) + timing +
+           "</note>\n";
 }
 
 std::string Exporter::harmonyXml(const NoteRead& n) const {
@@ -178,60 +205,71 @@ std::string Exporter::lyricsXml() {
     return out;
 }
 
+// The written type and dots of a note (a grace note is written as an eighth), and its
+// time in divisions, shortened inside a tuplet.
+void Exporter::timing(const NoteRead& n, std::string& duration, std::string& look) const {
+    const bool grace = n.ticks < 0;
+    if (!grace) {
+        long long d = static_cast<long long>(n.ticks) * m_unit;
+        if (m_tupletLeft > 0) d = d * (m_tupletCount - 1) / m_tupletCount;
+        duration = "<duration>" + std::to_string(d) + "</duration>";
+    }
+    if (const auto type = NoteTypeOf(grace ? 4 : n.ticks)) {
+        look = "<type>" + std::string(type->type) + "</type>";
+        for (int k = 0; k < type->dots; ++k)
+            look += "<dot/>";
+    }
+}
+
+// The time modification of a note inside a tuplet, with the bracket at its two ends.
+std::string Exporter::tupletXml(std::string& notations) {
+    if (m_tupletLeft == 0) return {};
+    if (m_tupletLeft == m_tupletCount) notations += "<tuplet type=\"start\" bracket=\"yes\"/>";
+    if (m_tupletLeft == 1) notations += "<tuplet type=\"stop\"/>";
+    --m_tupletLeft;
+    return "<time-modification><actual-notes>" + std::to_string(m_tupletCount) +
+           "</actual-notes><normal-notes>" + std::to_string(m_tupletCount - 1) +
+           "</normal-notes></time-modification>";
+}
+
+std::string Exporter::noteXml(const NoteRead& n, int i, int shift, const std::string& duration,
+                              const std::string& look) {
+    const bool grace = n.ticks < 0;
+    std::string notations;
+    std::string out = "<note>";
+    if (grace) out += "<grace slash=\"yes\"/>";
+    if (n.step == 0)
+        out += "<rest/>";
+    else
+        out += pitchXml(n.step, n.octave + 1 + m_octaveShift + shift, soundingLetter(n));
+    out += duration + tieAndSlur(n, i, notations) + look;
+    const std::string_view accidental = AccidentalWord(n.step > 0 ? n.accidental : ' ');
+    if (!accidental.empty()) out += "<accidental>" + std::string(accidental) + "</accidental>";
+    if (!grace) out += tupletXml(notations) + beamXml(n, i);
+    markXml(n, notations);
+    if (!notations.empty()) out += "<notations>" + notations + "</notations>";
+    if (n.step > 0 && !grace) out += lyricsXml();
+    return out + "</note>\n";
+}
+
 void Exporter::noteLine(int i) {
     const NoteRead n = ReadNote(m_sheet[i]);
     const bool grace = n.ticks < 0;
     if (n.step < 0 || n.ticks == 0 || (grace && n.step == 0)) return;
     flushAttributes();
+    const auto row = MarkRowOf(n.mark);
+    const MarkGroup group = row ? row->group : MarkGroup::None;
+    // "8U" sounds an octave up: written an octave down under a shift line of its own.
+    const int shift = group == MarkGroup::Octave ? (n.mark == "8U" ? 1 : -1) : 0;
+    if (group == MarkGroup::Tuplet && !grace) m_tupletCount = m_tupletLeft = row->element[0] - '0';
     std::string& body = m_cur.body;
     body += harmonyXml(n);
-    const auto row = MarkRowOf(n.mark);
-    const int shift = row && row->group == MarkGroup::Octave ? (n.mark == "8U" ? 1 : -1) : 0;
-    if (shift != 0)
-        body += "<direction><direction-type><octave-shift type=\"" +
-                std::string(shift > 0 ? "down" : "up") +
-                "\" number=\"2\" size=\"8\"/></direction-type></direction>\n";
-    if (row && row->group == MarkGroup::Tuplet && n.ticks > 0) {
-        m_tupletCount = row->element[0] - '0';
-        m_tupletLeft = m_tupletCount;
-    }
-    const bool inTuplet = m_tupletLeft > 0 && n.ticks > 0;
-
-    std::string notations;
-    std::string out = "<note>";
-    if (grace) out += "<grace slash=\"yes\"/>";
-    if (n.step == 0) out += "<rest/>";
-    else out += pitchXml(n.step, n.octave + 1 + m_octaveShift + shift, soundingLetter(n));
-    std::string duration, look; // the note's time, and its written type and dots
-    if (!grace) {
-        long long d = static_cast<long long>(n.ticks) * m_unit;
-        if (inTuplet) d = d * (m_tupletCount - 1) / m_tupletCount;
-        duration = "<duration>" + std::to_string(d) + "</duration>";
-    }
-    if (const auto type = NoteTypeOf(grace ? 4 : n.ticks)) {
-        look = "<type>" + std::string(type->type) + "</type>";
-        for (int k = 0; k < type->dots; ++k) look += "<dot/>";
-    }
-    out += duration + tieAndSlur(n, i, notations) + look;
-    const std::string_view accidental = AccidentalWord(n.step > 0 ? n.accidental : ' ');
-    if (!accidental.empty()) out += "<accidental>" + std::string(accidental) + "</accidental>";
-    if (inTuplet) {
-        out += "<time-modification><actual-notes>" + std::to_string(m_tupletCount) +
-               "</actual-notes><normal-notes>" + std::to_string(m_tupletCount - 1) +
-               "</normal-notes></time-modification>";
-        if (m_tupletLeft == m_tupletCount) notations += "<tuplet type=\"start\" bracket=\"yes\"/>";
-        if (m_tupletLeft == 1) notations += "<tuplet type=\"stop\"/>";
-        --m_tupletLeft;
-    }
-    if (!grace) out += beamXml(n, i);
-    markXml(n, notations);
-    if (!notations.empty()) out += "<notations>" + notations + "</notations>";
-    if (n.step > 0 && !grace) out += lyricsXml();
-    body += out + "</note>\n";
-    if (row && row->group == MarkGroup::Dual && !grace) body += companionXml(n, duration + look);
-    if (shift != 0)
-        body += "<direction><direction-type><octave-shift type=\"stop\" number=\"2\" "
-                "size=\"8\"/></direction-type></direction>\n";
+    if (shift != 0) body += OctaveShift(shift > 0 ? "down" : "up", 2);
+    std::string duration, look;
+    timing(n, duration, look);
+    body += noteXml(n, i, shift, duration, look);
+    if (group == MarkGroup::Dual && !grace) body += companionXml(n, duration + look);
+    if (shift != 0) body += OctaveShift("stop", 2);
     m_cur.hasNotes = true;
     if (!grace) countTime(n);
 }

@@ -10,10 +10,18 @@ std::string Escape(std::string_view utf8) {
     out.reserve(utf8.size());
     for (const char c : utf8) {
         switch (c) {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '"': out += "&quot;"; break;
+        case '&':
+            out += "&amp;";
+            break;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '"':
+            out += "&quot;";
+            break;
         default:
             if (static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\t') out += c;
         }
@@ -26,7 +34,8 @@ std::string Decimal(double value) {
     char buffer[32];
     std::snprintf(buffer, sizeof buffer, "%.6f", value);
     std::string out(buffer);
-    while (out.back() == '0') out.pop_back();
+    while (out.back() == '0')
+        out.pop_back();
     return out;
 }
 

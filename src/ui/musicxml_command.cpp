@@ -8,9 +8,8 @@ namespace tahrir::ui {
 
 std::string ExportMusicXmlCommand(Dialogs& dialogs, const core::Document& doc,
                                   const play::PlayControls& controls) {
-    std::string path = dialogs.saveFile("Export MusicXML",
-                                        "MusicXML (*.musicxml *.mxl);;Compressed MusicXML (*.mxl)",
-                                        "");
+    std::string path = dialogs.saveFile(
+        "Export MusicXML", "MusicXML (*.musicxml *.mxl);;Compressed MusicXML (*.mxl)", "");
     if (path.empty()) return {};
     if (std::filesystem::path(path).extension().empty()) path += ".musicxml";
     musicxml::ExportOptions options;

@@ -21,7 +21,8 @@ namespace {
 
 core::Document Score(const std::string& description, std::initializer_list<std::string> lines) {
     std::string bytes = "\"Sv5\"\r\n\"" + description + "\"\r\n";
-    for (const std::string& l : lines) bytes += l + "\r\n";
+    for (const std::string& l : lines)
+        bytes += l + "\r\n";
     core::Document doc;
     core::ParseScore(bytes, false, doc);
     core::RhythmPass(doc.Sheet);
@@ -30,7 +31,8 @@ core::Document Score(const std::string& description, std::initializer_list<std::
 
 void ExpectGolden(const std::string& name, const std::string& actual) {
     const std::string path = std::string(TAHRIR_TEST_DATA) + "/musicxml/" + name;
-    if (const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN"); update && std::string(update) == "1") {
+    if (const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN");
+        update && std::string(update) == "1") {
         std::ofstream(path, std::ios::binary) << actual;
         return;
     }
@@ -86,26 +88,27 @@ std::vector<Heard> ReadBack(const std::string& xml) {
 // grace note, a tie and a slur, chord symbols, lyrics, marks, fingering, octave shifts
 // and an interval pair.
 core::Document SignsScore() {
-    return Score("\xDA\xE4\xE6\xC7\xE4\r\nA test & more", {
-        "   S  KG", "TEMPO72", "RHYTM4/4",
-        "L_\xC8\xC7-", "13  4K TI", "13  4", "L_\xD1\xC7\xE4", "43  4  TR", "43  4",
-        "63  8  . AM", "73  8N",
-        "73  8", "33  4  L3", "23  4", "13  4", "53 -1", "43  8  T ", "L^Text", "03  8",
-        "ALL7N", "ALL4D", "ALL8U", "RHYTM3/4", "TEMPO-90",
-        "43  8D AC", "43  8", "44  8S 3 ", "ALL8N", "54 12  D ", "14  4  O ", "34  4  8 ",
-        "23  8  2T", "13 16  8U", "63  8B 7 ", "44  4  TB", "44  4  M ", "44  4  1 ",
-        "74 16  2M", "03 16",
-    });
+    return Score("\xDA\xE4\xE6\xC7\xE4\r\nA test & more",
+                 {
+                     "   S  KG",  "TEMPO72",        "RHYTM4/4",  "L_\xC8\xC7-", "13  4K TI",
+                     "13  4",     "L_\xD1\xC7\xE4", "43  4  TR", "43  4",       "63  8  . AM",
+                     "73  8N",    "73  8",          "33  4  L3", "23  4",       "13  4",
+                     "53 -1",     "43  8  T ",      "L^Text",    "03  8",       "ALL7N",
+                     "ALL4D",     "ALL8U",          "RHYTM3/4",  "TEMPO-90",    "43  8D AC",
+                     "43  8",     "44  8S 3 ",      "ALL8N",     "54 12  D ",   "14  4  O ",
+                     "34  4  8 ", "23  8  2T",      "13 16  8U", "63  8B 7 ",   "44  4  TB",
+                     "44  4  M ", "44  4  1 ",      "74 16  2M", "03 16",
+                 });
 }
 
 // Repeats, voltas, signs, a measure repeat, a pickup and free rhythm.
 core::Document RepeatsScore() {
     return Score("", {
-        "      BF", "TEMPO60", "RHYTM2/4",
-        "13  8", "03 -1", "REP{", "23  8", "33  8", "VOL{1", "43 16", "REP}", "VOL{2",
-        "53 16", "REPS{", "63  4", "63  4", "REPB1", "REPS}", "73  4", "73  4",
-        "RHYTM0/0", "14  8", "24  8", "03 -1", "34  4", "L-FIN",
-    });
+                         "      BF", "TEMPO60", "RHYTM2/4", "13  8", "03 -1", "REP{",  "23  8",
+                         "33  8",    "VOL{1",   "43 16",    "REP}",  "VOL{2", "53 16", "REPS{",
+                         "63  4",    "63  4",   "REPB1",    "REPS}", "73  4", "73  4", "RHYTM0/0",
+                         "14  8",    "24  8",   "03 -1",    "34  4", "L-FIN",
+                     });
 }
 
 TEST(MusicXmlExport, GoldenFiles) {
@@ -116,22 +119,39 @@ TEST(MusicXmlExport, GoldenFiles) {
 TEST(MusicXmlExport, PitchesAndDurationsReadBack) {
     const double third = 4.0 * 2 / 3;
     const std::vector<Heard> expected = {
-        {"C", 4, -0.5, 4},  {"C", 4, -0.5, 4}, // koron, held by the measure's memory
-        {"F", 4, 0.5, 4},   {"F", 4, 0.5, 4},   {"A", 4, 0, 8},      {"B", 4, 0, 8}, // natural
+        {"C", 4, -0.5, 4},
+        {"C", 4, -0.5, 4}, // koron, held by the measure's memory
+        {"F", 4, 0.5, 4},
+        {"F", 4, 0.5, 4},
+        {"A", 4, 0, 8},
+        {"B", 4, 0, 8},    // natural
         {"B", 4, -0.5, 8}, // a new measure forgets the natural
-        {"E", 4, 0, third}, {"D", 4, 0, third}, {"C", 4, 0, third},  {"G", 4, 0, -1},
-        {"F", 4, 0.5, 8},   {"", 0, 0, 8},
+        {"E", 4, 0, third},
+        {"D", 4, 0, third},
+        {"C", 4, 0, third},
+        {"G", 4, 0, -1},
+        {"F", 4, 0.5, 8},
+        {"", 0, 0, 8},
         // from here F sharp, B natural, and an octave up until "ALL8N"
-        {"F", 5, 1, 8},     {"F", 5, 1, 8},     {"F", 6, 0.5, 8},    {"G", 5, 0, 12},
-        {"C", 5, 0, 4},     {"E", 5, 0, 4},     {"D", 4, 0, 8},      {"C", 5, 0, 16},
-        {"A", 4, -1, 8},    {"F", 5, 1, 4},     {"F", 5, 1, 4},      {"F", 5, 1, 4},
-        {"B", 5, 0, 16},    {"", 0, 0, 16},
+        {"F", 5, 1, 8},
+        {"F", 5, 1, 8},
+        {"F", 6, 0.5, 8},
+        {"G", 5, 0, 12},
+        {"C", 5, 0, 4},
+        {"E", 5, 0, 4},
+        {"D", 4, 0, 8},
+        {"C", 5, 0, 16},
+        {"A", 4, -1, 8},
+        {"F", 5, 1, 4},
+        {"F", 5, 1, 4},
+        {"F", 5, 1, 4},
+        {"B", 5, 0, 16},
+        {"", 0, 0, 16},
     };
     EXPECT_EQ(ReadBack(ExportMusicXml(SignsScore())), expected);
 
     // The alters follow the bends that playback gives koron and sori.
-    const std::vector<Heard> bent =
-        ReadBack(ExportMusicXml(SignsScore(), ExportOptions{-10, 24}));
+    const std::vector<Heard> bent = ReadBack(ExportMusicXml(SignsScore(), ExportOptions{-10, 24}));
     EXPECT_DOUBLE_EQ(bent[0].alter, -10 / 32.0);
     EXPECT_DOUBLE_EQ(bent[2].alter, 24 / 32.0);
 }
@@ -146,13 +166,14 @@ TEST(MusicXmlExport, KeySignatureForms) {
         {"D  DD  G", "<key><fifths>3</fifths></key>"},
         {"  B   BG", "<key><fifths>-2</fifths></key>"},
         {"D      G", "<key><key-step>C</key-step><key-alter>1</key-alter>"
-                    "<key-accidental>sharp</key-accidental></key>"},
+                     "<key-accidental>sharp</key-accidental></key>"},
         {"  K N BG", "<key><key-step>E</key-step><key-alter>-0.5</key-alter>"
-                    "<key-accidental>koron</key-accidental><key-step>B</key-step>"
-                    "<key-alter>-1</key-alter><key-accidental>flat</key-accidental></key>"},
+                     "<key-accidental>koron</key-accidental><key-step>B</key-step>"
+                     "<key-alter>-1</key-alter><key-accidental>flat</key-accidental></key>"},
     };
     for (const auto& c : cases) {
-        const std::string xml = ExportMusicXml(Score("", {c.header, "TEMPO60", "RHYTM4/4", "13 32"}));
+        const std::string xml =
+            ExportMusicXml(Score("", {c.header, "TEMPO60", "RHYTM4/4", "13 32"}));
         EXPECT_NE(xml.find(c.key), std::string::npos) << c.header;
     }
 }
@@ -174,7 +195,8 @@ TEST(MusicXmlExport, CompressedContainer) {
     };
     EXPECT_STREQ(zip_get_name(zip, 0, 0), "mimetype");
     EXPECT_EQ(entry("mimetype"), "application/vnd.recordare.musicxml");
-    EXPECT_NE(entry("META-INF/container.xml").find("full-path=\"score.musicxml\""), std::string::npos);
+    EXPECT_NE(entry("META-INF/container.xml").find("full-path=\"score.musicxml\""),
+              std::string::npos);
     EXPECT_EQ(entry("score.musicxml"), xml);
     zip_close(zip);
 
