@@ -137,8 +137,8 @@ std::string Exporter::run() {
     m_keyPending = true;
     m_clefPending = core::HeaderClef(head) == 'F' ? "<clef><sign>F</sign><line>4</line></clef>"
                                                   : "<clef><sign>G</sign><line>2</line></clef>";
-    if (m_sheet.LastLine >= 3) rhythm(m_sheet[3]);
-    if (m_sheet.LastLine >= 2 && core::IsTempoLine(m_sheet[2].text())) tempo(m_sheet[2]);
+    if (m_sheet.LastLine >= 3) rhythm(m_sheet[3], 0);
+    if (m_sheet.LastLine >= 2 && core::IsTempoLine(m_sheet[2].text())) tempo(m_sheet[2], 0);
     for (int i = 4; i <= m_sheet.LastLine; ++i) {
         if (m_sheet[i].startsWith("END")) break;
         walkLine(i);
@@ -267,7 +267,7 @@ void Exporter::barRecord() {
     }
 }
 
-void Exporter::rhythm(const core::ScoreLine& line) {
+void Exporter::rhythm(const core::ScoreLine& line, int) {
     const std::string payload = core::DirectivePayload(line, 6);
     const core::Measure m = core::ReadMeasure(payload);
     if (m.MeasureTicks >= core::kNoBarCheck || m.numerator <= 0 || m.denominator <= 0) {
@@ -282,7 +282,7 @@ void Exporter::rhythm(const core::ScoreLine& line) {
                     std::to_string(m.denominator) + "</beat-type></time>";
 }
 
-void Exporter::tempo(const core::ScoreLine& line) {
+void Exporter::tempo(const core::ScoreLine& line, int) {
     const double v = LeadingNumber(core::DirectivePayload(line, 4));
     const double bpm = std::abs(v);
     if (bpm <= 0) return;
@@ -316,42 +316,61 @@ void Exporter::directive(int i) {
         }
         return;
     }
+    using Handler = void (Exporter::*)(const core::ScoreLine&, int);
+    struct Row {
+        std::string_view token;
+        Handler run;
+        int arg;
+    };
+    static constexpr Row kRows[] = {
+        {"TEMPO", &Exporter::tempo, 0},        {"RHYTM", &Exporter::rhythm, 0},
+        {"RHITM", &Exporter::rhythm, 0},       {"RHYTHM", &Exporter::rhythm, 0},
+        {"RHITHM", &Exporter::rhythm, 0},      {"GSIGN", &Exporter::clefChange, 'G'},
+        {"FSIGN", &Exporter::clefChange, 'F'}, {"REP{", &Exporter::repeatStart, 0},
+        {"REP}", &Exporter::repeatEnd, 0},     {"VOL{1", &Exporter::volta, 1},
+        {"VOL{2", &Exporter::volta, 2},        {"REPS{", &Exporter::largeRepeat, 0},
+        {"REPS}", &Exporter::largeRepeat, 1},  {"REPB1", &Exporter::repeatSign, 1},
+        {"REPB2", &Exporter::repeatSign, 2},
+    };
     const std::string_view token = core::DirectiveTokenOf(line.text());
-    if (token == "TEMPO")
-        tempo(line);
-    else if (core::IsRhythmLine(line.text()))
-        rhythm(line);
-    else if (token == "GSIGN")
-        m_clefPending = "<clef><sign>G</sign><line>2</line></clef>";
-    else if (token == "FSIGN")
-        m_clefPending = "<clef><sign>F</sign><line>4</line></clef>";
-    else if (token == "REP{") {
-        Barline& bar = m_cur.hasNotes ? m_cur.right : m_cur.left;
-        bar.style = "heavy-light";
-        bar.repeat = "<repeat direction=\"forward\"/>";
-    } else if (token == "REP}") {
-        Barline& bar = closingBar();
-        bar.style = "light-heavy";
-        bar.repeat = "<repeat direction=\"backward\"/>";
-        if (m_ending1Open) bar.ending = "<ending number=\"1\" type=\"stop\"/>";
-        m_ending1Open = false;
-    } else if (token == "VOL{1" || token == "VOL{2") {
-        const bool first = token == "VOL{1";
-        m_cur.left.ending =
-            std::string("<ending number=\"") + (first ? "1" : "2") + "\" type=\"start\"/>";
-        (first ? m_ending1Open : m_ending2Open) = true;
-    } else if (token == "REPS{") {
-        m_cur.body += Direction("above", "<segno/>", "<sound segno=\"segno\"/>");
-    } else if (token == "REPS}") {
-        m_cur.body += Direction("above", "<segno/>", "<sound dalsegno=\"segno\"/>");
-    } else if (token == "REPB1" || token == "REPB2") {
-        repeatSign(token == "REPB1" ? 1 : 2);
-    }
+    for (const Row& row : kRows)
+        if (row.token == token) return (this->*row.run)(line, row.arg);
+}
+
+void Exporter::clefChange(const core::ScoreLine&, int letter) {
+    m_clefPending = letter == 'F' ? "<clef><sign>F</sign><line>4</line></clef>"
+                                  : "<clef><sign>G</sign><line>2</line></clef>";
+}
+
+void Exporter::repeatStart(const core::ScoreLine&, int) {
+    Barline& bar = m_cur.hasNotes ? m_cur.right : m_cur.left;
+    bar.style = "heavy-light";
+    bar.repeat = "<repeat direction=\"forward\"/>";
+}
+
+// The end of a repeat also ends a first volta.
+void Exporter::repeatEnd(const core::ScoreLine&, int) {
+    Barline& bar = closingBar();
+    bar.style = "light-heavy";
+    bar.repeat = "<repeat direction=\"backward\"/>";
+    if (m_ending1Open) bar.ending = "<ending number=\"1\" type=\"stop\"/>";
+    m_ending1Open = false;
+}
+
+void Exporter::volta(const core::ScoreLine&, int number) {
+    m_cur.left.ending = "<ending number=\"" + std::to_string(number) + "\" type=\"start\"/>";
+    (number == 1 ? m_ending1Open : m_ending2Open) = true;
+}
+
+// The large repeat: its start is the segno, its end goes back to it.
+void Exporter::largeRepeat(const core::ScoreLine&, int end) {
+    m_cur.body += Direction("above", "<segno/>",
+                            end ? "<sound dalsegno=\"segno\"/>" : "<sound segno=\"segno\"/>");
 }
 
 // A measure-repeat sign: the measures it repeats are written out again, as an importer
 // that plays them needs, and drawn as the sign.
-void Exporter::repeatSign(int count) {
+void Exporter::repeatSign(const core::ScoreLine&, int count) {
     if (m_cur.hasNotes) closeMeasure();
     const int have = static_cast<int>(m_measures.size());
     if (have < count) return;

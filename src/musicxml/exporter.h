@@ -50,11 +50,17 @@ private:
     std::string header() const;
     void walkLine(int i);
     void directive(int i);
-    void rhythm(const core::ScoreLine& line);
-    void tempo(const core::ScoreLine& line);
+    // Directive handlers: the line and the number its token stands for.
+    void rhythm(const core::ScoreLine& line, int);
+    void tempo(const core::ScoreLine& line, int);
+    void clefChange(const core::ScoreLine&, int letter);
+    void repeatStart(const core::ScoreLine&, int);
+    void repeatEnd(const core::ScoreLine&, int);
+    void volta(const core::ScoreLine&, int number);
+    void largeRepeat(const core::ScoreLine&, int end);
+    void repeatSign(const core::ScoreLine&, int count);
     void octaveLine(int shift);
     void textLine(int i);
-    void repeatSign(int count);
     void barRecord();
     void countTime(const NoteRead& n);
     void closeMeasure(bool implicit = false);
