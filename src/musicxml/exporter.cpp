@@ -159,17 +159,19 @@ std::string Exporter::run() {
     out += header();
     out += "<part id=\"P1\">\n";
     for (const MeasureOut& m : m_measures)
-        out += measureXml(m);
-    return out + "</part>\n</score-partwise>\n";
+        appendMeasure(out, m);
+    out += "</part>\n</score-partwise>\n";
+    return out;
 }
 
-std::string Exporter::measureXml(const MeasureOut& m) const {
-    std::string out =
-        "<measure number=\"" + m.number + "\"" + (m.implicit ? " implicit=\"yes\"" : "") + ">\n";
+void Exporter::appendMeasure(std::string& out, const MeasureOut& m) const {
+    out += "<measure number=\"" + m.number + "\"" + (m.implicit ? " implicit=\"yes\"" : "") + ">\n";
     const std::string attributes = m.divisions + m.key + m.time + m.clef + m.style;
     if (!attributes.empty()) out += "<attributes>" + attributes + "</attributes>\n";
-    out += m.left.xml("left") + m.body + m.right.xml("right");
-    return out + "</measure>\n";
+    out += m.left.xml("left");
+    out += m.body;
+    out += m.right.xml("right");
+    out += "</measure>\n";
 }
 
 void Exporter::walkLine(int i) {

@@ -66,7 +66,7 @@ private:
     void closeMeasure(bool implicit = false);
     void flushAttributes();
     Barline& closingBar();
-    std::string measureXml(const MeasureOut& m) const;
+    void appendMeasure(std::string& out, const MeasureOut& m) const;
     // Notes (note_writer.cpp).
     void noteLine(int i);
     void timing(const NoteRead& n, std::string& duration, std::string& look) const;

@@ -249,7 +249,8 @@ std::string Exporter::noteXml(const NoteRead& n, int i, int shift, const std::st
     markXml(n, notations);
     if (!notations.empty()) out += "<notations>" + notations + "</notations>";
     if (n.step > 0 && !grace) out += lyricsXml();
-    return out + "</note>\n";
+    out += "</note>\n";
+    return out;
 }
 
 void Exporter::noteLine(int i) {
