@@ -43,8 +43,11 @@ int BeamLevels(int ticks) {
     }
 }
 
-bool IsUpper(char c) {
-    return c >= 'A' && c <= 'Z';
+// The letter a note's own accidental sounds with, read in upper case as playback reads
+// it; blank for none.
+char SoundingCode(char accidental) {
+    const char upper = accidental >= 'a' && accidental <= 'z' ? accidental - 'a' + 'A' : accidental;
+    return AccidentalWord(upper).empty() ? ' ' : upper;
 }
 
 } // namespace
@@ -71,7 +74,7 @@ int Exporter::nextNote(int i) const {
 // The letter a note sounds with: its own, the measure's memory of its step, or the key.
 char Exporter::soundingLetter(const NoteRead& n) {
     const auto s = static_cast<std::size_t>(n.step);
-    const char own = IsUpper(n.accidental) ? n.accidental : ' ';
+    const char own = SoundingCode(n.accidental);
     if (own != ' ') {
         if (m_measureTicks > 0) m_memory[s] = own;
         return own;
