@@ -313,6 +313,9 @@ void Exporter::directive(int i) {
         if (change->digit >= 1 && change->digit <= 7) {
             m_key[static_cast<std::size_t>(change->digit)] = change->letter;
             m_keyPending = true;
+            // A key change behind a barline makes it a double bar.
+            Barline& bar = closingBar();
+            if (&bar != &m_cur.right && bar.style.empty()) bar.style = "light-light";
         } else if (change->digit == 8) {
             octaveLine(change->letter == 'U' ? 1 : change->letter == 'D' ? -1 : 0);
         }
