@@ -347,10 +347,13 @@ void Exporter::clefChange(const core::ScoreLine&, int letter) {
                                   : "<clef><sign>G</sign><line>2</line></clef>";
 }
 
+// A repeat start inside a measure stands where it is met.
 void Exporter::repeatStart(const core::ScoreLine&, int) {
-    Barline& bar = m_cur.hasNotes ? m_cur.right : m_cur.left;
-    bar.style = "heavy-light";
-    bar.repeat = "<repeat direction=\"forward\"/>";
+    Barline bar{"heavy-light", "", "<repeat direction=\"forward\"/>"};
+    if (m_cur.hasNotes)
+        m_cur.body += bar.xml("middle");
+    else
+        m_cur.left = bar;
 }
 
 // The end of a repeat also ends a first volta.

@@ -2,6 +2,7 @@
 // key signature forms and the compressed container.
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <zip.h>
 
 #include <QString>
@@ -202,6 +203,24 @@ TEST(MusicXmlExport, CompressedContainer) {
 
     EXPECT_NE(WriteMusicXmlFile(folder / "no" / "such.musicxml", xml), "");
     EXPECT_NE(WriteMusicXmlFile(folder / "no" / "such.mxl", xml), "");
+}
+
+// The command's exit codes: 0 written, 1 a usage error, 2 a file that cannot be read.
+TEST(MusicXmlExport, CommandLine) {
+    const test::TempFolder folder;
+    const std::string demo = std::string(TAHRIR_DATA_DIR) + "/demo/shur-daramad.srv";
+    const auto run = [&](const std::string& args) {
+        const std::string command = std::string(TAHRIR_CLI) + " export-musicxml " + args +
+                                    " --app-folder " + (folder / "app").string() + " 2>/dev/null";
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    };
+    const std::string out = (folder / "shur.mxl").string();
+    EXPECT_EQ(run(demo + " -o " + out), 0);
+    EXPECT_TRUE(std::filesystem::exists(out));
+    EXPECT_EQ(run(demo), 1);
+    EXPECT_EQ(run((folder / "missing.srv").string() + " -o " + out), 2);
+    EXPECT_EQ(run(demo + " -o " + (folder / "no" / "x.musicxml").string()), 2);
 }
 
 } // namespace
