@@ -135,8 +135,7 @@ std::string Exporter::run() {
     m_memory.fill(' ');
     m_cur.divisions = "<divisions>" + std::to_string(8 * m_unit) + "</divisions>";
     m_keyPending = true;
-    m_clefPending = core::HeaderClef(head) == 'F' ? "<clef><sign>F</sign><line>4</line></clef>"
-                                                  : "<clef><sign>G</sign><line>2</line></clef>";
+    clefChange(head, core::HeaderClef(head));
     if (m_sheet.LastLine >= 3) rhythm(m_sheet[3], 0);
     if (m_sheet.LastLine >= 2 && core::IsTempoLine(m_sheet[2].text())) tempo(m_sheet[2], 0);
     for (int i = 4; i <= m_sheet.LastLine; ++i) {
