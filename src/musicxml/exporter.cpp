@@ -316,7 +316,17 @@ void Exporter::directive(int i) {
             Barline& bar = closingBar();
             if (&bar != &m_cur.right && bar.style.empty()) bar.style = "light-light";
         } else if (change->digit == 8) {
-            octaveLine(change->letter == 'U' ? 1 : change->letter == 'D' ? -1 : 0);
+            // The octave lines double or halve a state; only once up or once down from
+            // the base moves the music, as playback hears it.
+            if (change->letter == 'U')
+                m_octaveState *= 2;
+            else if (change->letter == 'D')
+                m_octaveState /= 2;
+            else if (change->letter == 'N')
+                m_octaveState = kOctaveBase;
+            octaveLine(m_octaveState == 2 * kOctaveBase   ? 1
+                       : m_octaveState * 2 == kOctaveBase ? -1
+                                                          : 0);
         }
         return;
     }

@@ -77,7 +77,7 @@ private:
     std::string beamXml(const NoteRead& n, int i) const;
     std::string tieAndSlur(const NoteRead& n, int i, std::string& notations);
     std::string markXml(const NoteRead& n, std::string& notations) const;
-    std::string companionXml(const NoteRead& n, const std::string& timing) const;
+    std::string companionXml(const NoteRead& n, int shift, const std::string& timing) const;
     std::string harmonyXml(const NoteRead& n) const;
     std::string lyricsXml();
     char soundingLetter(const NoteRead& n);
@@ -94,7 +94,9 @@ private:
     std::string m_timePending, m_clefPending;
     int m_measureTicks = 0; // 0: free rhythm, measures end at barline records
     int m_fill = 0;
-    int m_octaveShift = 0;
+    static constexpr int kOctaveBase = 32;
+    int m_octaveState = kOctaveBase;
+    int m_octaveShift = 0; // -1, 0 or 1
     int m_tupletCount = 0, m_tupletLeft = 0;
     bool m_tieStop = false, m_slurStop = false;
     std::string m_lyricHyphen[2];

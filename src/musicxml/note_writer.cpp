@@ -74,6 +74,9 @@ int Exporter::nextNote(int i) const {
 // The letter a note sounds with: its own, the measure's memory of its step, or the key.
 char Exporter::soundingLetter(const NoteRead& n) {
     const auto s = static_cast<std::size_t>(n.step);
+    // The memory starts afresh at every line that stands at the start of a measure, so a
+    // grace note there leaves nothing behind, as playback hears it.
+    if (m_fill == 0) m_memory.fill(' ');
     const char own = SoundingCode(n.accidental);
     if (own != ' ') {
         if (m_measureTicks > 0) m_memory[s] = own;
@@ -165,14 +168,14 @@ std::string Exporter::markXml(const NoteRead& n, std::string& notations) const {
 
 // "1T".."KT": the companion sounds with the note, written as a chord note. It stands
 // the interval's count of steps below the step above the note, with the key's letter.
-std::string Exporter::companionXml(const NoteRead& n, const std::string& timing) const {
+std::string Exporter::companionXml(const NoteRead& n, int shift, const std::string& timing) const {
     const auto count = IntervalCount(n.mark[0]);
     if (!count || n.step <= 0) return {};
     const int position = n.octave * 7 + n.step - *count; // 0-based: octave * 7 + step - 1
     const int step = (position % 7 + 7) % 7 + 1;
     const int octave = (position - (step - 1)) / 7;
     const char letter = step == n.step ? ' ' : m_key[static_cast<std::size_t>(step)];
-    return "<note><chord/>" + pitchXml(step, octave + 1 + m_octaveShift, letter) + timing +
+    return "<note><chord/>" + pitchXml(step, octave + 1 + m_octaveShift + shift, letter) + timing +
            "</note>\n";
 }
 
@@ -263,8 +266,10 @@ void Exporter::noteLine(int i) {
     flushAttributes();
     const auto row = MarkRowOf(n.mark);
     const MarkGroup group = row ? row->group : MarkGroup::None;
-    // "8U" sounds an octave up: written an octave down under a shift line of its own.
-    const int shift = group == MarkGroup::Octave ? (n.mark == "8U" ? 1 : -1) : 0;
+    // "8U" sounds an octave up: written an octave down under a shift line of its own. Under
+    // an octave line of the same direction it adds nothing.
+    const int mark = group == MarkGroup::Octave ? (n.mark == "8U" ? 1 : -1) : 0;
+    const int shift = mark == m_octaveShift ? 0 : mark;
     if (group == MarkGroup::Tuplet && !grace) m_tupletCount = m_tupletLeft = row->element[0] - '0';
     std::string& body = m_cur.body;
     body += harmonyXml(n);
@@ -272,7 +277,7 @@ void Exporter::noteLine(int i) {
     std::string duration, look;
     timing(n, duration, look);
     body += noteXml(n, i, shift, duration, look);
-    if (group == MarkGroup::Dual && !grace) body += companionXml(n, duration + look);
+    if (group == MarkGroup::Dual && !grace) body += companionXml(n, shift, duration + look);
     if (shift != 0) body += OctaveShift("stop", 2);
     m_cur.hasNotes = true;
     if (!grace) countTime(n);
