@@ -21,7 +21,10 @@ namespace {
 using namespace tahrir::core;
 using namespace tahrir::render;
 
+} // namespace
+
 // Loads FILE as the open command does, without an undo store. 0 or the exit code.
+// Shared with the MusicXML export.
 int LoadForDrawing(const Args& args, const std::string& file, Document& doc,
                    Session& session) {
     const AppFolderResult folder = PrepareAppFolder(args.value("--app-folder"));
@@ -36,6 +39,8 @@ int LoadForDrawing(const Args& args, const std::string& file, Document& doc,
     }
     return ExitOk;
 }
+
+namespace {
 
 // --view, --zoom and --width-units into layout options; the error text when one is bad.
 std::string ReadView(Args& args, LayoutOptions& options) {

@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "cli/cli_args.h"
+#include "core/document.h"
+
 namespace tahrir::cli {
 
 using Argv = std::vector<std::string>;
@@ -17,12 +20,17 @@ int RunType(const Argv& argv);
 // Drawing (cmd_render.cpp)
 int RunRender(const Argv& argv);
 int RunLayout(const Argv& argv);
+// Loads FILE as the open command does, without an undo store. 0 or the exit code.
+int LoadForDrawing(const Args& args, const std::string& file, core::Document& doc,
+                   core::Session& session);
 // Sound (cmd_play.cpp)
 int RunPlay(const Argv& argv);
 // MIDI files (cmd_midi.cpp)
 int RunExportMidi(const Argv& argv);
 int RunDumpMidi(const Argv& argv);
 int RunImportMidi(const Argv& argv);
+// MusicXML (cmd_musicxml.cpp)
+int RunExportMusicXml(const Argv& argv);
 // Recordings (cmd_transcribe.cpp)
 int RunPitch(const Argv& argv);
 int RunFindNote(const Argv& argv);

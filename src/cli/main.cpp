@@ -29,6 +29,7 @@ const Command kCommands[] = {
      RunPlay},
     {"export-midi", "export-midi FILE.srv -o OUT.mid [--tempo N] [--microtonal]", RunExportMidi},
     {"dump-midi", "dump-midi FILE.mid", RunDumpMidi},
+    {"export-musicxml", "export-musicxml FILE.srv -o OUT.musicxml|OUT.mxl", RunExportMusicXml},
     {"import-midi", "import-midi FILE.mid --track N [--octave-shift K] -o OUT.srv",
      RunImportMidi},
     {"pitch", "pitch FILE.wav", RunPitch},

@@ -25,6 +25,7 @@
 #include "edit/key_codes.h"
 #include "ui/dialogs.h"
 #include "ui/measure_strip.h"
+#include "ui/musicxml_command.h"
 #include "ui/palette_panel.h"
 #include "ui/playback.h"
 #include "ui/playback_panel.h"
@@ -181,6 +182,11 @@ void MainWindow::buildMenus() {
     add(file, "LoadFile", "&Open...", [this] { LoadFile(0); });
     add(file, "RecentFiles", "&Recent files", [this] { LoadFile(1); });
     add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
+    add(file, "ExportMusicXml", "Export Music&XML...", [this] {
+        statusBar()->showMessage(QString::fromStdString(ExportMusicXmlCommand(
+                                     *m_dialogs, m_doc, m_playback->player().controls())),
+                                 6000);
+    });
     file->addSeparator();
     add(file, "ExitImage", "E&xit", [this] { close(); });
     QMenu* view = menuBar()->addMenu("&View");

@@ -1,0 +1,27 @@
+#include "ui/musicxml_command.h"
+
+#include <filesystem>
+
+#include "musicxml/score_export.h"
+
+namespace tahrir::ui {
+
+std::string ExportMusicXmlCommand(Dialogs& dialogs, const core::Document& doc,
+                                  const play::PlayControls& controls) {
+    std::string path = dialogs.saveFile(
+        "Export MusicXML", "MusicXML (*.musicxml *.mxl);;Compressed MusicXML (*.mxl)", "");
+    if (path.empty()) return {};
+    if (std::filesystem::path(path).extension().empty()) path += ".musicxml";
+    musicxml::ExportOptions options;
+    options.koronBend = controls.KoronBend.load();
+    options.soriBend = controls.SoriBend.load();
+    const std::string error =
+        musicxml::WriteMusicXmlFile(path, musicxml::ExportMusicXml(doc, options));
+    if (!error.empty()) {
+        dialogs.message("Tahrir", error);
+        return {};
+    }
+    return "Wrote " + path;
+}
+
+} // namespace tahrir::ui

@@ -1,0 +1,289 @@
+// MusicXML export: golden files of small scores, the pitches and durations read back, the
+// key signature forms and the compressed container.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <zip.h>
+
+#include <QString>
+#include <QXmlStreamReader>
+
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "core/rhythm_pass.h"
+#include "core/score_reader.h"
+#include "musicxml/score_export.h"
+#include "temp_folder.h"
+
+namespace tahrir::musicxml {
+namespace {
+
+core::Document Score(const std::string& description, std::initializer_list<std::string> lines) {
+    std::string bytes = "\"Sv5\"\r\n\"" + description + "\"\r\n";
+    for (const std::string& l : lines)
+        bytes += l + "\r\n";
+    core::Document doc;
+    core::ParseScore(bytes, false, doc);
+    core::RhythmPass(doc.Sheet);
+    return doc;
+}
+
+void ExpectGolden(const std::string& name, const std::string& actual) {
+    const std::string path = std::string(TAHRIR_TEST_DATA) + "/musicxml/" + name;
+    if (const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN");
+        update && std::string(update) == "1") {
+        std::ofstream(path, std::ios::binary) << actual;
+        return;
+    }
+    std::ifstream in(path, std::ios::binary);
+    ASSERT_TRUE(in) << "missing golden file " << path << " (run with TAHRIR_UPDATE_GOLDEN=1)";
+    std::stringstream expected;
+    expected << in.rdbuf();
+    EXPECT_EQ(expected.str(), actual) << "differs from " << path;
+}
+
+// A note read back: step, octave, alter and its length in 32nds; chord companions left out.
+struct Heard {
+    std::string step;
+    int octave = 0;
+    double alter = 0;
+    double ticks = 0;
+    bool tiedIn = false; // continues the note before: no new attack
+    bool operator==(const Heard&) const = default;
+};
+std::ostream& operator<<(std::ostream& o, const Heard& h) {
+    return o << (h.step.empty() ? "rest" : h.step) << h.octave << " alter " << h.alter << " ticks "
+             << h.ticks;
+}
+
+std::vector<Heard> ReadBack(const std::string& xml) {
+    QXmlStreamReader r(QString::fromStdString(xml));
+    std::vector<Heard> out;
+    double divisions = 0;
+    Heard note;
+    bool chord = false, grace = false;
+    while (!r.atEnd()) {
+        r.readNext();
+        const QString name = r.name().toString();
+        if (r.isStartElement()) {
+            if (name == "note") note = {}, chord = grace = false;
+            if (name == "chord") chord = true;
+            if (name == "grace") grace = true;
+            if (name == "divisions") divisions = r.readElementText().toDouble();
+            if (name == "step") note.step = r.readElementText().toStdString();
+            if (name == "octave") note.octave = r.readElementText().toInt();
+            if (name == "alter") note.alter = r.readElementText().toDouble();
+            if (name == "duration") note.ticks = r.readElementText().toDouble() * 8 / divisions;
+            if (name == "tie" && r.attributes().value("type") == QString("stop"))
+                note.tiedIn = true;
+        } else if (r.isEndElement() && name == "note" && !chord) {
+            if (grace) note.ticks = -1;
+            out.push_back(note);
+        }
+    }
+    EXPECT_FALSE(r.hasError()) << r.errorString().toStdString();
+    return out;
+}
+
+// Every family of sign on a few measures: a non-traditional key, accidentals and the
+// measure's memory, a key change to a standard key, a time and tempo change, a tuplet, a
+// grace note, a tie and a slur, chord symbols, lyrics, marks, fingering, octave shifts
+// and an interval pair.
+core::Document SignsScore() {
+    return Score("\xDA\xE4\xE6\xC7\xE4\r\nA test & more",
+                 {
+                     "   S  KG",  "TEMPO72",        "RHYTM4/4",  "L_\xC8\xC7-", "13  4K TI",
+                     "13  4",     "L_\xD1\xC7\xE4", "43  4  TR", "43  4",       "63  8  . AM",
+                     "73  8N",    "73  8",          "33  4  L3", "23  4",       "13  4",
+                     "53 -1",     "43  8  T ",      "L^Text",    "03  8",       "ALL7N",
+                     "ALL4D",     "ALL8U",          "RHYTM3/4",  "TEMPO-90",    "43  8D AC",
+                     "43  8",     "44  8S 3 ",      "ALL8N",     "54 12  D ",   "14  4  O ",
+                     "34  4  8 ", "23  8  2T",      "13 16  8U", "63  8B 7 ",   "44  4  TB",
+                     "44  4  M ", "44  4  1 ",      "74 16  2M", "03 16",
+                 });
+}
+
+// Repeats, voltas, signs, a measure repeat, a pickup and free rhythm.
+core::Document RepeatsScore() {
+    return Score("", {
+                         "      BF", "TEMPO60", "RHYTM2/4", "13  8", "03 -1", "REP{",  "23  8",
+                         "33  8",    "VOL{1",   "43 16",    "REP}",  "VOL{2", "53 16", "REPS{",
+                         "63  4",    "63  4",   "REPB1",    "REPS}", "73  4", "73  4", "RHYTM0/0",
+                         "14  8",    "24  8",   "03 -1",    "34  4", "L-FIN",
+                     });
+}
+
+TEST(MusicXmlExport, GoldenFiles) {
+    ExpectGolden("signs.musicxml", ExportMusicXml(SignsScore()));
+    ExpectGolden("repeats.musicxml", ExportMusicXml(RepeatsScore()));
+}
+
+TEST(MusicXmlExport, PitchesAndDurationsReadBack) {
+    const double third = 4.0 * 2 / 3;
+    const std::vector<Heard> expected = {
+        {"C", 4, -0.5, 4},
+        {"C", 4, -0.5, 4, true}, // koron, held by the measure's memory
+        {"F", 4, 0.5, 4},
+        {"F", 4, 0.5, 4},
+        {"A", 4, 0, 8},
+        {"B", 4, 0, 8},    // natural
+        {"B", 4, -0.5, 8}, // a new measure forgets the natural
+        {"E", 4, 0, third},
+        {"D", 4, 0, third},
+        {"C", 4, 0, third},
+        {"G", 4, 0, -1},
+        {"F", 4, 0.5, 8},
+        {"", 0, 0, 8},
+        // from here F sharp, B natural, and an octave up until "ALL8N"
+        {"F", 5, 1, 8},
+        {"F", 5, 1, 8},
+        {"F", 6, 0.5, 8},
+        {"G", 5, 0, 12},
+        {"C", 5, 0, 4},
+        {"E", 5, 0, 4},
+        {"D", 4, 0, 8},
+        {"C", 5, 0, 16},
+        {"A", 4, -1, 8},
+        {"F", 5, 1, 4},
+        {"F", 5, 1, 4},
+        {"F", 5, 1, 4},
+        {"B", 5, 0, 16},
+        {"", 0, 0, 16},
+    };
+    EXPECT_EQ(ReadBack(ExportMusicXml(SignsScore())), expected);
+
+    // The alters follow the bends that playback gives koron and sori.
+    const std::vector<Heard> bent = ReadBack(ExportMusicXml(SignsScore(), ExportOptions{-10, 24}));
+    EXPECT_DOUBLE_EQ(bent[0].alter, -10 / 32.0);
+    EXPECT_DOUBLE_EQ(bent[2].alter, 24 / 32.0);
+}
+
+TEST(MusicXmlExport, KeySignatureForms) {
+    const struct {
+        const char* header;
+        const char* key;
+    } cases[] = {
+        {"       G", "<key><fifths>0</fifths></key>"},
+        {"   D   G", "<key><fifths>1</fifths></key>"},
+        {"D  DD  G", "<key><fifths>3</fifths></key>"},
+        {"  B   BG", "<key><fifths>-2</fifths></key>"},
+        {"D      G", "<key><key-step>C</key-step><key-alter>1</key-alter>"
+                     "<key-accidental>sharp</key-accidental></key>"},
+        {"  K N BG", "<key><key-step>E</key-step><key-alter>-0.5</key-alter>"
+                     "<key-accidental>koron</key-accidental><key-step>B</key-step>"
+                     "<key-alter>-1</key-alter><key-accidental>flat</key-accidental></key>"},
+    };
+    for (const auto& c : cases) {
+        const std::string xml =
+            ExportMusicXml(Score("", {c.header, "TEMPO60", "RHYTM4/4", "13 32"}));
+        EXPECT_NE(xml.find(c.key), std::string::npos) << c.header;
+    }
+}
+
+TEST(MusicXmlExport, CompressedContainer) {
+    const test::TempFolder folder;
+    const std::string xml = ExportMusicXml(RepeatsScore());
+    ASSERT_EQ(WriteMusicXmlFile(folder / "out.MXL", xml), "");
+    zip_t* zip = zip_open((folder / "out.MXL").c_str(), ZIP_RDONLY, nullptr);
+    ASSERT_NE(zip, nullptr);
+    const auto entry = [&](const char* name) {
+        zip_stat_t st;
+        if (zip_stat(zip, name, 0, &st) != 0) return std::string("(missing)");
+        std::string data(st.size, '\0');
+        zip_file_t* f = zip_fopen(zip, name, 0);
+        zip_fread(f, data.data(), st.size);
+        zip_fclose(f);
+        return data;
+    };
+    EXPECT_STREQ(zip_get_name(zip, 0, 0), "mimetype");
+    EXPECT_EQ(entry("mimetype"), "application/vnd.recordare.musicxml");
+    EXPECT_NE(entry("META-INF/container.xml").find("full-path=\"score.musicxml\""),
+              std::string::npos);
+    EXPECT_EQ(entry("score.musicxml"), xml);
+    zip_close(zip);
+
+    EXPECT_NE(WriteMusicXmlFile(folder / "no" / "such.musicxml", xml), "");
+    EXPECT_NE(WriteMusicXmlFile(folder / "no" / "such.mxl", xml), "");
+}
+
+// Random scores of notes, accidentals, key changes, octave marks and lines, ties and
+// grace notes: every note the export writes sounds in playback, in order, at the pitch
+// its step, octave and alter name (koron and sori on their bend channels). Playback may
+// sound more (ornaments); a tied note sounds no new attack.
+TEST(MusicXmlExport, PitchesAgreeWithPlayback) {
+    const test::TempFolder folder;
+    std::mt19937 random(17);
+    const auto pick = [&](std::initializer_list<const char*> from) {
+        return std::string(from.begin()[random() % from.size()]);
+    };
+    for (int score = 0; score < 12; ++score) {
+        std::string text = "\"Sv5\"\r\n\"\"\r\n";
+        for (int s = 0; s < 7; ++s)
+            text += pick({" ", " ", "D", "B", "S", "K", "N"});
+        text += "G\r\nTEMPO120\r\n" + pick({"RHYTM4/4", "RHYTM3/8", "RHYTM2/4"}) + "\r\n";
+        for (int i = 0; i < 40; ++i) {
+            if (random() % 4 == 0) {
+                text += pick({"ALL8U", "ALL8D", "ALL8N", "ALL1K", "ALL4S", "ALL7B", "ALL6N",
+                              "03 -1", "03  8"});
+            } else {
+                text += std::to_string(1 + random() % 7) + std::to_string(2 + random() % 3) +
+                        pick({" -1", "  2", "  4", "  6", "  8", " 12", " 16"}) +
+                        pick({" ", " ", "D", "B", "S", "K", "N", "k"}) + " " +
+                        pick({"  ", "8U", "8D", "TI", "AC", "L3"});
+            }
+            text += "\r\n";
+        }
+        const std::filesystem::path srv = folder / "random.srv";
+        std::ofstream(srv, std::ios::binary) << text;
+        core::Document doc;
+        core::ParseScore(text, false, doc);
+        core::RhythmPass(doc.Sheet);
+        const std::string command = std::string(TAHRIR_CLI) + " play " + srv.string() +
+                                    " --messages " + (folder / "m.txt").string() +
+                                    " --app-folder " + (folder / "app").string();
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        std::vector<double> sounded;
+        std::ifstream messages(folder / "m.txt");
+        for (std::string time, word; messages >> time >> word;) {
+            const unsigned long m = std::stoul(word, nullptr, 16);
+            const unsigned channel = m & 0x0F, key = (m >> 8) & 0xFF;
+            if ((m & 0xF0) != 0x90 || ((m >> 16) & 0xFF) == 0 || channel == 6) continue;
+            sounded.push_back(key + (channel == 2 ? -0.5 : channel == 4 ? 0.5 : 0));
+        }
+        std::size_t at = 0;
+        for (const Heard& h : ReadBack(ExportMusicXml(doc))) {
+            if (h.step.empty() || h.tiedIn) continue;
+            constexpr int kPitchClass[] = {9, 11, 0, 2, 4, 5, 7}; // A..G
+            const double key = 12 * (h.octave + 1) + kPitchClass[h.step[0] - 'A'] + h.alter;
+            while (at < sounded.size() && sounded[at] != key)
+                ++at;
+            ASSERT_LT(at, sounded.size()) << "score " << score << ": " << h << " never sounds\n"
+                                          << text;
+            ++at;
+        }
+    }
+}
+
+// The command's exit codes: 0 written, 1 a usage error, 2 a file that cannot be read.
+TEST(MusicXmlExport, CommandLine) {
+    const test::TempFolder folder;
+    const std::string demo = std::string(TAHRIR_DATA_DIR) + "/demo/shur-daramad.srv";
+    const auto run = [&](const std::string& args) {
+        const std::string command = std::string(TAHRIR_CLI) + " export-musicxml " + args +
+                                    " --app-folder " + (folder / "app").string() + " 2>/dev/null";
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    };
+    const std::string out = (folder / "shur.mxl").string();
+    EXPECT_EQ(run(demo + " -o " + out), 0);
+    EXPECT_TRUE(std::filesystem::exists(out));
+    EXPECT_EQ(run(demo), 1);
+    EXPECT_EQ(run((folder / "missing.srv").string() + " -o " + out), 2);
+    EXPECT_EQ(run(demo + " -o " + (folder / "no" / "x.musicxml").string()), 2);
+}
+
+} // namespace
+} // namespace tahrir::musicxml
