@@ -110,8 +110,17 @@ bool WaveVoices::hasSample(WaveBank bank, int n) const {
 }
 
 bool WaveVoices::loadAccompaniment(const fs::path& file, std::string& error) {
+    std::error_code ec;
+    const auto written = fs::last_write_time(file, ec);
+    // The same unchanged file again (each Play asks for it) is not read again.
+    if (!ec && !m_recordings.empty() && file == m_recordingFile && written == m_recordingTime) {
+        m_nextRecording.store(m_recordings.back().get(), std::memory_order_release);
+        return true;
+    }
     auto sample = std::make_unique<WaveSample>();
     if (!ReadWaveSample(file, *sample, error)) return false;
+    m_recordingFile = file;
+    m_recordingTime = written;
     m_nextRecording.store(sample.get(), std::memory_order_release);
     m_recordings.push_back(std::move(sample));
     return true;

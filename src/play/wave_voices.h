@@ -86,6 +86,8 @@ private:
 
     // Recordings stay loaded until the voices go, so the audio side never frees one.
     std::vector<std::unique_ptr<WaveSample>> m_recordings;
+    std::filesystem::path m_recordingFile;
+    std::filesystem::file_time_type m_recordingTime;
     std::atomic<const WaveSample*> m_nextRecording{nullptr};
     std::atomic<int> m_accompanimentMs{0};
 
