@@ -6,6 +6,8 @@
 #include <cctype>
 #include <cmath>
 
+#include "core/load_file.h"
+
 namespace tahrir::play {
 
 namespace fs = std::filesystem;
@@ -63,16 +65,16 @@ std::string SyllableSampleName(int step) {
 
 fs::path AccompanimentFile(const fs::path& score, int tempo) {
     if (score.empty()) return {};
-    std::string stem = score.filename().string();
-    if (stem.size() >= 4 && Lower(stem.substr(stem.size() - 4)) == ".srv")
-        stem.resize(stem.size() - 4);
-    const std::string name = Lower(stem) + "-T" + std::to_string(tempo) + ".Wav";
-    const fs::path folder = score.parent_path().empty() ? fs::path(".") : score.parent_path();
+    const fs::path named = core::CompanionRecording(score.string(), tempo);
+    const fs::path folder = named.parent_path().empty() ? fs::path(".") : named.parent_path();
+    // The name is the score's folded to lower case; any file that differs only in case
+    // is the same recording.
+    const std::string wanted = Lower(named.filename().string());
     std::error_code ec;
-    if (fs::is_regular_file(folder / name, ec)) return folder / name;
+    if (fs::is_regular_file(folder / wanted, ec)) return folder / wanted;
     for (auto it = fs::directory_iterator(folder, ec); !ec && it != fs::directory_iterator();
          it.increment(ec))
-        if (Lower(it->path().filename().string()) == Lower(name) && it->is_regular_file(ec))
+        if (Lower(it->path().filename().string()) == wanted && it->is_regular_file(ec))
             return it->path();
     return {};
 }

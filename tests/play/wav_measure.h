@@ -25,9 +25,11 @@ inline std::vector<float> ReadLeft(const std::filesystem::path& file) {
     return left;
 }
 
-// Fundamental frequency by YIN: cumulative-mean-normalised difference, first dip below 0.1,
+// Fundamental frequency by YIN: cumulative-mean-normalised difference, first dip below
+// `threshold` (0.1 for instruments, more for a breathy voice),
 // refined by a parabola through its neighbours.
-inline double YinPitch(const std::vector<float>& x, std::size_t from, std::size_t length, int rate) {
+inline double YinPitch(const std::vector<float>& x, std::size_t from, std::size_t length, int rate,
+                       double threshold = 0.1) {
     std::vector<double> cmnd(static_cast<std::size_t>(rate / 80 + 2), 1.0);
     double running = 0;
     for (std::size_t lag = 1; lag < cmnd.size(); ++lag) {
@@ -38,7 +40,7 @@ inline double YinPitch(const std::vector<float>& x, std::size_t from, std::size_
         cmnd[lag] = running > 0 ? d * static_cast<double>(lag) / running : 1.0;
     }
     for (auto lag = static_cast<std::size_t>(rate / 1500); lag + 1 < cmnd.size(); ++lag) {
-        if (cmnd[lag] >= 0.1) continue;
+        if (cmnd[lag] >= threshold) continue;
         while (lag + 2 < cmnd.size() && cmnd[lag + 1] < cmnd[lag])
             ++lag;
         const double a = cmnd[lag - 1], b = cmnd[lag], c = cmnd[lag + 1];
