@@ -3,6 +3,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include <pthread.h>
+#include <sched.h>
+#include <sys/prctl.h>
+
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -68,6 +72,11 @@ void BM_LiveNoteOnToFirstSample(benchmark::State& state) {
     std::atomic<bool> quit{false};
     std::atomic<long long> soundedAt{0}; // steady clock ticks of the first sample, 0 before
     std::thread audio([&] {
+        // A sound server's thread runs at a real-time priority where it may.
+        prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+        sched_param param{};
+        param.sched_priority = 10;
+        pthread_setschedparam(pthread_self(), SCHED_FIFO, &param);
         std::vector<float> left(kPeriod), right(kPeriod);
         auto next = Clock::now();
         while (!quit.load()) {

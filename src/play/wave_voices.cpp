@@ -104,13 +104,6 @@ int WaveVoices::loadSamples(const fs::path& folder, const fs::path& fallback) {
     return loaded;
 }
 
-bool WaveVoices::hasSample(WaveBank bank, int n) const {
-    if (bank == WaveBank::Syllable) return n >= 1 && n <= 7 && !m_syllable[static_cast<std::size_t>(n)].frames.empty();
-    if (n < 1 || n > WaveSlots || bank == WaveBank::Accompaniment) return false;
-    const auto& set = bank == WaveBank::Tar ? m_tar : m_daf;
-    return !set[static_cast<std::size_t>(n)].frames.empty();
-}
-
 bool WaveVoices::loadAccompaniment(const fs::path& file, std::string& error) {
     std::error_code ec;
     const auto written = fs::last_write_time(file, ec);

@@ -48,7 +48,6 @@ public:
     int loadSamples(const std::filesystem::path& folder, const std::filesystem::path& fallback);
     // Loads a recording for the accompaniment; it takes effect at the next mix.
     bool loadAccompaniment(const std::filesystem::path& file, std::string& error);
-    bool hasSample(WaveBank bank, int n) const;
 
     // From any control thread: the command waits in the ring for the audio side.
     void post(const WaveCommand& command);
@@ -60,7 +59,6 @@ public:
 
     // Where the accompaniment stands, in milliseconds of the recording.
     int accompanimentPosition() const { return m_accompanimentMs.load(std::memory_order_relaxed); }
-    int outputRate() const { return m_outputRate; }
 
 private:
     struct Voice {
