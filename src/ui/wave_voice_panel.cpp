@@ -13,8 +13,8 @@ namespace tahrir::ui {
 
 namespace {
 
-// A picture whose double click is its own event: it follows one click, and is not a
-// second click.
+// A picture whose double click is its own event: it follows one click, and the second
+// press of the pair (which comes just before it) is let go without a click.
 class Picture : public QToolButton {
 public:
     using QToolButton::QToolButton;
@@ -22,7 +22,9 @@ public:
 
 protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override {
-        if (doubleClicked && event->button() == Qt::LeftButton) doubleClicked();
+        if (!doubleClicked || event->button() != Qt::LeftButton) return;
+        setDown(false);
+        doubleClicked();
     }
 };
 
