@@ -19,6 +19,7 @@
 #include "play/player.h"
 #include "play/rtmidi_sink.h"
 #include "play/synth_sink.h"
+#include "play/wave_voices.h"
 
 namespace tahrir::cli {
 
@@ -50,8 +51,8 @@ std::optional<PlaySettings> ReadSettings(Args& args, std::string& error) {
     if (!IntOption(args, "--tempo", -1000000, 1000000, s.tempo) ||
         !IntOption(args, "--start-measure", 0, 100000, start) ||
         !IntOption(args, "--end-measure", 0, 100000, end) ||
-        !IntOption(args, "--instrument", 0, 7, s.instrument)) {
-        error = args.ok() ? "--tempo and the measures take whole numbers, --instrument 0 to 7"
+        !IntOption(args, "--instrument", 0, 9, s.instrument)) {
+        error = args.ok() ? "--tempo and the measures take whole numbers, --instrument 0 to 9"
                           : args.error();
         return std::nullopt;
     }
@@ -74,11 +75,11 @@ bool WriteMessages(const RecordingSink& sink, const std::string& file) {
 
 // The live output for --realtime: a setting in TAHRIR_MIDI_OUT ("auto", "midi", "synth",
 // "none") chooses it; without one the first MIDI port, else the built-in synthesiser.
-OpenedOutput OpenLive() {
+OpenedOutput OpenLive(WaveVoices* voices) {
     const char* setting = std::getenv("TAHRIR_MIDI_OUT");
     const OutputChoice choice = OutputChoiceFromText(setting ? setting : "auto");
     if (choice == OutputChoice::None) return {};
-    OpenedOutput opened = OpenOutput(choice);
+    OpenedOutput opened = OpenOutput(choice, voices);
     if (!opened.sink)
         Fail(ExitOk, std::string(OpenMidiOutFailed) + " (" + opened.description + ")");
     return opened;
@@ -109,6 +110,12 @@ int RunPlay(const Argv& argv) {
         return Fail(ExitIo, why + (why.find(file) == std::string::npos ? " (" + file + ")" : ""));
     }
 
+    // Buttons 8 and 9 are the wave voices: their samples sound instead of the MIDI sound.
+    const int button = settings->instrument.value_or(StartInstrumentButton);
+    const bool waveVoice = button >= 8;
+    WaveVoices voices;
+    if (waveVoice && voices.loadSamples(folder.folder, ShippedDataFolder()) == 0)
+        return Fail(ExitIo, "Can't find the samples of the wave voices in " + folder.folder.string());
     TeeSink tee;
     RecordingSink recording;
     tee.add(&recording);
@@ -116,17 +123,20 @@ int RunPlay(const Argv& argv) {
     if (const auto out = args.value("--wav")) {
         wav = SynthSink::openOffline(DefaultSoundFont(), *out, error);
         if (!wav) return Fail(ExitIo, error);
+        wav->attachVoices(&voices);
         tee.add(wav.get());
     }
     const bool realtime = args.flag("--realtime");
     OpenedOutput live;
-    if (realtime) live = OpenLive();
+    if (realtime) live = OpenLive(&voices);
     tee.add(live.sink.get());
 
     const std::filesystem::path logFile = session.file("tmpmid.txt");
     {
         Player player(&tee);
-        player.startUp(settings->instrument.value_or(StartInstrumentButton));
+        player.startUp(waveVoice ? -1 : button);
+        if (button == 8) player.clickTar();
+        if (button == 9) player.clickDaf();
         PlayControls& c = player.controls();
         c.UserTempo = std::clamp(
             settings->tempo.value_or(doc.TempoSlider > 0 ? doc.TempoSlider : 20), 20, 320);

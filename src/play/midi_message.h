@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "play/wave_command.h"
+
 namespace tahrir::play {
 
 // Every argument is a 16-bit number added into its byte position without masking, so an
@@ -28,6 +30,8 @@ class MidiSink {
 public:
     virtual ~MidiSink() = default;
     virtual void send(std::uint32_t message, double seconds) = 0;
+    // A command to the wave voices; outputs without them pass it over.
+    virtual void wave(const WaveCommand& /*command*/, double /*seconds*/) {}
 };
 
 // Keeps every message with its time, for tests and for the command line's message list.
@@ -40,12 +44,24 @@ public:
     void send(std::uint32_t message, double seconds) override {
         m_entries.push_back({seconds, message});
     }
+    struct WaveEntry {
+        double seconds;
+        WaveCommand command;
+    };
+    void wave(const WaveCommand& command, double seconds) override {
+        m_waves.push_back({seconds, command});
+    }
     const std::vector<Entry>& entries() const { return m_entries; }
+    const std::vector<WaveEntry>& waves() const { return m_waves; }
     std::vector<std::uint32_t> messages() const;
-    void clear() { m_entries.clear(); }
+    void clear() {
+        m_entries.clear();
+        m_waves.clear();
+    }
 
 private:
     std::vector<Entry> m_entries;
+    std::vector<WaveEntry> m_waves;
 };
 
 // Hands every message to several sinks in turn (a recording beside a live output).
@@ -57,6 +73,10 @@ public:
     void send(std::uint32_t message, double seconds) override {
         for (MidiSink* s : m_sinks)
             s->send(message, seconds);
+    }
+    void wave(const WaveCommand& command, double seconds) override {
+        for (MidiSink* s : m_sinks)
+            s->wave(command, seconds);
     }
 
 private:

@@ -15,13 +15,38 @@ void MidiOut::send(std::uint32_t message) {
     if (m_sink) m_sink->send(message, m_time);
 }
 
-// Wave voices hang here in the window's build; MIDI goes out only through the two gates.
+void MidiOut::wave(const WaveCommand& command) {
+    if (m_sink) m_sink->wave(command, m_time);
+}
+
+void MidiOut::soundWaves(int note, int channel, bool on) {
+    const int index = WaveIndex(note, channel);
+    const WaveAction action = on ? WaveAction::Play : WaveAction::Stop;
+    auto sound = [&](WaveBank bank, int n, std::bitset<WaveSlots + 1>& started) {
+        const auto i = static_cast<std::size_t>(n);
+        if (!on && !started[i]) return;
+        started[i] = on;
+        wave({bank, action, n});
+    };
+    if (const auto slot = TarSlot(index); TarOn && slot) sound(WaveBank::Tar, *slot, m_tarStarted);
+    if (DafOn && WaveIndexSounds(index)) sound(WaveBank::Daf, index, m_dafStarted);
+}
+
+// The wave voices come first; MIDI goes out only through the two gates.
 void MidiOut::MidiNoteOn(int note, int velocity, int channel) {
+    if (!CountInActive) soundWaves(note, channel, true);
     if (MidiOutputOn || CountInActive) send(PackNoteOn(note, velocity, channel));
 }
 
 void MidiOut::MidiNoteOff(int note, int channel) {
+    if (!CountInActive) soundWaves(note, channel, false);
     if (MidiOutputOn || CountInActive) send(PackNoteOff(note, channel));
+}
+
+void MidiOut::toggleTar() {
+    TarOn = !TarOn;
+    m_tarStarted.reset();
+    wave({WaveBank::Tar, WaveAction::StopAll, 0});
 }
 
 void MidiOut::MidiControlChange(int controller, int value, int channel) {

@@ -3,6 +3,7 @@
 // that decide whether a note is sent, and keeps the channel plan with its standing bends.
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 
 #include "play/midi_message.h"
@@ -64,18 +65,29 @@ public:
     void setProgramIndex(int index);
     int programIndex() const { return m_programIndex; }
 
+    // Commands to the wave voices go to the sink with the current time.
+    void wave(const WaveCommand& command);
+    // A click on picture 8: the tar voice toggles and all its voices stop.
+    void toggleTar();
+    void toggleDaf() { DafOn = !DafOn; }
+
     bool MidiOutputOn = false;
     bool CountInActive = false;
+    bool TarOn = false; // picture 8
+    bool DafOn = false; // picture 9
     std::uint32_t MidiLastMessage = 0;
 
 private:
     void send(std::uint32_t message);
+    // The tar and daf voices of a note; a voice is told to stop only when it was started.
+    void soundWaves(int note, int channel, bool on);
 
     MidiSink* m_sink;
     double m_time = 0;
     int m_programIndex = 6; // Flute
     int m_koronBend = DefaultKoronBend;
     int m_soriBend = DefaultSoriBend;
+    std::bitset<WaveSlots + 1> m_tarStarted, m_dafStarted;
 };
 
 } // namespace tahrir::play

@@ -292,6 +292,8 @@ void NotePlayer::PlayEvent(int note, double seconds, EventMode mode, int channel
     if (seconds == 0) return;
     waitSounding();
     if (m_clock->interrupted()) return; // stopped while waiting: nothing more sounds
+    if (m_state.WavePending && channel != CountInChannel && (note > 0 || seconds > 0.01))
+        cueAccompaniment();
     if (m_observer && m_line > 3) m_observer->lineSounded(m_line);
     if (!TieHold) {
         if (note > 0 && mode == EventMode::Stop) {
@@ -318,6 +320,19 @@ void NotePlayer::PlayEvent(int note, double seconds, EventMode mode, int channel
     TieHold = false;
     SoundingDuration = seconds;
     SoundingStart = m_time;
+}
+
+// The first sounding event starts the accompaniment where the walk stands, unless an
+// "LvT=" line set its position.
+void NotePlayer::cueAccompaniment() {
+    if (!m_state.WaveCued) m_state.WavePosition = static_cast<int>(std::lround(m_state.WaveClock * 1000));
+    if (m_controls.Accompaniment.load()) {
+        m_midi.wave({WaveBank::Accompaniment, WaveAction::Seek, m_state.WavePosition});
+        m_midi.wave({WaveBank::Accompaniment, WaveAction::Resume, 0});
+    } else {
+        m_midi.wave({WaveBank::Accompaniment, WaveAction::Stop, 0});
+    }
+    m_state.WavePending = false;
 }
 
 void NotePlayer::waitSounding() {

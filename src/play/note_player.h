@@ -80,6 +80,7 @@ private:
     void expand(const Resolved& r, int duration, std::string_view mark);
     void playRounds(const Resolved& r, int duration, bool trill);
     bool tiedToNext(int step, int octave, int line) const;
+    void cueAccompaniment();
 
     MidiOut& m_midi;
     RunState& m_state;

@@ -24,6 +24,10 @@ struct PlayControls {
     std::atomic<bool> StopRequest{false};
     // An instrument list index (1..8) chosen while a run plays, 0 when none is waiting.
     std::atomic<int> PendingProgramIndex{0};
+    // The wave voices of pictures 8 and 9, and the accompaniment of picture 10.
+    std::atomic<bool> TarOn{false};
+    std::atomic<bool> DafOn{false};
+    std::atomic<bool> Accompaniment{false};
 };
 
 inline constexpr int OctaveStateBase = 32;
@@ -43,6 +47,12 @@ struct RunState {
     StepLetters OriginalSignature{' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
     StepLetters MeasureAccidentals{' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
     char Clef = 'G';
+    // Seconds of score time at the user's tempo up to the last measure start; the
+    // accompaniment starts there unless an "LvT=" line set its position.
+    double WaveClock = 0;
+    bool WavePending = false; // the accompaniment waits for the first sounding event
+    bool WaveCued = false;    // an "LvT=" line set the position
+    int WavePosition = 0;     // milliseconds
 };
 
 } // namespace tahrir::play

@@ -72,6 +72,18 @@ void Player::chooseListInstrument(int row) {
     m_midi.PrepareChannels();
 }
 
+void Player::clickTar() {
+    std::lock_guard lock(m_idle);
+    m_controls.TarOn = !m_controls.TarOn.load();
+    if (!m_running.load()) m_midi.toggleTar(); // a run follows the flag between two lines
+}
+
+void Player::clickDaf() {
+    std::lock_guard lock(m_idle);
+    m_controls.DafOn = !m_controls.DafOn.load();
+    if (!m_running.load()) m_midi.toggleDaf();
+}
+
 double Player::playVirtual(const core::ScoreSheet& sheet, const RunOptions& options) {
     std::lock_guard lock(m_idle);
     // Nobody can stop a run on the calling thread; a Stop pressed while idle is stale.

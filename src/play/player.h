@@ -40,6 +40,11 @@ public:
     void chooseListInstrument(int row);
     // The wave voice alone (a double click on its button): MIDI notes stop going out.
     void chooseWaveVoiceOnly() { m_midi.MidiOutputOn = false; }
+    // Clicks on pictures 8 (tar: toggles, and all its voices stop) and 9 (daf: toggles).
+    void clickTar();
+    void clickDaf();
+    bool tarOn() const { return m_controls.TarOn.load(); }
+    bool dafOn() const { return m_controls.DafOn.load(); }
 
     // A whole run on the calling thread in virtual time; returns the run's seconds.
     double playVirtual(const core::ScoreSheet& sheet, const RunOptions& options);

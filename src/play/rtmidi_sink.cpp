@@ -74,19 +74,41 @@ void RtMidiSink::send(std::uint32_t message, double) {
     }
 }
 
-OpenedOutput OpenOutput(OutputChoice choice) {
+namespace {
+
+// A MIDI port and the audio stream of the wave voices, owned together.
+class PortWithVoices : public TeeSink {
+public:
+    PortWithVoices(std::unique_ptr<MidiSink> port, std::unique_ptr<MidiSink> voices)
+        : m_port(std::move(port)), m_voices(std::move(voices)) {
+        add(m_port.get());
+        add(m_voices.get());
+    }
+
+private:
+    std::unique_ptr<MidiSink> m_port, m_voices;
+};
+
+} // namespace
+
+OpenedOutput OpenOutput(OutputChoice choice, WaveVoices* voices) {
     OpenedOutput result;
     std::string midiError;
     std::string synthError;
     if (choice == OutputChoice::Auto || choice == OutputChoice::MidiPort) {
         if (auto port = RtMidiSink::openFirstPort(midiError)) {
             result.description = "MIDI port " + port->portName();
-            result.sink = std::move(port);
+            std::unique_ptr<MidiSink> waves;
+            if (voices) waves = SynthSink::openLive({}, synthError, voices);
+            if (waves)
+                result.sink = std::make_unique<PortWithVoices>(std::move(port), std::move(waves));
+            else
+                result.sink = std::move(port);
             return result;
         }
     }
     if (choice == OutputChoice::Auto || choice == OutputChoice::Synthesiser) {
-        if (auto synth = SynthSink::openLive(DefaultSoundFont(), synthError)) {
+        if (auto synth = SynthSink::openLive(DefaultSoundFont(), synthError, voices)) {
             result.description = "built-in synthesiser";
             result.sink = std::move(synth);
             return result;

@@ -10,6 +10,10 @@
 class RtMidiOut;
 
 namespace tahrir::play {
+class WaveVoices;
+}
+
+namespace tahrir::play {
 
 class RtMidiSink : public MidiSink {
 public:
@@ -39,7 +43,9 @@ struct OpenedOutput {
 // The message the user sees when neither output opens; editing goes on without sound.
 inline constexpr const char* OpenMidiOutFailed = "Open MIDI Out failed";
 
-OpenedOutput OpenOutput(OutputChoice choice);
+// The wave voices, when given, sound through the synthesiser's stream; beside a MIDI port
+// they get a stream of their own.
+OpenedOutput OpenOutput(OutputChoice choice, WaveVoices* voices = nullptr);
 
 // Reads "auto", "midi", "synth" or "none"; anything else is Auto.
 OutputChoice OutputChoiceFromText(const std::string& text);

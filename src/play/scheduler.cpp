@@ -147,6 +147,13 @@ double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& optio
     m_midi.PrepareChannels();
     m_state.OctaveState = OctaveStateBase;
     m_state.MeasurePosition = 0;
+    syncWaveVoices();
+    // The accompaniment stands at its start and waits for the first sounding event.
+    m_state.WaveClock = 0;
+    m_state.WavePending = m_controls.Accompaniment.load();
+    m_state.WaveCued = false;
+    m_state.WavePosition = 0;
+    if (m_state.WavePending) m_midi.wave({WaveBank::Accompaniment, WaveAction::Seek, 0});
     clock.start();
     m_notes.beginRun();
     Pass pass = Pass::Restart;
@@ -165,6 +172,7 @@ double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& optio
     m_state.OctaveState = OctaveStateBase;
     m_midi.setTime(m_notes.now());
     m_midi.AllNotesOff();
+    m_midi.wave({WaveBank::Accompaniment, WaveAction::Stop, 0});
     m_controls.StopRequest = false;
     m_controls.Paused = false;
     return m_notes.now();
@@ -292,13 +300,21 @@ void Scheduler::countDuration(const Fields& f) {
 
 void Scheduler::endMeasureIfFull() {
     if (m_state.MeasureTicks > 0 && m_state.MeasurePosition >= m_state.MeasureTicks) {
+        m_state.WaveClock += m_state.MeasurePosition / 8.0 * 60 / m_state.UserTempo;
         m_state.MeasurePosition = 0;
         ++m_state.MeasureNumber;
     }
 }
 
 void Scheduler::directives(const core::ScoreLine& line) {
-    if (core::IsTempoLine(line.text())) {
+    if (line.startsWith("LvT=")) {
+        // A cue of the accompaniment: its position, in the unit the recording is played in.
+        const double value = LeadingValue(line.text().substr(4));
+        m_state.WavePosition =
+            static_cast<int>(std::lround(value / 8 * 60 / m_state.UserTempo * 100));
+        m_state.WaveCued = true;
+        m_state.WavePending = true;
+    } else if (core::IsTempoLine(line.text())) {
         double v = LeadingValue(line.field(6, 4));
         if (v > -320 && v < -19) v = -v;
         if (v > 19 && v < 320 && m_state.ScoreTempo > 0)
@@ -430,20 +446,30 @@ void Scheduler::applyLiveControls() {
         m_midi.MidiOutputOn = true;
         m_midi.PrepareChannels();
     }
+    syncWaveVoices();
     // Releasing the pedal ends the notes it held.
     const bool pedal = m_controls.Pedal.load(std::memory_order_relaxed);
     if (m_lastPedal && !pedal) m_midi.AllNotesOff();
     m_lastPedal = pedal;
 }
 
+// Pictures 8 and 9 as the window set them; a change of the tar stops all its voices.
+void Scheduler::syncWaveVoices() {
+    if (m_controls.TarOn.load(std::memory_order_relaxed) != m_midi.TarOn) m_midi.toggleTar();
+    m_midi.DafOn = m_controls.DafOn.load(std::memory_order_relaxed);
+}
+
 // Pause: the sounding note rings half its time more and stops; the walk waits for Play
-// or Stop. Returns false on Stop.
+// or Stop, and the accompaniment with it. Returns false on Stop.
 bool Scheduler::pauseAndStop() {
     if (m_clock->realTime() && m_controls.Paused.load()) {
         m_clock->pauseFor(m_notes.SoundingDuration / 2);
         m_notes.cutSounding();
+        m_midi.wave({WaveBank::Accompaniment, WaveAction::Pause, 0});
         while (m_controls.Paused.load() && !m_controls.StopRequest.load())
             m_clock->pauseFor(0.01);
+        if (!m_state.WavePending && m_controls.Accompaniment.load())
+            m_midi.wave({WaveBank::Accompaniment, WaveAction::Resume, 0});
     }
     return !m_controls.StopRequest.load();
 }

@@ -63,6 +63,7 @@ private:
     int scanBack(int limit) const;
     bool isFin(const core::ScoreLine& line) const;
     void applyLiveControls();
+    void syncWaveVoices();
     bool pauseAndStop();
     Fields fieldsOf(int index) const;
     Context save() const;

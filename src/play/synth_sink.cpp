@@ -23,6 +23,10 @@ void AddOption(void* list, const char*, const char* option) {
     static_cast<std::vector<std::string>*>(list)->push_back(option);
 }
 
+// The live stream: the synthesiser, then the wave voices added on top, on the audio
+// thread of the driver.
+int RenderLive(void* data, int len, int nfx, float* fx[], int nout, float* out[]);
+
 } // namespace
 
 std::filesystem::path DefaultSoundFont() {
@@ -40,6 +44,7 @@ struct SynthSink::Impl {
     long long frames = 0;
     bool writeFailed = false;
     std::vector<float> block = std::vector<float>(kBlockFrames * 2);
+    WaveVoices* voices = nullptr;
 
     ~Impl() {
         if (driver) delete_fluid_audio_driver(driver);
@@ -59,6 +64,7 @@ struct SynthSink::Impl {
         // A solo line at moderate velocity peaks near -30 dBFS at the usual gain; this brings
         // it to a comfortable level while two-note forms still stay clear of clipping.
         fluid_settings_setnum(settings, "synth.gain", 1.6);
+        if (soundFont.empty()) return true; // the wave voices alone
         synth = new_fluid_synth(settings);
         if (!synth) return fail(error, "cannot create the synthesiser");
         if (fluid_synth_sfload(synth, soundFont.string().c_str(), 1) == FLUID_FAILED)
@@ -76,17 +82,37 @@ SynthSink::~SynthSink() {
     finish(0);
 }
 
+namespace {
+
+int RenderLive(void* data, int len, int nfx, float* fx[], int nout, float* out[]) {
+    auto& s = *static_cast<SynthSink::Impl*>(data);
+    if (nout < 2) return FLUID_FAILED;
+    for (int c = 0; c < nout; ++c)
+        std::fill(out[c], out[c] + len, 0.0f);
+    if (s.synth) {
+        // Without effect buffers from the driver, reverb and chorus go into the output.
+        const int status = fx ? fluid_synth_process(s.synth, len, nfx, fx, nout, out)
+                              : fluid_synth_process(s.synth, len, nout, out, nout, out);
+        if (status != FLUID_OK) return status;
+    }
+    if (s.voices) s.voices->mix(out[0], out[1], len, 1);
+    return FLUID_OK;
+}
+
+} // namespace
+
 std::unique_ptr<SynthSink> SynthSink::openLive(const std::filesystem::path& soundFont,
-                                               std::string& error) {
+                                               std::string& error, WaveVoices* voices) {
     auto impl = std::make_unique<Impl>();
     if (!impl->open(soundFont, 44100, error)) return nullptr;
+    impl->voices = voices;
     // The desktop's sound server first, then the sound card; only drivers this build has.
     std::vector<std::string> built;
     fluid_settings_foreach_option(impl->settings, "audio.driver", &built, AddOption);
     for (const char* name : {"pulseaudio", "pipewire", "alsa", "sdl2"}) {
         if (std::find(built.begin(), built.end(), name) == built.end()) continue;
         fluid_settings_setstr(impl->settings, "audio.driver", name);
-        impl->driver = new_fluid_audio_driver(impl->settings, impl->synth);
+        impl->driver = new_fluid_audio_driver2(impl->settings, RenderLive, impl.get());
         if (impl->driver) break;
     }
     if (!impl->driver) {
@@ -117,15 +143,32 @@ void SynthSink::renderUntil(long long frame) {
     Impl& s = *m_impl;
     while (s.frames < frame) {
         const int n = static_cast<int>(std::min<long long>(kBlockFrames, frame - s.frames));
-        fluid_synth_write_float(s.synth, n, s.block.data(), 0, 2, s.block.data(), 1, 2);
+        if (s.synth)
+            fluid_synth_write_float(s.synth, n, s.block.data(), 0, 2, s.block.data(), 1, 2);
+        else
+            std::fill(s.block.begin(), s.block.end(), 0.0f);
+        if (s.voices) s.voices->mix(s.block.data(), s.block.data() + 1, n, 2);
         if (sf_writef_float(s.file, s.block.data(), n) != n) s.writeFailed = true;
         s.frames += n;
     }
 }
 
+void SynthSink::attachVoices(WaveVoices* voices) {
+    m_impl->voices = voices;
+}
+
+void SynthSink::wave(const WaveCommand& command, double seconds) {
+    Impl& s = *m_impl;
+    if (!s.voices) return;
+    if (!s.file) return s.voices->post(command);
+    if (seconds > 0) renderUntil(std::llround(seconds * s.sampleRate));
+    s.voices->apply(command);
+}
+
 void SynthSink::send(std::uint32_t message, double seconds) {
     Impl& s = *m_impl;
     if (s.file && seconds > 0) renderUntil(std::llround(seconds * s.sampleRate));
+    if (!s.synth) return;
     const WireMessage wire = Unpack(message);
     if (wire.length == 0) return;
     const int channel = wire.bytes[0] & 0x0F;

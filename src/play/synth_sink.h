@@ -7,6 +7,7 @@
 #include <string>
 
 #include "play/midi_message.h"
+#include "play/wave_voices.h"
 
 namespace tahrir::play {
 
@@ -19,9 +20,11 @@ public:
     SynthSink(const SynthSink&) = delete;
     SynthSink& operator=(const SynthSink&) = delete;
 
-    // Null with `error` set when the SoundFont or the audio output cannot be opened.
+    // Null with `error` set when the SoundFont or the audio output cannot be opened. The
+    // wave voices, when given, are mixed into the same stream; with an empty SoundFont
+    // the stream carries the wave voices alone.
     static std::unique_ptr<SynthSink> openLive(const std::filesystem::path& soundFont,
-                                               std::string& error);
+                                               std::string& error, WaveVoices* voices = nullptr);
     static std::unique_ptr<SynthSink> openOffline(const std::filesystem::path& soundFont,
                                                   const std::filesystem::path& wav,
                                                   std::string& error, int sampleRate = 44100);
@@ -29,14 +32,20 @@ public:
     // Offline, audio is rendered up to `seconds` before the message takes effect; a
     // message earlier than the audio already written takes effect at once.
     void send(std::uint32_t message, double seconds) override;
+    // Offline the voices are rendered to the command's time first; live the command waits
+    // for the audio thread.
+    void wave(const WaveCommand& command, double seconds) override;
+    // Offline: the wave voices mixed into the file (their rate must be the file's).
+    void attachVoices(WaveVoices* voices);
     // Offline: renders `tailSeconds` more so the last notes ring out, and closes the file.
     // Returns false when writing failed.
     bool finish(double tailSeconds = 1.0);
     // Seconds of audio written so far (offline).
     double renderedSeconds() const;
 
+    struct Impl; // the stream's state, also read by the audio callback
+
 private:
-    struct Impl;
     explicit SynthSink(std::unique_ptr<Impl> impl);
     void renderUntil(long long frame);
     std::unique_ptr<Impl> m_impl;

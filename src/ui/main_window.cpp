@@ -300,6 +300,7 @@ void MainWindow::wirePlayback() {
     };
     m_playback->statusChanged = [this] { m_playPanel->statusChanged(); };
     m_playPanel->tempoMoved = [this](int v) { m_editor->LiveTempo = v; };
+    m_playback->syllableVoiceChanged = [this](bool on) { m_editor->SyllableVoiceOn = on; };
     m_playTimer = new QTimer(this);
     m_playTimer->setInterval(40);
     connect(m_playTimer, &QTimer::timeout, this, [this] { pollPlayback(); });

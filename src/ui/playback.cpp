@@ -1,15 +1,18 @@
 #include "ui/playback.h"
 
 #include "app/audition.h"
+#include "core/app_folder.h"
 #include "play/rtmidi_sink.h"
 
 namespace tahrir::ui {
 
 Playback::Playback(core::Document& doc, const std::string& output, std::filesystem::path eventLog)
-    : m_doc(doc), m_eventLog(std::move(eventLog)) {
+    : m_doc(doc), m_voices(std::make_unique<play::WaveVoices>()), m_eventLog(std::move(eventLog)) {
+    // The event log lies in the data folder, beside the samples.
+    m_voices->loadSamples(m_eventLog.parent_path(), core::ShippedDataFolder());
     const play::OutputChoice choice = play::OutputChoiceFromText(output);
     if (choice != play::OutputChoice::None) {
-        play::OpenedOutput opened = play::OpenOutput(choice);
+        play::OpenedOutput opened = play::OpenOutput(choice, m_voices.get());
         m_sink = std::move(opened.sink);
         m_outputDescription = opened.description;
     }
@@ -43,6 +46,7 @@ void Playback::playClick(int fromLine) {
     }
     m_player->controls().StopRequest = false;
     m_player->controls().Paused = false;
+    m_player->controls().Accompaniment = m_accompaniment && loadAccompaniment();
     m_playLine = 0;
     if (m_player->play(m_playSheet, options)) setStatus(PlayStatus::Playing);
 }
@@ -57,6 +61,7 @@ void Playback::stopClick() {
     if (m_status == PlayStatus::Idle) return;
     m_player->resume();
     m_player->stop();
+    m_voices->post({play::WaveBank::Accompaniment, play::WaveAction::Stop, 0});
     m_player->wait();
     m_playLine = 0;
     setStatus(PlayStatus::Idle);
@@ -86,6 +91,39 @@ void Playback::soundNote(const edit::NoteSound& note) {
 
 void Playback::stopAllNotes() {
     if (!m_player->running()) m_player->midi().AllNotesOff();
+}
+
+void Playback::speakStep(int step) {
+    m_voices->post({play::WaveBank::Syllable, play::WaveAction::Play, step});
+}
+
+void Playback::waveClick(int index) {
+    if (index == 8) m_player->clickTar();
+    if (index == 9) m_player->clickDaf();
+    if (index == 10) m_accompaniment = !m_accompaniment && !accompanimentFile().empty();
+    if (wavesChanged) wavesChanged();
+}
+
+void Playback::tarDoubleClick() {
+    m_player->chooseWaveVoiceOnly();
+    if (wavesChanged) wavesChanged();
+}
+
+bool Playback::waveChosen(int index) const {
+    if (index == 8) return m_player->tarOn();
+    if (index == 9) return m_player->dafOn();
+    return index == 10 && m_accompaniment;
+}
+
+std::filesystem::path Playback::accompanimentFile() const {
+    if (m_doc.CurrentFileName.empty()) return {};
+    return play::AccompanimentFile(m_doc.CurrentFileName, m_player->controls().UserTempo.load());
+}
+
+bool Playback::loadAccompaniment() {
+    const std::filesystem::path file = accompanimentFile();
+    std::string error;
+    return !file.empty() && m_voices->loadAccompaniment(file, error);
 }
 
 void Playback::setStatus(PlayStatus status) {

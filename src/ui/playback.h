@@ -12,6 +12,7 @@
 #include "edit/services.h"
 #include "play/note_player.h"
 #include "play/player.h"
+#include "play/wave_voices.h"
 
 namespace tahrir::ui {
 
@@ -49,14 +50,30 @@ public:
     void playFrom(int line) override { playClick(line); }
     void playFromStart() override { playClick(0); }
     void stopAllNotes() override;
+    void speakStep(int step) override;
+
+    // The wave voices: a click on picture 8 (tar), 9 (daf) or 10 (accompaniment, only
+    // when the score has one for the tempo set), and the double click on 8.
+    void waveClick(int index);
+    void tarDoubleClick();
+    bool waveChosen(int index) const;
+    // The score's recording for the tempo set; empty when there is none.
+    std::filesystem::path accompanimentFile() const;
+    // Told when a wave choice changes (the pictures), and when the sung-syllable option
+    // is set from the window.
+    std::function<void()> wavesChanged;
+    std::function<void(bool)> syllableVoiceChanged;
 
     // PlayObserver, on the dispatcher thread.
     void lineSounded(int line) override { m_playLine.store(line); }
 
 private:
     void setStatus(PlayStatus status);
+    bool loadAccompaniment();
 
     core::Document& m_doc;
+    std::unique_ptr<play::WaveVoices> m_voices; // outlives the stream that mixes it
+    bool m_accompaniment = false;
     std::unique_ptr<play::MidiSink> m_sink;
     std::string m_outputDescription;
     std::unique_ptr<play::Player> m_player;

@@ -14,6 +14,7 @@
 #include "play/pitch_table.h"
 #include "ui/playback.h"
 #include "ui/tempo_knob.h"
+#include "ui/wave_voice_panel.h"
 
 namespace tahrir::ui {
 
@@ -197,7 +198,8 @@ void PlaybackPanel::buildInstruments(QGridLayout* grid) {
     QObject::connect(loop, &QCheckBox::toggled, this, [&player](bool on) { player.controls().Loop = on; });
     QObject::connect(pedal, &QCheckBox::toggled, this, [&player](bool on) { player.setPedal(on); });
     grid->addLayout(checks, 9, 0, 1, 3);
-    grid->setRowStretch(10, 1);
+    grid->addWidget(new WaveVoicePanel(m_playback, this), 10, 0, 1, 3);
+    grid->setRowStretch(11, 1);
 }
 
 void PlaybackPanel::statusChanged() {

@@ -47,6 +47,9 @@ void WindowHost::loadFileRequested() {
     QTimer::singleShot(0, &m_window, [w = &m_window] { w->LoadFile(0); });
 }
 
-void WindowHost::instrumentClick(int index) { m_window.playback().player().chooseInstrument(index); }
+void WindowHost::instrumentClick(int index) {
+    if (index >= 8) return m_window.playback().waveClick(index);
+    m_window.playback().player().chooseInstrument(index);
+}
 
 } // namespace tahrir::ui

@@ -9,6 +9,7 @@
 #include "play/player.h"
 #include "play/synth_sink.h"
 #include "play_test_util.h"
+#include "wav_measure.h"
 #include "temp_folder.h"
 
 namespace tahrir::play {
@@ -17,42 +18,8 @@ namespace {
 using testing::Note;
 using testing::Rest;
 using testing::Sheet;
-
-// The left channel of a 44.1 kHz WAV file.
-std::vector<float> ReadLeft(const std::filesystem::path& file) {
-    SF_INFO info{};
-    SNDFILE* f = sf_open(file.string().c_str(), SFM_READ, &info);
-    if (!f) return {};
-    EXPECT_EQ(info.samplerate, 44100);
-    std::vector<float> frames(static_cast<std::size_t>(info.frames * info.channels)), left;
-    sf_readf_float(f, frames.data(), info.frames);
-    sf_close(f);
-    for (std::size_t i = 0; i < frames.size(); i += static_cast<std::size_t>(info.channels))
-        left.push_back(frames[i]);
-    return left;
-}
-
-// Fundamental frequency by YIN: cumulative-mean-normalised difference, first dip below 0.1,
-// refined by a parabola through its neighbours.
-double YinPitch(const std::vector<float>& x, std::size_t from, std::size_t length, int rate) {
-    std::vector<double> cmnd(static_cast<std::size_t>(rate / 80 + 2), 1.0);
-    double running = 0;
-    for (std::size_t lag = 1; lag < cmnd.size(); ++lag) {
-        double d = 0;
-        for (std::size_t i = from; i < from + length; ++i)
-            d += std::pow(static_cast<double>(x[i]) - x[i + lag], 2);
-        running += d;
-        cmnd[lag] = running > 0 ? d * static_cast<double>(lag) / running : 1.0;
-    }
-    for (auto lag = static_cast<std::size_t>(rate / 1500); lag + 1 < cmnd.size(); ++lag) {
-        if (cmnd[lag] >= 0.1) continue;
-        while (lag + 2 < cmnd.size() && cmnd[lag + 1] < cmnd[lag])
-            ++lag;
-        const double a = cmnd[lag - 1], b = cmnd[lag], c = cmnd[lag + 1];
-        return rate / (static_cast<double>(lag) + (a - c) / (2 * (a - 2 * b + c)));
-    }
-    return 0;
-}
+using testing::ReadLeft;
+using testing::YinPitch;
 
 double Cents(double f, double reference) {
     return 1200 * std::log2(f / reference);

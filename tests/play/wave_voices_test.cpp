@@ -1,0 +1,304 @@
+#include <gtest/gtest.h>
+
+#include <sndfile.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <new>
+#include <thread>
+#include <vector>
+
+#include "play/player.h"
+#include "play/synth_sink.h"
+#include "play/wave_voices.h"
+#include "play_test_util.h"
+#include "temp_folder.h"
+#include "wav_measure.h"
+
+// Counts allocations made by a thread while it is marked, to prove the audio side of the
+// wave voices never allocates. Every new and delete of the binary then goes to malloc and
+// free, which the compiler cannot see through.
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+namespace {
+thread_local bool t_counting = false;
+std::atomic<int> g_allocations{0};
+} // namespace
+
+void* operator new(std::size_t size) {
+    if (t_counting) ++g_allocations;
+    if (void* p = std::malloc(size ? size : 1)) return p;
+    throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
+
+namespace tahrir::play {
+namespace {
+
+using testing::Directive;
+using testing::Note;
+using testing::ReadLeft;
+using testing::Rest;
+using testing::Sheet;
+using testing::YinPitch;
+
+constexpr int kRate = 44100;
+
+// The wave commands a MIDI note on sends with the tar and the daf chosen.
+std::vector<WaveCommand> WavesOfNoteOn(int note, int channel, bool countIn = false) {
+    RecordingSink sink;
+    MidiOut midi(&sink);
+    midi.toggleTar();
+    midi.toggleDaf();
+    sink.clear();
+    midi.CountInActive = countIn;
+    midi.MidiNoteOn(note, 60, channel);
+    std::vector<WaveCommand> out;
+    for (const auto& w : sink.waves())
+        out.push_back(w.command);
+    return out;
+}
+
+TEST(WaveIndex, GridEdgesTarOffsetAndGates) {
+    // Index (note - 48) * 2 + 5 + (channel - 3); the tar's sample is index - 28.
+    struct Row {
+        int note, channel;
+        int tarSlot, dafIndex; // 0: silent
+    };
+    const Row rows[] = {
+        {48, 3, 0, 5},   {48, 2, 0, 4},  {48, 4, 0, 6},  // koron below, sori above
+        {46, 3, 0, 1},   {46, 2, 0, 0},  {45, 3, 0, 0},  // index 1 sounds, 0 and -1 do not
+        {60, 2, 0, 28},  {60, 3, 1, 29}, {60, 4, 2, 30}, // the tar starts at middle C
+        {81, 4, 44, 72}, {82, 2, 44, 72}, {82, 3, 0, 0},  // 72 is the last, 73 is silent
+    };
+    for (const Row& r : rows) {
+        std::vector<WaveCommand> expected;
+        if (r.tarSlot) expected.push_back({WaveBank::Tar, WaveAction::Play, r.tarSlot});
+        if (r.dafIndex) expected.push_back({WaveBank::Daf, WaveAction::Play, r.dafIndex});
+        EXPECT_EQ(WavesOfNoteOn(r.note, r.channel), expected) << r.note << " on " << r.channel;
+    }
+    EXPECT_TRUE(WavesOfNoteOn(60, 3, true).empty()); // the count-in never sounds a sample
+
+    // A note off stops only what was started; a click on the tar stops all its voices;
+    // with only a wave voice chosen no MIDI note goes out.
+    RecordingSink sink;
+    MidiOut midi(&sink);
+    midi.toggleTar();
+    midi.MidiNoteOn(62, 60, 3);
+    midi.MidiNoteOff(62, 3);
+    midi.MidiNoteOff(64, 3);
+    midi.toggleTar();
+    std::vector<WaveCommand> got;
+    for (const auto& w : sink.waves())
+        got.push_back(w.command);
+    EXPECT_EQ(got, (std::vector<WaveCommand>{{WaveBank::Tar, WaveAction::StopAll, 0},
+                                             {WaveBank::Tar, WaveAction::Play, 5},
+                                             {WaveBank::Tar, WaveAction::Stop, 5},
+                                             {WaveBank::Tar, WaveAction::StopAll, 0}}));
+    EXPECT_TRUE(sink.entries().empty());
+}
+
+// Renders `sheet` offline with only the wave voice of `button` (8 or 9), no MIDI sound.
+std::vector<float> RenderWaveVoice(const core::ScoreSheet& sheet, int button, int tempo,
+                                   const std::filesystem::path& wav) {
+    WaveVoices voices(kRate);
+    EXPECT_GT(voices.loadSamples(TAHRIR_DATA_DIR, {}), 100) << "samples missing in " TAHRIR_DATA_DIR;
+    std::string error;
+    auto sink = SynthSink::openOffline({}, wav, error, kRate);
+    EXPECT_TRUE(sink) << error;
+    if (!sink) return {};
+    sink->attachVoices(&voices);
+    {
+        Player player(sink.get());
+        player.startUp(-1);
+        button == 8 ? player.clickTar() : player.clickDaf();
+        player.controls().UserTempo = tempo;
+        player.playVirtual(sheet, {});
+    }
+    EXPECT_TRUE(sink->finish(0.5));
+    return ReadLeft(wav);
+}
+
+// The first sample within 40 ms of `expected` that reaches half the window's peak: the
+// attack of a pluck or a stroke stands far above what still rings of the note before.
+double OnsetNear(const std::vector<float>& x, double expected) {
+    const auto from = static_cast<std::size_t>(std::max(0.0, expected - 0.04) * kRate);
+    const auto to = std::min(x.size(), static_cast<std::size_t>((expected + 0.04) * kRate));
+    float peak = 0;
+    for (std::size_t i = from; i < to; ++i)
+        peak = std::max(peak, std::fabs(x[i]));
+    for (std::size_t i = from; i < to; ++i)
+        if (std::fabs(x[i]) >= peak / 2) return static_cast<double>(i) / kRate;
+    return -1;
+}
+
+TEST(WaveVoiceRendering, TarQuarterToneScaleIsInTuneAndOnTime) {
+    const ::tahrir::test::TempFolder dir;
+    // Do of octave 3 (key 60) up by quarter tones to Fa, an 8th each at tempo 60; the
+    // naturals are written, as a koron holds to the end of the measure.
+    const char accidentals[] = {' ', 'S', 'K', 'N', 'S', 'K', 'N', ' '};
+    const int steps[] = {1, 1, 2, 2, 2, 3, 3, 4};
+    const double pitches[] = {60, 60.5, 61.5, 62, 62.5, 63.5, 64, 65};
+    std::initializer_list<std::string> music = {
+        Note(steps[0], 3, 4, accidentals[0]), Note(steps[1], 3, 4, accidentals[1]),
+        Note(steps[2], 3, 4, accidentals[2]), Note(steps[3], 3, 4, accidentals[3]),
+        Note(steps[4], 3, 4, accidentals[4]), Note(steps[5], 3, 4, accidentals[5]),
+        Note(steps[6], 3, 4, accidentals[6]), Note(steps[7], 3, 4, accidentals[7])};
+    const auto x = RenderWaveVoice(Sheet("", 60, "4/4", music), 8, 60, dir / "tar.wav");
+    ASSERT_GT(x.size(), static_cast<std::size_t>(4 * kRate));
+    for (int i = 0; i < 8; ++i) {
+        const double start = i * 0.5; // an 8th at tempo 60
+        EXPECT_NEAR(OnsetNear(x, start), start, 0.005) << "note " << i;
+        const double hz = YinPitch(x, static_cast<std::size_t>((start + 0.15) * kRate), 4410, kRate);
+        const double expected = 440 * std::pow(2.0, (pitches[i] - 69) / 12);
+        EXPECT_NEAR(1200 * std::log2(hz / expected), 0, 5) << "note " << i << " at " << hz;
+    }
+}
+
+TEST(WaveVoiceRendering, DafStrokesFollowTheRhythm) {
+    const ::tahrir::test::TempFolder dir;
+    // 8th, two 16ths, a dotted 8th with its 16th, a quarter, at tempo 90: a 32nd is
+    // 60 / (8 * 90) s.
+    const int durations[] = {4, 2, 2, 6, 2, 8};
+    std::initializer_list<std::string> music = {
+        Note(6, 2, 4), Note(6, 2, 2), Note(6, 2, 2), Note(1, 3, 6), Note(6, 2, 2), Note(6, 2, 8)};
+    const auto x = RenderWaveVoice(Sheet("", 90, "4/4", music), 9, 90, dir / "daf.wav");
+    double at = 0;
+    for (int d : durations) {
+        EXPECT_NEAR(OnsetNear(x, at), at, 0.005) << "stroke at " << at;
+        at += d * 60.0 / (8 * 90);
+    }
+}
+
+TEST(WaveVoiceRendering, SungNotesAreOnTheirSteps) {
+    // Do..Si of octave 2 of the staff, keys 48..59: the median pitch of the voiced 40 ms
+    // stretches, as a voice wavers a little around its note.
+    const int keys[] = {48, 50, 52, 53, 55, 57, 59};
+    for (int step = 1; step <= 7; ++step) {
+        WaveSample voice;
+        std::string error;
+        const auto file = std::filesystem::path(TAHRIR_DATA_DIR) / SyllableSampleName(step);
+        ASSERT_TRUE(ReadWaveSample(file, voice, error)) << error;
+        const auto window = static_cast<std::size_t>(voice.rate / 25);
+        std::vector<double> pitches;
+        for (std::size_t at = 0; at + window + voice.rate / 80 + 2 < voice.frames.size(); at += window / 4)
+            if (const double hz = YinPitch(voice.frames, at, window, voice.rate, 0.3); hz > 0)
+                pitches.push_back(hz);
+        ASSERT_GT(pitches.size(), 10u) << file;
+        std::nth_element(pitches.begin(), pitches.begin() + static_cast<std::ptrdiff_t>(pitches.size() / 2), pitches.end());
+        const double hz = pitches[pitches.size() / 2];
+        const double expected = 440 * std::pow(2.0, (keys[step - 1] - 69) / 12.0);
+        EXPECT_NEAR(1200 * std::log2(hz / expected), 0, 25) << file << " at " << hz;
+    }
+}
+
+// The accompaniment's commands of a virtual run.
+std::vector<RecordingSink::WaveEntry> AccompanimentRun(const core::ScoreSheet& sheet, int tempo,
+                                                       int startMeasure) {
+    RecordingSink sink;
+    Player player(&sink);
+    player.startUp();
+    player.controls().UserTempo = tempo;
+    player.controls().StartMeasure = startMeasure;
+    player.controls().Accompaniment = true;
+    player.playVirtual(sheet, {});
+    std::vector<RecordingSink::WaveEntry> out;
+    for (const auto& w : sink.waves())
+        if (w.command.bank == WaveBank::Accompaniment) out.push_back(w);
+    return out;
+}
+
+TEST(Accompaniment, StartsWhereTheWalkStandsOrWhereAnLvTLineSays) {
+    const auto bar = testing::Bar();
+    // Three 4/4 measures of quarter notes at the score's tempo 60.
+    const auto sheet = [&](std::string first) {
+        return Sheet("", 60, "4/4",
+                     {first, Note(1, 3, 8), Note(2, 3, 8), Note(3, 3, 8), Note(4, 3, 8), bar,
+                      Note(5, 3, 8), Note(6, 3, 8), Note(5, 3, 8), Note(4, 3, 8), bar,
+                      Note(3, 3, 8), Note(2, 3, 8), Note(1, 3, 8), Note(1, 3, 8), bar});
+    };
+    struct Row {
+        const char* first;
+        int tempo, startMeasure;
+        int position;    // milliseconds
+        double playTime; // run seconds of the first sounding note
+    };
+    const Row rows[] = {
+        {"L>", 60, 0, 0, 0},          // from the top
+        {"L>", 60, 3, 8000, 0},       // two measures of 4 s passed over
+        {"L>", 120, 3, 4000, 0},      // the recording of tempo 120 runs twice as fast
+        {"LvT=40", 60, 0, 500, 0},    // 40 / 8 * 60 / 60 * 100
+        {"LvT=40", 120, 3, 250, 0},   // the cue wins over the walk's clock
+    };
+    for (const Row& r : rows) {
+        const auto waves = AccompanimentRun(sheet(Directive(r.first)), r.tempo, r.startMeasure);
+        ASSERT_GE(waves.size(), 4u) << r.first;
+        EXPECT_EQ(waves[0].command, (WaveCommand{WaveBank::Accompaniment, WaveAction::Seek, 0}));
+        EXPECT_EQ(waves[1].command,
+                  (WaveCommand{WaveBank::Accompaniment, WaveAction::Seek, r.position}))
+            << r.first << " tempo " << r.tempo << " from " << r.startMeasure;
+        EXPECT_EQ(waves[2].command.action, WaveAction::Resume);
+        EXPECT_NEAR(waves[2].seconds, r.playTime, 1e-6); // a barline sounds 0.1 us
+        EXPECT_EQ(waves.back().command.action, WaveAction::Stop);
+    }
+}
+
+void WriteWav(const std::filesystem::path& file, const std::vector<float>& x, int rate) {
+    SF_INFO info{};
+    info.samplerate = rate;
+    info.channels = 1;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_24;
+    SNDFILE* f = sf_open(file.string().c_str(), SFM_WRITE, &info);
+    ASSERT_TRUE(f);
+    sf_writef_float(f, x.data(), static_cast<sf_count_t>(x.size()));
+    sf_close(f);
+}
+
+TEST(Accompaniment, FileBesideTheScoreSoundsFromItsPositionWithoutAllocating) {
+    const ::tahrir::test::TempFolder dir;
+    // A recording at 16 kHz, silent but for a click at 5 s.
+    std::vector<float> recording(16000 * 6, 0.0f);
+    recording[16000 * 5] = 1.0f;
+    WriteWav(dir / "my song-T72.Wav", recording, 16000);
+    EXPECT_EQ(AccompanimentFile(dir / "My Song.srv", 72), dir / "my song-T72.Wav");
+    EXPECT_EQ(AccompanimentFile(dir / "My Song.srv", 80), std::filesystem::path());
+
+    WaveVoices voices(kRate);
+    voices.loadSamples(TAHRIR_DATA_DIR, {});
+    std::string error;
+    ASSERT_TRUE(voices.loadAccompaniment(dir / "my song-T72.Wav", error)) << error;
+    // Commands come from another thread while the audio side mixes in blocks of 64.
+    std::thread control([&] {
+        voices.post({WaveBank::Accompaniment, WaveAction::Seek, 4990});
+        voices.post({WaveBank::Accompaniment, WaveAction::Resume, 0});
+        for (int n = 1; n <= 72; ++n)
+            voices.post({WaveBank::Tar, WaveAction::Play, n});
+        voices.post({WaveBank::Tar, WaveAction::StopAll, 0});
+    });
+    control.join();
+    std::vector<float> left(kRate, 0.0f), right(kRate, 0.0f);
+    t_counting = true;
+    for (int at = 0; at < kRate; at += 64)
+        voices.mix(left.data() + at, right.data() + at, std::min(64, kRate - at), 1);
+    t_counting = false;
+    EXPECT_EQ(g_allocations.load(), 0);
+    EXPECT_GE(voices.accompanimentPosition(), 5900);
+
+    // The click lies 10 ms after the start; the tar voices have faded within 5 ms.
+    float tail = 0;
+    for (std::size_t i = kRate / 100 + 100; i < left.size(); ++i)
+        tail = std::max(tail, std::fabs(left[i]));
+    EXPECT_EQ(tail, 0.0f);
+    const auto click = std::max_element(left.begin() + kRate / 200, left.begin() + kRate / 50);
+    EXPECT_NEAR(static_cast<double>(click - left.begin()) / kRate, 0.010, 0.0002);
+}
+
+} // namespace
+} // namespace tahrir::play
