@@ -1,0 +1,132 @@
+#include "transcribe/note_segmenter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tahrir::transcribe {
+namespace {
+
+struct Span {
+    std::size_t begin;
+    std::size_t end;    // one past
+    bool onset = false; // begins at a spectral onset
+};
+
+double Median(std::vector<double> v) {
+    if (v.empty()) return 0;
+    const auto mid = v.begin() + static_cast<std::ptrdiff_t>(v.size() / 2);
+    std::nth_element(v.begin(), mid, v.end());
+    return *mid;
+}
+
+// Optimal partition of cents[b, e) into constant levels (squared error plus a penalty for
+// each level), with pruning of start points that can no longer win, each part at least
+// `minLen` long.
+std::vector<Span> PartitionLevels(const std::vector<double>& cents, Span run, std::size_t minLen,
+                                  double penalty) {
+    const std::size_t n = run.end - run.begin;
+    if (n < 2 * minLen) return {run};
+    std::vector<double> s1(n + 1, 0), s2(n + 1, 0);
+    for (std::size_t i = 0; i < n; ++i) {
+        s1[i + 1] = s1[i] + cents[run.begin + i];
+        s2[i + 1] = s2[i] + cents[run.begin + i] * cents[run.begin + i];
+    }
+    auto cost = [&](std::size_t a, std::size_t b) {
+        const double sum = s1[b] - s1[a];
+        return (s2[b] - s2[a]) - sum * sum / static_cast<double>(b - a);
+    };
+    const double inf = std::numeric_limits<double>::infinity();
+    std::vector<double> best(n + 1, inf);
+    std::vector<std::size_t> last(n + 1, 0);
+    best[0] = -penalty;
+    std::vector<std::size_t> starts;
+    for (std::size_t t = minLen; t <= n; ++t) {
+        if (std::isfinite(best[t - minLen])) starts.push_back(t - minLen);
+        for (std::size_t s : starts) {
+            const double v = best[s] + cost(s, t) + penalty;
+            if (v < best[t]) {
+                best[t] = v;
+                last[t] = s;
+            }
+        }
+        std::erase_if(starts, [&](std::size_t s) { return best[s] + cost(s, t) > best[t]; });
+    }
+    std::vector<Span> parts;
+    for (std::size_t t = n; t > 0; t = last[t])
+        parts.push_back({run.begin + last[t], run.begin + t});
+    std::reverse(parts.begin(), parts.end());
+    return parts;
+}
+
+// Cuts a part at clear spectral onsets, each piece at least `minLen` long.
+void SplitAtOnsets(const std::vector<PitchFrame>& frames, Span part, std::size_t minLen,
+                   double threshold, std::vector<Span>& out) {
+    std::size_t begin = part.begin;
+    bool atOnset = part.onset;
+    for (std::size_t t = part.begin + minLen; t + minLen <= part.end; ++t) {
+        const float s = frames[t].onsetStrength;
+        if (t - begin < minLen || s < threshold) continue;
+        if (s < frames[t - 1].onsetStrength || s < frames[t + 1].onsetStrength) continue;
+        out.push_back({begin, t, atOnset});
+        begin = t;
+        atOnset = true;
+    }
+    out.push_back({begin, part.end, atOnset});
+}
+
+double StableCents(const std::vector<double>& cents, Span part) {
+    const std::size_t n = part.end - part.begin;
+    const std::size_t skipHead = n / 5, skipTail = n / 10;
+    std::vector<double> v(cents.begin() + static_cast<std::ptrdiff_t>(part.begin + skipHead),
+                          cents.begin() + static_cast<std::ptrdiff_t>(part.end - skipTail));
+    return Median(std::move(v));
+}
+
+} // namespace
+
+std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, double hopSeconds,
+                                    const SegmenterSettings& settings) {
+    std::vector<double> cents(frames.size(), 0);
+    for (std::size_t t = 0; t < frames.size(); ++t)
+        if (frames[t].hz > 0) cents[t] = 1200.0 * std::log2(frames[t].hz / 440.0);
+    const auto minLen = static_cast<std::size_t>(
+        std::max(2.0, std::round(0.6 * settings.minNoteSeconds / hopSeconds)));
+
+    std::vector<Span> parts;
+    for (std::size_t t = 0; t < frames.size();) {
+        if (frames[t].hz <= 0) {
+            ++t;
+            continue;
+        }
+        Span run{t, t};
+        while (run.end < frames.size() && frames[run.end].hz > 0) ++run.end;
+        for (const Span& level : PartitionLevels(cents, run, minLen, settings.changePenalty))
+            SplitAtOnsets(frames, level, minLen, settings.onsetRiseDb, parts);
+        t = run.end;
+    }
+
+    std::vector<NoteEvent> notes;
+    std::vector<double> levels;
+    double lastEnd = -1;
+    for (const Span& part : parts) {
+        const double level = StableCents(cents, part);
+        const double onset = frames[part.begin].seconds - hopSeconds / 2;
+        const double offset = frames[part.end - 1].seconds + hopSeconds / 2;
+        const bool joined = !notes.empty() && std::abs(onset - lastEnd) < 1e-9 &&
+                            std::abs(level - levels.back()) < settings.mergeCents && !part.onset;
+        lastEnd = offset;
+        if (joined) {
+            notes.back().offset = offset;
+            continue;
+        }
+        notes.push_back({onset, offset, 440.0 * std::pow(2.0, level / 1200.0)});
+        levels.push_back(level);
+    }
+    std::vector<NoteEvent> kept;
+    for (const NoteEvent& n : notes)
+        if (n.offset - n.onset >= settings.minNoteSeconds) kept.push_back(n);
+    return kept;
+}
+
+} // namespace tahrir::transcribe
