@@ -83,6 +83,24 @@ double StableCents(const std::vector<double>& cents, Span part) {
     return Median(std::move(v));
 }
 
+// Where the note of `part` begins. Out of another note (a voiced frame a few frames
+// before, no silence between) the change lies at the last frame of the old pitch, whose
+// window begins before the change; out of silence at the foot of the level's rise.
+double OnsetOf(const std::vector<PitchFrame>& frames, std::size_t first, double hopSeconds) {
+    constexpr std::size_t kLegatoGap = 6, kAttackFrames = 6;
+    constexpr float kSilenceDb = 12;
+    std::size_t prev = first;
+    while (prev > 0 && first - prev <= kLegatoGap && frames[prev - 1].hz <= 0) --prev;
+    if (prev > 0 && first - prev <= kLegatoGap) {
+        float low = frames[prev - 1].rmsDb;
+        for (std::size_t t = prev; t < first; ++t) low = std::min(low, frames[t].rmsDb);
+        if (low >= frames[prev - 1].rmsDb - kSilenceDb) return frames[prev - 1].seconds;
+    }
+    std::size_t k = first;
+    while (k > prev && first - k < kAttackFrames && frames[k - 1].rmsDb < frames[k].rmsDb) --k;
+    return frames[k].seconds - hopSeconds / 2;
+}
+
 } // namespace
 
 std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, double hopSeconds,
@@ -108,14 +126,14 @@ std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, doubl
 
     std::vector<NoteEvent> notes;
     std::vector<double> levels;
-    double lastEnd = -1;
+    std::size_t lastEnd = 0;
     for (const Span& part : parts) {
         const double level = StableCents(cents, part);
-        const double onset = frames[part.begin].seconds - hopSeconds / 2;
+        const double onset = OnsetOf(frames, part.begin, hopSeconds);
         const double offset = frames[part.end - 1].seconds + hopSeconds / 2;
-        const bool joined = !notes.empty() && std::abs(onset - lastEnd) < 1e-9 &&
+        const bool joined = !notes.empty() && part.begin == lastEnd &&
                             std::abs(level - levels.back()) < settings.mergeCents && !part.onset;
-        lastEnd = offset;
+        lastEnd = part.end;
         if (joined) {
             notes.back().offset = offset;
             continue;

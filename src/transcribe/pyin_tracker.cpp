@@ -17,9 +17,11 @@ constexpr double kBetaA = 2.0;       // threshold prior Beta(2, 18): mean 0.1
 constexpr double kBetaB = 18.0;
 constexpr double kBelowAllWeight = 0.01; // mass left when no trough is under a threshold
 constexpr double kBinCents = 10.0;
-constexpr double kSwitch = 0.01;     // voiced <-> unvoiced per frame
+constexpr double kSwitch = 0.05;     // voiced <-> unvoiced per frame
 constexpr double kJumpPerBin = 0.03; // log cost of each 10-cent bin of a pitch move
 constexpr double kGateDb = 50.0;     // frames this far under the loudest are unvoiced
+constexpr float kAbsorbDepth = 0.25f;  // d' under which a period is clearly periodic
+constexpr float kAbsorbMargin = 0.15f; // ... and not much less so than its multiple
 constexpr int kStates = PyinTracker::kMaxCandidates + 1;
 
 int PowerOfTwoAtLeast(int n) {
@@ -41,9 +43,27 @@ struct Candidates {
     std::array<float, PyinTracker::kMaxCandidates> hz{};
     std::array<float, PyinTracker::kMaxCandidates> prob{};
     std::array<std::int16_t, PyinTracker::kMaxCandidates> bin{};
+    std::array<float, PyinTracker::kMaxCandidates> depth{}; // d' at the trough
     std::uint8_t count = 0;
     float total = 0;
 };
+
+// Multiple-period errors. A trough at a whole multiple of a clearly periodic
+// shorter period is that period seen again (a plucked string's slow beating makes the
+// later ones deeper): its probability goes to the shortest such period.
+void ResolveMultiples(Candidates& c) {
+    for (std::size_t j = 1; j < c.count; ++j) {
+        for (std::size_t i = 0; i < j; ++i) {
+            const float ratio = c.hz[i] / c.hz[j];
+            const float k = std::round(ratio);
+            if (k < 2 || std::abs(ratio - k) > 0.03f * k) continue;
+            if (c.depth[i] > kAbsorbDepth || c.depth[i] > c.depth[j] + kAbsorbMargin) continue;
+            c.prob[i] += c.prob[j];
+            c.prob[j] = 0;
+            break;
+        }
+    }
+}
 
 } // namespace
 
@@ -174,6 +194,7 @@ void PyinTracker::Impl::thresholdCandidates(Candidates& out) const {
             out.hz[slot] = static_cast<float>(hz);
             out.bin[slot] = static_cast<std::int16_t>(bin);
             out.prob[slot] = 0;
+            out.depth[slot] = cmnd[t];
             ++out.count;
         }
         out.prob[slot] += static_cast<float>(p);
@@ -186,6 +207,7 @@ void PyinTracker::Impl::thresholdCandidates(Candidates& out) const {
             if (std::abs(out.hz[i] - hz) / hz < 0.03)
                 out.prob[i] += static_cast<float>(rest * kBelowAllWeight);
     }
+    ResolveMultiples(out);
     for (std::size_t i = 0; i < out.count; ++i) out.total += out.prob[i];
 }
 
@@ -212,8 +234,12 @@ void PyinTracker::Impl::decode(std::vector<PitchFrame>& frames) {
     for (std::size_t t = 0; t < count; ++t) {
         const Candidates& c = cands[t];
         const Candidates* p = t > 0 ? &cands[t - 1] : nullptr;
+        // Voicing is judged on the total; among the candidates the best takes it whole and
+        // the others in proportion to their probability.
+        const float top = c.count ? *std::max_element(c.prob.begin(), c.prob.begin() + c.count) : 1;
         cur[0] = std::log(std::max(1.0 - c.total, 0.01));
-        for (std::size_t k = 0; k < c.count; ++k) cur[k + 1] = std::log(std::max(c.prob[k], 1e-9f));
+        for (std::size_t k = 0; k < c.count; ++k)
+            cur[k + 1] = std::log(std::max(c.total * c.prob[k] / top, 1e-9f));
         auto& bp = back[t];
         bp.fill(0);
         if (!p) {
