@@ -13,6 +13,8 @@ struct Span {
     bool onset = false; // begins at a spectral onset
 };
 
+constexpr double kGlideCents = 25; // farther than this from a level is on the way out
+
 double Median(std::vector<double> v) {
     if (v.empty()) return 0;
     const auto mid = v.begin() + static_cast<std::ptrdiff_t>(v.size() / 2);
@@ -56,18 +58,53 @@ std::vector<Span> PartitionLevels(const std::vector<double>& cents, Span run, st
     for (std::size_t t = n; t > 0; t = last[t])
         parts.push_back({run.begin + last[t], run.begin + t});
     std::reverse(parts.begin(), parts.end());
+    // A glide between two levels belongs to the new note: each cut moves back to the last
+    // frame still near the old level.
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        std::vector<double> old(cents.begin() + static_cast<std::ptrdiff_t>(parts[i - 1].begin),
+                                cents.begin() + static_cast<std::ptrdiff_t>(parts[i - 1].end));
+        const double level = Median(std::move(old));
+        std::size_t k = parts[i].begin;
+        while (k > parts[i - 1].begin + minLen / 2 && std::abs(cents[k - 1] - level) > kGlideCents)
+            --k;
+        parts[i - 1].end = parts[i].begin = k;
+    }
     return parts;
 }
 
-// Cuts a part at clear spectral onsets, each piece at least `minLen` long.
+// A new note of the same pitch: a sharp rise of the level, or a shallow dip of the level
+// where the waveform loses its periodicity for a moment (a legato re-articulation).
+bool Rearticulates(const std::vector<PitchFrame>& frames, std::size_t t, double riseDb,
+                   double aperiodicityFloor) {
+    const float s = frames[t].onsetStrength;
+    if (s >= riseDb && s >= frames[t - 1].onsetStrength && s >= frames[t + 1].onsetStrength)
+        return true;
+    constexpr std::size_t kReach = 5;
+    constexpr float kDipDb = 1.5f, kAperiodicRatio = 1.6f;
+    const float level = frames[t].rmsDb;
+    if (level > frames[t - 1].rmsDb || level > frames[t + 1].rmsDb) return false;
+    float before = level, after = level, bump = 0;
+    for (std::size_t k = 1; k <= kReach; ++k) {
+        before = std::max(before, frames[t - k].rmsDb);
+        after = std::max(after, frames[t + k].rmsDb);
+    }
+    for (std::size_t k = t - 1; k <= t + 1; ++k) bump = std::max(bump, frames[k].aperiodicity);
+    return before - level >= kDipDb && after - level >= kDipDb &&
+           bump >= kAperiodicRatio * aperiodicityFloor;
+}
+
+// Cuts a part where a note of the same pitch begins again, each piece at least `minLen`
+// long. A cut at a dip starts the new note after the dip's lowest frame.
 void SplitAtOnsets(const std::vector<PitchFrame>& frames, Span part, std::size_t minLen,
-                   double threshold, std::vector<Span>& out) {
+                   double riseDb, std::vector<Span>& out) {
+    std::vector<double> aperiodicity;
+    for (std::size_t t = part.begin; t < part.end; ++t)
+        aperiodicity.push_back(frames[t].aperiodicity);
+    const double floor = std::max(Median(std::move(aperiodicity)), 0.005);
     std::size_t begin = part.begin;
     bool atOnset = part.onset;
     for (std::size_t t = part.begin + minLen; t + minLen <= part.end; ++t) {
-        const float s = frames[t].onsetStrength;
-        if (t - begin < minLen || s < threshold) continue;
-        if (s < frames[t - 1].onsetStrength || s < frames[t + 1].onsetStrength) continue;
+        if (t - begin < minLen || !Rearticulates(frames, t, riseDb, floor)) continue;
         out.push_back({begin, t, atOnset});
         begin = t;
         atOnset = true;
@@ -122,6 +159,15 @@ std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, doubl
         for (const Span& level : PartitionLevels(cents, run, minLen, settings.changePenalty))
             SplitAtOnsets(frames, level, minLen, settings.onsetRiseDb, parts);
         t = run.end;
+    }
+    // A piece too short to be a note that runs straight into the next is its attack.
+    const auto shortest = static_cast<std::size_t>(settings.minNoteSeconds / hopSeconds);
+    for (std::size_t i = parts.size(); i-- > 1;) {
+        if (parts[i - 1].end == parts[i].begin && parts[i - 1].end - parts[i - 1].begin < shortest) {
+            parts[i].begin = parts[i - 1].begin;
+            parts[i].onset = parts[i - 1].onset;
+            parts.erase(parts.begin() + static_cast<std::ptrdiff_t>(i - 1));
+        }
     }
 
     std::vector<NoteEvent> notes;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kThresholds = 100;     // 0.01 .. 1.00
 constexpr double kBetaA = 2.0;       // threshold prior Beta(2, 18): mean 0.1
-constexpr double kBetaB = 18.0;
+constexpr double kBetaB = 11.33;
 constexpr double kBelowAllWeight = 0.01; // mass left when no trough is under a threshold
 constexpr double kBinCents = 10.0;
 constexpr double kSwitch = 0.05;     // voiced <-> unvoiced per frame
@@ -266,6 +266,7 @@ void PyinTracker::Impl::decode(std::vector<PitchFrame>& frames) {
         if (prev[k] > prev[state]) state = k;
     for (std::size_t t = count; t-- > 0;) {
         frames[t].hz = state > 0 ? cands[t].hz[state - 1] : 0.0;
+        frames[t].aperiodicity = state > 0 ? cands[t].depth[state - 1] : 1.0f;
         state = back[t][state];
     }
 }

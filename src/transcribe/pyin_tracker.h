@@ -15,6 +15,7 @@ struct PitchFrame {
     double voicedProbability = 0; // sum of the candidates' probabilities
     float rmsDb = -120;           // level of the frame, dB below full scale
     float onsetStrength = 0;      // rise of the level in dB over the frames just before
+    float aperiodicity = 1;       // d' at the chosen period: 0 perfectly periodic
 };
 
 struct TrackerRange {
