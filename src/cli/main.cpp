@@ -39,7 +39,7 @@ const Command kCommands[] = {
     {"transcribe",
      "transcribe FILE.wav [--into SCORE.srv] -o OUT.srv [--at LINE] [--tempo T] "
      "[--min-duration 1|2|4|8] [--method simple|women|men] [--cutoff C] [--k K] [--exact] "
-     "[--silent] [--raw] [--grid 12|24|dastgah] [--notes OUT.txt]",
+     "[--silent] [--raw] [--grid 12|24|dastgah] [--notes OUT.txt] [--tracker classic|modern]",
      RunTranscribe},
     {"notes",
      "notes FILE [--grid 12|24|dastgah] [--signature LINE1] [--base HZ] [--koron C] "

@@ -37,24 +37,6 @@ std::optional<std::string> NextField(std::string_view bytes, std::size_t& pos) {
     return field;
 }
 
-// Natural grid positions of Do..Si, and the shift of each signature letter.
-constexpr int kNatural[7] = {1, 5, 9, 11, 15, 19, 23};
-
-int LetterShift(char letter) {
-    switch (letter) {
-    case 'B':
-        return -2;
-    case 'K':
-        return -1;
-    case 'S':
-        return 1;
-    case 'D':
-        return 2;
-    default:
-        return 0;
-    }
-}
-
 // The five dastgah rows in order: sharp, sori, natural, koron, flat.
 constexpr char kRowLetters[5] = {'D', 'S', ' ', 'K', 'B'};
 
@@ -89,30 +71,6 @@ bool ApplyScale(core::ScoreSheet& sheet, const TuningFile& tuning, int chosen) {
     if (chosen < 0 || chosen >= static_cast<int>(tuning.entries.size())) return false;
     sheet.setLine(1, tuning.entries[static_cast<std::size_t>(chosen)].line + "  ");
     return true;
-}
-
-ScaleMask BuildScaleMask(std::string_view letters) {
-    ScaleMask mask{};
-    for (int n : kNatural)
-        mask[static_cast<std::size_t>(n)] = -1;
-    mask[25] = -1;
-    for (int s = 0; s < 7; ++s) {
-        const char letter =
-            s < static_cast<int>(letters.size()) ? letters[static_cast<std::size_t>(s)] : ' ';
-        const int shift = LetterShift(letter);
-        if (shift == 0) continue;
-        const int n = kNatural[s];
-        mask[static_cast<std::size_t>(n)] = 0;
-        const int at = n + shift;
-        if (at >= 1) mask[static_cast<std::size_t>(at)] = -1;
-        if (s == 0) { // Do repeats at the octave: 25 moves with it, and below 1 wraps to 23/24
-            mask[25] = 0;
-            if (25 + shift < GridSize) mask[static_cast<std::size_t>(25 + shift)] = -1;
-            if (at < 1) mask[static_cast<std::size_t>(at + 24)] = -1;
-            if (at == 0) mask[0] = -1;
-        }
-    }
-    return mask;
 }
 
 int DastgahRow(char letter) {

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/dastgah_scale.h"
 #include "core/score_sheet.h"
 
 namespace tahrir::play {
@@ -34,13 +35,10 @@ TuningFile LoadTuning(const std::filesystem::path& file);
 // index off the list) leaves line 1 as it is; returns whether it changed.
 bool ApplyScale(core::ScoreSheet& sheet, const TuningFile& tuning, int chosen);
 
-inline constexpr int GridSize = 27;
-// -1 marks a degree of the 27-position quarter-tone grid, 0 not.
-using ScaleMask = std::array<float, GridSize>;
-
-// The mask of seven signature letters (Do..Si): each step's natural position cleared and
-// the position of its letter set; Do's octave position 25 follows its letter.
-ScaleMask BuildScaleMask(std::string_view letters);
+// The quarter-tone grid mask lives in core, shared with the transcription.
+using core::BuildScaleMask;
+using core::GridSize;
+using core::ScaleMask;
 
 // The dastgah boxes: five rows for each step ("#", "<", natural, "--!", "b"); the row of
 // a step's letter, or -1 for a letter that has no box.
