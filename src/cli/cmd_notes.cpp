@@ -61,6 +61,20 @@ bool WriteText(const std::string& path, const std::string& text) {
 
 } // namespace
 
+int ModernNotes(const std::string& file, const transcribe::NotesOptions& options,
+                const std::optional<std::string>& noteList,
+                std::vector<transcribe::TimedNote>& notes, double& rate) {
+    std::string error;
+    const auto transcript = transcribe::TranscribeRecording(file, options, error);
+    if (!transcript) return Fail(ExitIo, error);
+    if (noteList && !WriteText(*noteList, NoteLines(*transcript)))
+        return Fail(ExitIo, "cannot write " + *noteList);
+    rate = transcript->fileRate;
+    for (const auto& n : transcript->notes)
+        notes.push_back({n.onset * rate, n.offset * rate, n.note, false});
+    return ExitOk;
+}
+
 int RunNotes(const Argv& argv) {
     Args args(argv, {{"--grid", "--signature", "--base", "--koron", "--sori", "-o", "--frames"},
                      {"--json"}});

@@ -8,6 +8,7 @@
 
 #include "cli/cli_args.h"
 #include "cli/commands.h"
+#include "cli/notes_options.h"
 #include "core/app_folder.h"
 #include "core/dastgah_scale.h"
 #include "core/load_file.h"
@@ -61,6 +62,7 @@ struct TranscribeRequest {
     std::optional<double> tempo;
     PassOptions passes;
     bool exact = false, raw = false;
+    bool modern = false; // the tracker for real recordings instead of the three passes
 };
 
 std::optional<TranscribeRequest> ParseTranscribe(Args& args, std::string& error) {
@@ -94,7 +96,8 @@ std::optional<TranscribeRequest> ParseTranscribe(Args& args, std::string& error)
     else if (cutOff && !(*cutOff >= 0 && *cutOff <= 255)) error = "option --cutoff takes 0 to 255";
     else if (method != "simple" && method != "women" && method != "men")
         error = "option --method takes simple, women or men";
-    else if (tracker != "classic") error = "option --tracker takes classic";
+    else if (tracker != "classic" && tracker != "modern")
+        error = "option --tracker takes classic or modern";
     const auto grid = GridOption(args, error);
     if (!error.empty()) return std::nullopt;
     r.at = static_cast<int>(at.value_or(4));
@@ -109,6 +112,7 @@ std::optional<TranscribeRequest> ParseTranscribe(Args& args, std::string& error)
     r.passes.finder.grid = *grid;
     r.exact = args.flag("--exact");
     r.raw = args.flag("--raw");
+    r.modern = tracker == "modern";
     return r;
 }
 
@@ -223,7 +227,17 @@ int RunTranscribe(const Argv& argv) {
     r.passes.finder.mask = core::BuildScaleMask(core::SignatureAt(sheet, sheet.CurrentLine));
     TrackedNotes tracked;
     const std::string_view wave(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-    if (const int code = ClassicNotes(r, wave, folder.folder, tracked); code != ExitOk) return code;
+    if (r.modern) {
+        transcribe::NotesOptions modern;
+        modern.grid = r.passes.finder.grid;
+        modern.mask = r.passes.finder.mask;
+        if (const int code = ModernNotes(r.wave, modern, r.notes, tracked.notes, tracked.rate);
+            code != ExitOk)
+            return code;
+        if (r.passes.Silent && !tracked.notes.empty()) tracked.shift = tracked.notes.front().start;
+    } else if (const int code = ClassicNotes(r, wave, folder.folder, tracked); code != ExitOk) {
+        return code;
+    }
 
     if (!tracked.notes.empty()) {
         InsertOptions o;

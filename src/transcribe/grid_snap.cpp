@@ -21,14 +21,7 @@ GridPoint HalfAbove(int semitone, const GridTuning& t) {
 
 } // namespace
 
-std::optional<NoteGrid> NoteGridOf(std::string_view name) {
-    if (name == "12") return NoteGrid::Semitone;
-    if (name == "24") return NoteGrid::QuarterTone;
-    if (name == "dastgah") return NoteGrid::Dastgah;
-    return std::nullopt;
-}
-
-std::vector<GridPoint> GridPoints(NoteGrid grid, const GridTuning& t, const DegreeMask& mask) {
+std::vector<GridPoint> GridPoints(NoteGrid grid, const GridTuning& t, const core::ScaleMask& mask) {
     std::vector<GridPoint> points;
     if (grid != NoteGrid::Dastgah) {
         for (int s = 0; s < 12; ++s) {

@@ -2,16 +2,13 @@
 // Places a measured frequency on a note grid: twelve semitones, twenty-four positions with
 // koron and sori where the player puts them, or the degrees of a dastgah mask.
 
-#include <array>
 #include <optional>
-#include <string_view>
 #include <vector>
 
+#include "core/dastgah_scale.h"
+#include "transcribe/note_finder.h"
+
 namespace tahrir::transcribe {
-
-enum class NoteGrid { Semitone, QuarterTone, Dastgah };
-
-std::optional<NoteGrid> NoteGridOf(std::string_view name); // "12", "24", "dastgah"
 
 struct GridTuning {
     double baseHz = 440;     // the La of MIDI note 69
@@ -26,11 +23,9 @@ struct GridPoint {
     double note = 0;
 };
 
-// The 27 positions of the quarter-tone grid of a dastgah, nonzero marking a degree.
-using DegreeMask = std::array<float, 27>;
-
+// The points of a grid; the dastgah grid takes the degrees the mask marks.
 std::vector<GridPoint> GridPoints(NoteGrid grid, const GridTuning& tuning,
-                                  const DegreeMask& mask);
+                                  const core::ScaleMask& mask);
 
 // The MIDI number of the nearest grid point to `hz`; nullopt for a frequency <= 0.
 std::optional<double> SnapToGrid(double hz, const std::vector<GridPoint>& points,

@@ -32,7 +32,7 @@ struct RecordingTranscript {
 struct NotesOptions {
     NoteGrid grid = NoteGrid::QuarterTone;
     GridTuning tuning;
-    DegreeMask mask{}; // the dastgah grid's degrees
+    core::ScaleMask mask = core::BuildScaleMask(""); // the dastgah grid's degrees
 };
 
 // Tracks and segments mono samples at `rate`, then snaps the notes to the grid.
