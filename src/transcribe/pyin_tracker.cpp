@@ -98,7 +98,7 @@ struct PyinTracker::Impl {
 };
 
 PyinTracker::Impl::Impl(int r, TrackerRange range)
-    : rate(r), window(PowerOfTwoAtLeast(std::max(64, r / 43))), size(2 * window),
+    : rate(r), window(PowerOfTwoAtLeast(std::max(64, r / 48))), size(2 * window),
       hop(window / 2), minHz(range.minHz) {
     tauMin = std::max(2, static_cast<int>(rate / range.maxHz));
     tauMax = std::min(window - 1, static_cast<int>(std::ceil(rate / range.minHz)));
