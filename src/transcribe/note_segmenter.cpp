@@ -120,12 +120,23 @@ double StableCents(const std::vector<double>& cents, Span part) {
     return Median(std::move(v));
 }
 
-// Where the note of `part` begins. Out of another note (a voiced frame a few frames
-// before, no silence between) the change lies at the last frame of the old pitch, whose
-// window begins before the change; out of silence at the foot of the level's rise.
-double OnsetOf(const std::vector<PitchFrame>& frames, std::size_t first, double hopSeconds) {
-    constexpr std::size_t kLegatoGap = 6, kAttackFrames = 6;
+// Where the note of `part` begins. A sharp rise of the level shortly before its pitch
+// settles is its attack (a plucked note speaks before its pitch is clear). Else, out of
+// another note (a voiced frame a few frames before, no silence between) the change lies
+// at the last frame of the old pitch, whose window begins before the change; out of
+// silence at the foot of the level's rise.
+double OnsetOf(const std::vector<PitchFrame>& frames, std::size_t first, double hopSeconds,
+               double riseDb) {
+    constexpr std::size_t kLegatoGap = 6, kAttackFrames = 6, kAttackSearch = 13;
     constexpr float kSilenceDb = 12;
+    std::size_t attack = first;
+    for (std::size_t k = first; k > 0 && first - k < kAttackSearch; --k) {
+        if (frames[k].onsetStrength >= riseDb &&
+            (attack == first || frames[k].onsetStrength > frames[attack].onsetStrength))
+            attack = k;
+        if (k < first && frames[k].hz > 0 && frames[k - 1].hz <= 0) break;
+    }
+    if (attack < first) return frames[attack].seconds - hopSeconds / 2;
     std::size_t prev = first;
     while (prev > 0 && first - prev <= kLegatoGap && frames[prev - 1].hz <= 0) --prev;
     if (prev > 0 && first - prev <= kLegatoGap) {
@@ -175,7 +186,7 @@ std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, doubl
     std::size_t lastEnd = 0;
     for (const Span& part : parts) {
         const double level = StableCents(cents, part);
-        const double onset = OnsetOf(frames, part.begin, hopSeconds);
+        const double onset = OnsetOf(frames, part.begin, hopSeconds, settings.onsetRiseDb);
         const double offset = frames[part.end - 1].seconds + hopSeconds / 2;
         const bool joined = !notes.empty() && part.begin == lastEnd &&
                             std::abs(level - levels.back()) < settings.mergeCents && !part.onset;
