@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <algorithm>
+#include <sstream>
+
+#include "cli_run.h"
 #include "note_accuracy.h"
 #include "temp_folder.h"
 #include "tone_signals.h"
@@ -148,6 +152,45 @@ TEST(RecordingNotes, ReadsEveryFormatAndNamesTheFileItCannotRead) {
         EXPECT_FALSE(transcribe::TranscribeRecording(bad, {}, error));
         EXPECT_NE(error.find(bad), std::string::npos) << error;
     }
+}
+
+TEST(RecordingNotes, NotesCommandPrintsNotesJsonAndFrames) {
+    TempFolder folder;
+    const std::string wav = (folder / "two.wav").string();
+    std::vector<float> x;
+    AppendTone(x, 22050, [](double) { return MidiHz(63.5); }, {0.5, 4});
+    AppendSilence(x, 22050, 0.2);
+    AppendTone(x, 22050, [](double) { return MidiHz(67); }, {0.5, 4});
+    SF_INFO info{};
+    info.samplerate = 22050;
+    info.channels = 1;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    SNDFILE* f = sf_open(wav.c_str(), SFM_WRITE, &info);
+    ASSERT_NE(f, nullptr);
+    sf_writef_float(f, x.data(), static_cast<sf_count_t>(x.size()));
+    sf_close(f);
+
+    CliRun run = RunCli(folder, {"notes", wav, "--koron", "-40", "--frames",
+                                 (folder / "frames.txt").string()});
+    ASSERT_EQ(run.code, 0) << run.err;
+    std::istringstream lines(run.out);
+    double onset = 0, offset = 0, hz = 0, note = 0;
+    std::vector<double> notes;
+    while (lines >> onset >> offset >> hz >> note) notes.push_back(note);
+    EXPECT_EQ(notes, (std::vector<double>{63.5, 67}));
+    const std::string frames = ReadBytes(folder / "frames.txt");
+    EXPECT_NEAR(static_cast<double>(std::count(frames.begin(), frames.end(), '\n')), 1.2 * 86, 3);
+
+    run = RunCli(folder, {"notes", wav, "--json", "--grid", "12"});
+    ASSERT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out.rfind("{\"rate\": 22050, \"notes\": [{\"onset\": ", 0), 0u) << run.out;
+    EXPECT_NE(run.out.find("\"note\": 64}"), std::string::npos) << run.out;
+
+    EXPECT_EQ(RunCli(folder, {"notes", wav, "--grid", "36"}).code, 1);
+    EXPECT_EQ(RunCli(folder, {"notes"}).code, 1);
+    run = RunCli(folder, {"notes", (folder / "none.ogg").string()});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_NE(run.err.find("none.ogg"), std::string::npos);
 }
 
 } // namespace
