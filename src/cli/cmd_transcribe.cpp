@@ -41,6 +41,15 @@ std::optional<NoteGrid> GridOption(const Args& args, std::string& error) {
     return grid;
 }
 
+// Pass 1's detectors by the names of their option buttons.
+std::optional<Detector> DetectorNamed(const std::string& name) {
+    static const std::pair<const char*, Detector> kNames[] = {
+        {"simple", Detector::Simple}, {"women", Detector::Women}, {"men", Detector::Men}};
+    for (const auto& [text, detector] : kNames)
+        if (name == text) return detector;
+    return std::nullopt;
+}
+
 // The new-score command answered with the tempo, 4/4 and one measure.
 class FixedAnswers : public core::NewScorePrompts {
 public:
@@ -87,27 +96,23 @@ std::optional<TranscribeRequest> ParseTranscribe(Args& args, std::string& error)
     }
     const std::string method = args.value("--method").value_or("simple");
     const std::string tracker = args.value("--tracker").value_or("classic");
-    const int md = static_cast<int>(minDuration.value_or(1));
-    if (minDuration && md != *minDuration) error = "option --min-duration takes 1, 2, 4 or 8";
-    else if (md != 1 && md != 2 && md != 4 && md != 8) error = "option --min-duration takes 1, 2, 4 or 8";
-    else if (k && (*k < 1 || *k > 9 || *k != std::floor(*k))) error = "option --k takes 1 to 9";
+    const double md = minDuration.value_or(1);
+    if (md != 1 && md != 2 && md != 4 && md != 8) error = "option --min-duration takes 1, 2, 4 or 8";
+    else if (k && !(*k >= 1 && *k <= 9 && *k == std::floor(*k))) error = "option --k takes 1 to 9";
     else if (tempo && !(*tempo > 0 && *tempo <= 1000)) error = "option --tempo takes a tempo above 0";
     else if (at && !(*at >= 1 && *at <= core::MaxLines + 1)) error = "option --at takes a line number";
     else if (cutOff && !(*cutOff >= 0 && *cutOff <= 255)) error = "option --cutoff takes 0 to 255";
-    else if (method != "simple" && method != "women" && method != "men")
-        error = "option --method takes simple, women or men";
+    else if (!DetectorNamed(method)) error = "option --method takes simple, women or men";
     else if (tracker != "classic" && tracker != "modern")
         error = "option --tracker takes classic or modern";
     const auto grid = GridOption(args, error);
     if (!error.empty()) return std::nullopt;
     r.at = static_cast<int>(at.value_or(4));
     r.tempo = tempo;
-    r.passes.Method = method == "simple" ? Detector::Simple
-                      : method == "women" ? Detector::Women
-                                          : Detector::Men;
+    r.passes.Method = *DetectorNamed(method);
     r.passes.CutOff = static_cast<int>(cutOff.value_or(10));
     r.passes.k = static_cast<int>(k.value_or(4));
-    r.passes.MinDuration = md;
+    r.passes.MinDuration = static_cast<int>(md);
     r.passes.Silent = args.flag("--silent");
     r.passes.finder.grid = *grid;
     r.exact = args.flag("--exact");

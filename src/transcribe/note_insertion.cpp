@@ -132,9 +132,12 @@ bool Inserter::insertLine(const std::string& text) {
 // A part cut to a listed length goes on as the tied remainder; what the last part loses
 // or gains goes into the carry (never at a smallest note of 1, where every T is exact).
 bool Inserter::element(double from, double to, const TimedNote* note) {
-    // More 32nds than the sheet can hold end at "Memory full!" all the same.
-    const double ticks = std::min(8 * (m_o.tempo / 60) * (InsertCarry + to - from) / m_o.sampleRate,
-                                  32.0 * (core::MaxLines + 1));
+    // More 32nds than the sheet can hold end at "Memory full!" all the same; times that
+    // are no numbers make nothing.
+    constexpr double kMostTicks = 32.0 * (core::MaxLines + 1);
+    double ticks = 8 * (m_o.tempo / 60) * (InsertCarry + to - from) / m_o.sampleRate;
+    if (std::isnan(ticks)) ticks = 0;
+    ticks = std::clamp(ticks, -kMostTicks, kMostTicks);
     const int t0 = std::max(0, static_cast<int>(std::floor(0.01 + ticks)));
     int t = t0;
     InsertCarry = (ticks - t0) * m_samplesPerTick;

@@ -38,18 +38,19 @@ double YinPitch(std::span<const float> samples, int rate) {
     const int m = static_cast<int>((samples.size() - 1) / 2);
     std::vector<double> normalised(static_cast<std::size_t>(m) + 1, 1.0);
     double running = 0;
+    // d'(tau) needs only the lags up to tau, so the search stops one lag after the first
+    // dip under the threshold: the answer is the same as after filling every lag.
     for (int tau = 1; tau <= m; ++tau) {
         const double d = Difference(samples.data(), m, tau);
         running += d;
         normalised[static_cast<std::size_t>(tau)] = running == 0 ? 1.0 : d * tau / running;
-    }
-    for (int tau = 2; tau < m; ++tau) {
-        const auto t = static_cast<std::size_t>(tau);
-        if (normalised[t] >= kThreshold) continue;
+        const int dip = tau - 1;
+        const auto t = static_cast<std::size_t>(dip);
+        if (dip < 2 || dip >= m || normalised[t] >= kThreshold) continue;
         // Parabolic refinement around the first lag under the threshold.
         const double a = normalised[t - 1], b = normalised[t], c = normalised[t + 1];
         const double den = a + c - 2 * b;
-        const double estimate = den == 0 ? tau : tau + (a - c) / (2 * den);
+        const double estimate = den == 0 ? dip : dip + (a - c) / (2 * den);
         return estimate > 0 ? rate / estimate : 0;
     }
     return 0;
