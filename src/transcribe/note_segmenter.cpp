@@ -149,16 +149,12 @@ double OnsetOf(const std::vector<PitchFrame>& frames, std::size_t first, double 
     return frames[k].seconds - hopSeconds / 2;
 }
 
-} // namespace
-
-std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, double hopSeconds,
-                                    const SegmenterSettings& settings) {
-    std::vector<double> cents(frames.size(), 0);
-    for (std::size_t t = 0; t < frames.size(); ++t)
-        if (frames[t].hz > 0) cents[t] = 1200.0 * std::log2(frames[t].hz / 440.0);
+// The voiced stretches cut into note-long pieces; a piece too short to be a note that
+// runs straight into the next is that note's attack.
+std::vector<Span> NoteParts(const std::vector<PitchFrame>& frames, const std::vector<double>& cents,
+                            double hopSeconds, const SegmenterSettings& settings) {
     const auto minLen = static_cast<std::size_t>(
         std::max(2.0, std::round(0.6 * settings.minNoteSeconds / hopSeconds)));
-
     std::vector<Span> parts;
     for (std::size_t t = 0; t < frames.size();) {
         if (frames[t].hz <= 0) {
@@ -171,7 +167,6 @@ std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, doubl
             SplitAtOnsets(frames, level, minLen, settings.onsetRiseDb, parts);
         t = run.end;
     }
-    // A piece too short to be a note that runs straight into the next is its attack.
     const auto shortest = static_cast<std::size_t>(settings.minNoteSeconds / hopSeconds);
     for (std::size_t i = parts.size(); i-- > 1;) {
         if (parts[i - 1].end == parts[i].begin && parts[i - 1].end - parts[i - 1].begin < shortest) {
@@ -180,14 +175,24 @@ std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, doubl
             parts.erase(parts.begin() + static_cast<std::ptrdiff_t>(i - 1));
         }
     }
+    return parts;
+}
 
+} // namespace
+
+std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, double hopSeconds,
+                                    const SegmenterSettings& settings) {
+    std::vector<double> cents(frames.size(), 0);
+    for (std::size_t t = 0; t < frames.size(); ++t)
+        if (frames[t].hz > 0) cents[t] = 1200.0 * std::log2(frames[t].hz / 440.0);
     std::vector<NoteEvent> notes;
     std::vector<double> levels;
     std::size_t lastEnd = 0;
-    for (const Span& part : parts) {
+    for (const Span& part : NoteParts(frames, cents, hopSeconds, settings)) {
         const double level = StableCents(cents, part);
         const double onset = OnsetOf(frames, part.begin, hopSeconds, settings.onsetRiseDb);
         const double offset = frames[part.end - 1].seconds + hopSeconds / 2;
+        // Neighbours at one level with no new attack between them are one note.
         const bool joined = !notes.empty() && part.begin == lastEnd &&
                             std::abs(level - levels.back()) < settings.mergeCents && !part.onset;
         lastEnd = part.end;
@@ -198,10 +203,8 @@ std::vector<NoteEvent> SegmentNotes(const std::vector<PitchFrame>& frames, doubl
         notes.push_back({onset, offset, 440.0 * std::pow(2.0, level / 1200.0)});
         levels.push_back(level);
     }
-    std::vector<NoteEvent> kept;
-    for (const NoteEvent& n : notes)
-        if (n.offset - n.onset >= settings.minNoteSeconds) kept.push_back(n);
-    return kept;
+    std::erase_if(notes, [&](const NoteEvent& n) { return n.offset - n.onset < settings.minNoteSeconds; });
+    return notes;
 }
 
 } // namespace tahrir::transcribe
