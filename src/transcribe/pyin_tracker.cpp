@@ -22,6 +22,8 @@ constexpr double kJumpPerBin = 0.03; // log cost of each 10-cent bin of a pitch 
 constexpr double kGateDb = 50.0;     // frames this far under the loudest are unvoiced
 constexpr float kAbsorbDepth = 0.25f;  // d' under which a period is clearly periodic
 constexpr float kAbsorbMargin = 0.15f; // ... and not much less so than its multiple
+constexpr float kHighHz = 1000;       // where a lone second harmonic is suspect
+constexpr float kShallowDepth = 0.04f; // ... when its trough is this shallow
 constexpr int kStates = PyinTracker::kMaxCandidates + 1;
 
 int PowerOfTwoAtLeast(int n) {
@@ -50,13 +52,21 @@ struct Candidates {
 
 // Multiple-period errors. A trough at a whole multiple of a clearly periodic
 // shorter period is that period seen again (a plucked string's slow beating makes the
-// later ones deeper): its probability goes to the shortest such period.
+// later ones deeper): its probability goes to the shortest such period. Above 1 kHz,
+// though, a shallow trough with one twice as deep at twice its period is the second
+// harmonic of a reed or a voice whose fundamental is weak: the octave below takes it.
 void ResolveMultiples(Candidates& c) {
     for (std::size_t j = 1; j < c.count; ++j) {
         for (std::size_t i = 0; i < j; ++i) {
             const float ratio = c.hz[i] / c.hz[j];
             const float k = std::round(ratio);
             if (k < 2 || std::abs(ratio - k) > 0.03f * k) continue;
+            if (k == 2 && c.hz[i] >= kHighHz && c.depth[i] >= kShallowDepth &&
+                c.depth[j] <= c.depth[i] / 2) {
+                c.prob[j] += c.prob[i];
+                c.prob[i] = 0;
+                continue;
+            }
             if (c.depth[i] > kAbsorbDepth || c.depth[i] > c.depth[j] + kAbsorbMargin) continue;
             c.prob[i] += c.prob[j];
             c.prob[j] = 0;
