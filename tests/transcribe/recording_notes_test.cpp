@@ -27,15 +27,13 @@ struct Played {
 };
 
 // A melody of (note, seconds) with each note re-attacked, as one signal and its truth.
-std::vector<float> Melody(const std::vector<std::pair<double, double>>& notes, ToneSpec spec,
-                          std::vector<TruthNote>& truth, double gap = 0,
-                          double centsOff = 0) {
+std::vector<float> Melody(const std::vector<std::pair<double, double>>& notes, ToneShape shape,
+                          std::vector<TruthNote>& truth, double gap) {
     std::vector<float> x;
     for (const auto& [note, seconds] : notes) {
         truth.push_back({static_cast<double>(x.size()) / TrackerRate, note});
-        spec.seconds = seconds;
-        const double hz = MidiHz(note) * std::pow(2.0, centsOff * (note != std::floor(note)) / 1200);
-        AppendTone(x, TrackerRate, [&](double) { return hz; }, spec);
+        shape.seconds = seconds;
+        AppendTone(x, TrackerRate, [&](double) { return MidiHz(note); }, shape);
         AppendSilence(x, TrackerRate, gap);
     }
     return x;
@@ -55,7 +53,7 @@ TEST(RecordingNotes, SplitsRepeatedNotesAndKeepsLegatoWithVibratoWhole) {
     const std::vector<std::pair<double, double>> legato = {
         {62, 0.5}, {63.5, 0.4}, {65, 0.6}, {66.5, 0.35}, {64, 0.45}, {63.5, 0.8}};
     struct Case { const char* what; const std::vector<std::pair<double, double>>* notes;
-                  ToneSpec spec; double gap; };
+                  ToneShape shape; double gap; };
     const Case cases[] = {
         {"plucked, struck again", &repeated, {0, 6, 0.5, 6.0, 0}, 0},
         {"detached", &repeated, {0, 4, 0.4, 0, 0}, 0.06},
@@ -63,7 +61,7 @@ TEST(RecordingNotes, SplitsRepeatedNotesAndKeepsLegatoWithVibratoWhole) {
     };
     for (const Case& c : cases) {
         std::vector<TruthNote> truth;
-        const std::vector<float> x = Melody(*c.notes, c.spec, truth, c.gap);
+        const std::vector<float> x = Melody(*c.notes, c.shape, truth, c.gap);
         ExpectAllFound(transcribe::TranscribeSamples(x, TrackerRate, {}).notes, truth, c.what);
     }
 }

@@ -10,7 +10,7 @@ namespace tahrir::test {
 
 inline constexpr double kTwoPi = 6.283185307179586;
 
-struct ToneSpec {
+struct ToneShape {
     double seconds = 1;
     int harmonics = 1;        // amplitudes 1/k
     double amplitude = 0.5;
@@ -20,17 +20,17 @@ struct ToneSpec {
 
 // Appends a tone whose frequency at time t (seconds from its start) is hz(t).
 inline void AppendTone(std::vector<float>& out, int rate, const std::function<double(double)>& hz,
-                       const ToneSpec& spec) {
-    const auto n = static_cast<std::size_t>(spec.seconds * rate);
+                       const ToneShape& shape) {
+    const auto n = static_cast<std::size_t>(shape.seconds * rate);
     double phase = 0;
     for (std::size_t i = 0; i < n; ++i) {
         const double t = static_cast<double>(i) / rate;
-        const double f = hz(t) * std::pow(2.0, spec.vibratoCents * std::sin(kTwoPi * 5.5 * t) / 1200);
+        const double f = hz(t) * std::pow(2.0, shape.vibratoCents * std::sin(kTwoPi * 5.5 * t) / 1200);
         phase += kTwoPi * f / rate;
         double v = 0;
-        for (int k = 1; k <= spec.harmonics; ++k) v += std::sin(k * phase) / k;
+        for (int k = 1; k <= shape.harmonics; ++k) v += std::sin(k * phase) / k;
         const double attack = std::min(1.0, t / 0.005); // 5 ms, no click
-        out.push_back(static_cast<float>(spec.amplitude * attack * std::exp(-spec.decay * t) * v));
+        out.push_back(static_cast<float>(shape.amplitude * attack * std::exp(-shape.decay * t) * v));
     }
 }
 
