@@ -8,6 +8,7 @@
 
 #include "cli/cli_args.h"
 #include "cli/commands.h"
+#include "cli/notes_options.h"
 #include "core/app_folder.h"
 #include "core/dastgah_scale.h"
 #include "core/load_file.h"
@@ -230,9 +231,18 @@ int RunTranscribe(const Argv& argv) {
     r.passes.tempo = tempo;
     r.passes.finder.mask = core::BuildScaleMask(core::SignatureAt(sheet, sheet.CurrentLine));
     TrackedNotes tracked;
-    if (r.modern) return Fail(ExitUsage, "the modern tracker is not available yet");
     const std::string_view wave(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-    if (const int code = ClassicNotes(r, wave, folder.folder, tracked); code != ExitOk) return code;
+    if (r.modern) {
+        transcribe::NotesOptions modern;
+        modern.grid = r.passes.finder.grid;
+        modern.mask = r.passes.finder.mask;
+        if (const int code = ModernNotes(r.wave, modern, r.notes, tracked.notes, tracked.rate);
+            code != ExitOk)
+            return code;
+        if (r.passes.Silent && !tracked.notes.empty()) tracked.shift = tracked.notes.front().start;
+    } else if (const int code = ClassicNotes(r, wave, folder.folder, tracked); code != ExitOk) {
+        return code;
+    }
 
     if (!tracked.notes.empty()) {
         InsertOptions o;

@@ -35,5 +35,7 @@ int RunExportMusicXml(const Argv& argv);
 int RunPitch(const Argv& argv);
 int RunFindNote(const Argv& argv);
 int RunTranscribe(const Argv& argv);
+// Real recordings (cmd_notes.cpp)
+int RunNotes(const Argv& argv);
 
 } // namespace tahrir::cli

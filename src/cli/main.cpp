@@ -42,6 +42,10 @@ const Command kCommands[] = {
      "[--min-duration 1|2|4|8] [--method simple|women|men] [--cutoff C] [--k K] [--exact] "
      "[--silent] [--raw] [--grid 12|24|dastgah] [--notes OUT.txt] [--tracker classic|modern]",
      RunTranscribe},
+    {"notes",
+     "notes FILE [--grid 12|24|dastgah] [--signature LINE1] [--base HZ] [--koron C] "
+     "[--sori C] [-o OUT.txt] [--json] [--frames OUT.txt]",
+     RunNotes},
 };
 
 void PrintHelp(std::ostream& out) {

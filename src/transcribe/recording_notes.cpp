@@ -1,0 +1,32 @@
+#include "transcribe/recording_notes.h"
+
+#include "transcribe/recording_loader.h"
+
+namespace tahrir::transcribe {
+
+RecordingTranscript TranscribeSamples(const std::vector<float>& samples, int rate,
+                                      const NotesOptions& options) {
+    PyinTracker tracker(rate);
+    RecordingTranscript out;
+    out.fileRate = rate;
+    out.frames = tracker.track(samples);
+    const double hopSeconds = static_cast<double>(tracker.hop()) / rate;
+    const std::vector<GridPoint> points = GridPoints(options.grid, options.tuning, options.mask);
+    for (const NoteEvent& e : SegmentNotes(out.frames, hopSeconds)) {
+        if (const auto note = SnapToGrid(e.hz, points, options.tuning))
+            out.notes.push_back({e.onset, e.offset, e.hz, *note});
+    }
+    return out;
+}
+
+std::optional<RecordingTranscript> TranscribeRecording(const std::filesystem::path& path,
+                                                       const NotesOptions& options,
+                                                       std::string& error) {
+    const auto rec = LoadRecording(path, TrackerRate, error);
+    if (!rec) return std::nullopt;
+    RecordingTranscript out = TranscribeSamples(rec->samples, rec->rate, options);
+    out.fileRate = rec->fileRate;
+    return out;
+}
+
+} // namespace tahrir::transcribe

@@ -1,0 +1,195 @@
+// From generated recordings to notes: repeated notes, legato with vibrato, pruning, the
+// grids with koron and sori where the player puts them, and files of every format.
+
+#include <gtest/gtest.h>
+#include <sndfile.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "cli_run.h"
+#include "note_accuracy.h"
+#include "temp_folder.h"
+#include "tone_signals.h"
+#include "transcribe/recording_loader.h"
+#include "transcribe/recording_notes.h"
+
+namespace tahrir::test {
+namespace {
+
+using transcribe::NoteGrid;
+using transcribe::NotesOptions;
+using transcribe::TrackerRate;
+
+struct Played {
+    double onset;
+    double note;
+};
+
+// A melody of (note, seconds) with each note re-attacked, as one signal and its truth.
+std::vector<float> Melody(const std::vector<std::pair<double, double>>& notes, ToneShape shape,
+                          std::vector<TruthNote>& truth, double gap) {
+    std::vector<float> x;
+    for (const auto& [note, seconds] : notes) {
+        truth.push_back({static_cast<double>(x.size()) / TrackerRate, note});
+        shape.seconds = seconds;
+        AppendTone(x, TrackerRate, [&](double) { return MidiHz(note); }, shape);
+        AppendSilence(x, TrackerRate, gap);
+    }
+    return x;
+}
+
+void ExpectAllFound(const std::vector<transcribe::RecordingNote>& found,
+                    const std::vector<TruthNote>& truth, const std::string& what) {
+    const Accuracy a = Score(found, truth);
+    EXPECT_EQ(a.matched, a.truth) << what;
+    EXPECT_EQ(a.found, a.truth) << what;
+    EXPECT_EQ(a.gridMatched, a.matched) << what;
+}
+
+TEST(RecordingNotes, SplitsRepeatedNotesAndKeepsLegatoWithVibratoWhole) {
+    const std::vector<std::pair<double, double>> repeated = {
+        {67, 0.4}, {67, 0.4}, {67, 0.25}, {69.5, 0.5}, {69.5, 0.3}};
+    const std::vector<std::pair<double, double>> legato = {
+        {62, 0.5}, {63.5, 0.4}, {65, 0.6}, {66.5, 0.35}, {64, 0.45}, {63.5, 0.8}};
+    struct Case { const char* what; const std::vector<std::pair<double, double>>* notes;
+                  ToneShape shape; double gap; };
+    const Case cases[] = {
+        {"plucked, struck again", &repeated, {0, 6, 0.5, 6.0, 0}, 0},
+        {"detached", &repeated, {0, 4, 0.4, 0, 0}, 0.06},
+        {"legato with vibrato", &legato, {0, 5, 0.4, 0, 30}, 0},
+    };
+    for (const Case& c : cases) {
+        std::vector<TruthNote> truth;
+        const std::vector<float> x = Melody(*c.notes, c.shape, truth, c.gap);
+        ExpectAllFound(transcribe::TranscribeSamples(x, TrackerRate, {}).notes, truth, c.what);
+    }
+}
+
+TEST(RecordingNotes, PrunesBlipsAndSilenceGivesNothing) {
+    std::vector<float> x;
+    AppendSilence(x, TrackerRate, 0.5);
+    AppendTone(x, TrackerRate, [](double) { return 440.0; }, {0.05, 3});
+    AppendSilence(x, TrackerRate, 0.5);
+    EXPECT_TRUE(transcribe::TranscribeSamples(x, TrackerRate, {}).notes.empty());
+}
+
+TEST(RecordingNotes, GridsPlaceKoronAndSoriWhereThePlayerPutsThem) {
+    // Quarter tones played 40 cents from their naturals: D koron, E koron, F sori, A koron.
+    const std::vector<std::pair<double, double>> notes = {
+        {61.5, 0.4}, {63.5, 0.4}, {65.5, 0.4}, {67, 0.4}, {68.5, 0.4}};
+    // Koron lies under the natural, so a koron 40 cents down sounds 10 cents over the
+    // equal quarter tone; sori 40 cents up sounds 10 under.
+    std::vector<TruthNote> truth;
+    std::vector<float> x;
+    for (const auto& [note, seconds] : notes) {
+        truth.push_back({static_cast<double>(x.size()) / TrackerRate, note});
+        const bool sori = note == 65.5;
+        const double cents = note == std::floor(note) ? 0 : sori ? -10 : 10;
+        const double hz = MidiHz(note) * std::pow(2.0, cents / 1200);
+        AppendTone(x, TrackerRate, [&](double) { return hz; }, {seconds, 4});
+    }
+    struct Case { NoteGrid grid; double koron, sori; const char* signature;
+                  std::vector<double> expected; };
+    const Case cases[] = {
+        {NoteGrid::QuarterTone, 40, 40, "", {61.5, 63.5, 65.5, 67, 68.5}},
+        {NoteGrid::Semitone, 50, 50, "", {62, 64, 65, 67, 69}},
+        // Koron at 90 cents lies near the semitone below: 40-cent korons go to the natural.
+        {NoteGrid::QuarterTone, 90, 40, "", {62, 64, 65.5, 67, 69}},
+        // Segah on Mi koron: Re koron is no degree, Fa sori neither.
+        {NoteGrid::Dastgah, 40, 40, "  K  KBG", {62, 63.5, 65, 67, 68.5}},
+    };
+    for (const Case& c : cases) {
+        NotesOptions o;
+        o.grid = c.grid;
+        o.tuning.koronCents = c.koron;
+        o.tuning.soriCents = c.sori;
+        o.mask = core::BuildScaleMask(c.signature);
+        const auto found = transcribe::TranscribeSamples(x, TrackerRate, o).notes;
+        std::vector<double> got;
+        for (const auto& n : found) got.push_back(n.note);
+        EXPECT_EQ(got, c.expected) << "grid " << static_cast<int>(c.grid) << " koron " << c.koron;
+    }
+}
+
+TEST(RecordingNotes, ReadsEveryFormatAndNamesTheFileItCannotRead) {
+    TempFolder folder;
+    std::vector<float> mono;
+    AppendTone(mono, 48000, [](double) { return MidiHz(64.5); }, {0.8, 4});
+    struct Case { const char* name; int format; int channels; };
+    const Case cases[] = {
+        {"a.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 2},
+        {"a.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 1},
+        {"a.ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS, 2},
+        {"a.mp3", SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III, 1},
+    };
+    for (const Case& c : cases) {
+        const std::string path = (folder / c.name).string();
+        SF_INFO info{};
+        info.samplerate = 48000;
+        info.channels = c.channels;
+        info.format = c.format;
+        SNDFILE* f = sf_open(path.c_str(), SFM_WRITE, &info);
+        ASSERT_NE(f, nullptr) << c.name << ": " << sf_strerror(nullptr);
+        std::vector<float> frames;
+        for (float v : mono) frames.insert(frames.end(), static_cast<std::size_t>(c.channels), v);
+        sf_writef_float(f, frames.data(), static_cast<sf_count_t>(mono.size()));
+        sf_close(f);
+        std::string error;
+        const auto t = transcribe::TranscribeRecording(path, {}, error);
+        ASSERT_TRUE(t) << error;
+        EXPECT_EQ(t->fileRate, 48000) << c.name;
+        ASSERT_EQ(t->notes.size(), 1u) << c.name;
+        EXPECT_EQ(t->notes[0].note, 64.5) << c.name;
+        EXPECT_NEAR(t->notes[0].onset, 0, 0.03) << c.name;
+    }
+    const std::string junk = (folder / "junk.wav").string();
+    WriteBytes(junk, std::string("RIFF\x10\0\0\0WAVEfmt ", 16));
+    for (const std::string& bad : {junk, (folder / "missing.flac").string()}) {
+        std::string error;
+        EXPECT_FALSE(transcribe::TranscribeRecording(bad, {}, error));
+        EXPECT_NE(error.find(bad), std::string::npos) << error;
+    }
+}
+
+TEST(RecordingNotes, NotesCommandPrintsNotesJsonAndFrames) {
+    TempFolder folder;
+    const std::string wav = (folder / "two.wav").string();
+    std::vector<float> x;
+    AppendTone(x, 22050, [](double) { return MidiHz(63.5); }, {0.5, 4});
+    AppendSilence(x, 22050, 0.2);
+    AppendTone(x, 22050, [](double) { return MidiHz(67); }, {0.5, 4});
+    SF_INFO info{};
+    info.samplerate = 22050;
+    info.channels = 1;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    SNDFILE* f = sf_open(wav.c_str(), SFM_WRITE, &info);
+    ASSERT_NE(f, nullptr);
+    sf_writef_float(f, x.data(), static_cast<sf_count_t>(x.size()));
+    sf_close(f);
+
+    CliRun run = RunCli(folder, {"notes", wav, "--koron", "-40", "--frames",
+                                 (folder / "frames.txt").string()});
+    ASSERT_EQ(run.code, 0) << run.err;
+    std::istringstream lines(run.out);
+    double onset = 0, offset = 0, hz = 0, note = 0;
+    std::vector<double> notes;
+    while (lines >> onset >> offset >> hz >> note) notes.push_back(note);
+    EXPECT_EQ(notes, (std::vector<double>{63.5, 67}));
+    const std::string frames = ReadBytes(folder / "frames.txt");
+    EXPECT_NEAR(static_cast<double>(std::count(frames.begin(), frames.end(), '\n')), 1.2 * 86, 3);
+
+    run = RunCli(folder, {"notes", wav, "--json", "--grid", "12"});
+    ASSERT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out.rfind("{\"rate\": 22050, \"notes\": [{\"onset\": ", 0), 0u) << run.out;
+    EXPECT_NE(run.out.find("\"note\": 64}"), std::string::npos) << run.out;
+
+    EXPECT_EQ(RunCli(folder, {"notes", wav, "--grid", "36"}).code, 1);
+    EXPECT_EQ(RunCli(folder, {"notes"}).code, 1);
+    run = RunCli(folder, {"notes", (folder / "none.ogg").string()});
+    EXPECT_EQ(run.code, 2);
+    EXPECT_NE(run.err.find("none.ogg"), std::string::npos);
+}
+
+} // namespace
+} // namespace tahrir::test
