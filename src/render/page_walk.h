@@ -74,7 +74,7 @@ private:
     void drawRest(int i, int ticks, bool dotted);
     void drawGrace(int i, int step, int octave, const char* glyph);
     void beamMember(const NoteShape& shape, char code);
-    void addBeamMember(double x, int kind, bool carried);
+    void addBeamMember(double x, int level);
     void DrawBeamGroup();
     // A row ends: the open group is drawn on it, and the notes after the break open a new one.
     void closeBeamAtRowEnd();
@@ -150,10 +150,9 @@ public:
     struct BeamMember {
         double x, y;
         bool up;
-        int kind;
+        int level;   // beams of the note's value: eighth 1, 16th 2, 32nd 3
         double dxfY; // the stem end in the DXF drawing
         BeamNote note;
-        bool carried; // the note also closed the group before: it is beamed there
     };
     std::vector<BeamMember> Beam; // the open group, drawn when it closes
     bool GroupOpen = false;
