@@ -62,6 +62,11 @@ private:
     void placeMeasureLabel(int number, double x, double y, bool visible);
     void emitMeasureLabels();
     void takeRowScale();
+    // The drawing pass again, each overrunning row squeezed until nothing passes the end.
+    void fitRowsToStaffEnd();
+    void noteRight(const DisplayItem& item);
+    void markRowStart();
+    void liftTexts();
     void storeRowRatio();
     int ticksOf(int i) const;
     std::string_view line(int i) const; // padded to 32 columns, blank past LastLine
@@ -125,6 +130,10 @@ private:
     std::vector<bool> m_rowDecisions;
     std::size_t m_decision = 0;
     bool rowEnds(bool measured);
+    // By row: where the row's music begins, how far its drawing reaches, and the squeeze
+    // that keeps it inside the staff end.
+    std::vector<double> m_rowStart, m_rowRight, m_rowFit;
+    int m_currentLine = 0; // the line the walk is on, owner of what is drawn now
     std::string m_padded[2]; // scratch for line(): two lines may be read at once
     mutable int m_padSlot = 0;
 

@@ -84,14 +84,13 @@ TEST(Measures, NumbersStandOverBarlinesAndMoveToRowStarts) {
     ASSERT_GE(r.measures.size(), 10u);
     EXPECT_TRUE(r.measures[1].visible);
     EXPECT_NEAR(r.measures[1].y, 26 - 6.5, 1e-9);
-    // The label of the measure that opens row 2 stands at that row's start (RowStartX + 3,
-    // scaled), not at the barline.
+    // The label of the measure that opens row 2 stands over that row's clef, clear of the
+    // key signature, not at the barline.
     const auto rowStart = std::find_if(r.measures.begin() + 2, r.measures.end(),
                                        [](const MeasureLabel& m) { return m.y > 30; });
     ASSERT_NE(rowStart, r.measures.end());
-    EXPECT_NEAR(rowStart->y, 26 + 14 - 6.5, 1e-9);
-    EXPECT_GE(rowStart->x, 5 + 3 * 0.5);
-    EXPECT_LE(rowStart->x, 5 + 3 * 2.0);
+    EXPECT_NEAR(rowStart->y, 26 + 14 - 9, 1e-9);
+    EXPECT_NEAR(rowStart->x, 3 + 1.5, 1e-9);
     // The barline after the last line carries a number that is never shown.
     EXPECT_FALSE(r.measures[9].visible);
 }
