@@ -63,8 +63,8 @@ double RightEdge(const DisplayItem& it) {
         double pen = it.x;
         for (unsigned char c : it.text) {
             const GlyphInfo& g = LookupGlyph(c);
+            if (g.codepoint != 0) right = std::max(right, pen + (g.dx + g.advance) * it.size);
             pen += g.advance * it.size;
-            if (g.codepoint != 0) right = std::max(right, pen);
             if (kFlagged.find(static_cast<char>(c)) != std::string_view::npos)
                 right = std::max(right, pen + kFlagReach * it.size);
         }

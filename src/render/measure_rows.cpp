@@ -10,6 +10,7 @@ namespace tahrir::render {
 namespace {
 constexpr double kRowNumberX = 1.5; // from the staff's left end
 constexpr double kRowNumberY = 9;   // above the bottom line, over the clef's top
+constexpr double kFinalBarWidth = 1.0; // the final bar's ink ends on the staff end
 } // namespace
 
 void PageWalk::measureTest(int i) {
@@ -129,15 +130,16 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
     DxfBaseY -= StaffGap;
     StaffBaseY += StaffGap;
     PenX = RowStartX + 4 * RowScale;
+    // The new row's staff belongs to it: the row count moves on first.
+    ++RowIndex;
+    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
+        m_out.RowRatios.resize(RowIndex + 1, 0.0);
     if (Upper(next, 5) != "LCFIN") {
         const double scale = RowScale;
         RowScale = 1;
         StartStaffRow();
         RowScale = scale;
     }
-    ++RowIndex;
-    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
-        m_out.RowRatios.resize(RowIndex + 1, 0.0);
     markRowStart();
     BarStartX = 0;
     LastBarWidth = 0;
@@ -153,7 +155,7 @@ void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
     const bool atLast = n1 > LastLine;
     const bool finAfter = n1 <= LastLine && n2 > LastLine && IsFinLine(line(n1));
     if (atLast || finAfter) {
-        PenX = std::min(PenX, PageWidthUnits - 0.9);
+        PenX = std::min(PenX, PageWidthUnits - kFinalBarWidth);
         stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY);
         m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
         PenX += 0.3;

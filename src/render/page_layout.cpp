@@ -111,6 +111,7 @@ void PageWalk::descriptionLines() {
             text(0, (PageWidthUnits + m_opt.RightMargin) / 2, y,
                  core::Cp1256ToUtf8(Trim(piece)), 0.5, OnScreen);
             m_out.list.items.back().centred = true;
+            m_out.list.items.back().row = 0; // the title block stands above every row
         }
         y += 3;
     }
@@ -228,7 +229,7 @@ void PageWalk::startOfPass() {
 
 void PageWalk::fitRowsToStaffEnd() {
     if (Passes < 2) return;
-    constexpr int kRounds = 6;
+    constexpr int kRounds = 10;
     constexpr double kMinFit = 0.2;
     for (int round = 0; round < kRounds; ++round) {
         bool over = false;
@@ -237,7 +238,7 @@ void PageWalk::fitRowsToStaffEnd() {
             const double room = PageWidthUnits - m_rowStart[r];
             if (m_rowRight[r] <= PageWidthUnits + 1e-6 || span <= 0 || room <= 0) continue;
             if (r >= m_rowFit.size()) m_rowFit.resize(r + 1, 1.0);
-            m_rowFit[r] = std::max(kMinFit, m_rowFit[r] * room / span * 0.998);
+            m_rowFit[r] = std::max(kMinFit, m_rowFit[r] * room / span * 0.99);
             over = true;
         }
         if (!over) return;
@@ -256,6 +257,7 @@ void PageWalk::runPass() {
         m_rowRight.assign(2, 0.0);
         m_rowStart.assign(2, 0.0);
     }
+    m_currentLine = 0;
     startOfPass();
     if (Paint) m_rowStart[1] = RowStartX + 2;
     if (PrintActive) {
