@@ -73,6 +73,8 @@ void PageWalk::run() {
     Passes = m_opt.ViewMode == 0 ? 2 : 1;
     m_dxf.setEnabled(m_opt.DxfEnabled);
     m_out.RowRatios.assign(201, 0.0);
+    // About eight items a line: growing the list item by item would copy it many times.
+    m_out.list.items.reserve(static_cast<std::size_t>(LastLine) * 8 + 64);
     m_rowFit.assign(202, 1.0);
 
     const int outerRounds = m_opt.ChPrint ? 2 : 1;

@@ -12,10 +12,11 @@
 
 namespace tahrir::test {
 
-// One note line: step, octave, duration, accidental, blank beam code, mark.
+// One note line at staff position `pos` (0 the bottom line, 8 the top line): step, octave,
+// duration, accidental, blank beam code, mark.
 inline std::string MelodyNote(int pos, int ticks, char accidental = ' ',
                               const char* mark = "  ") {
-    const int step = pos % 7 + 1, octave = 3 + pos / 7;
+    const int step = (pos + 23) % 7 + 1, octave = (pos + 23) / 7;
     std::string d = std::to_string(ticks);
     return std::to_string(step) + std::to_string(octave) + std::string(3 - d.size(), ' ') + d +
            accidental + ' ' + mark;
@@ -34,7 +35,7 @@ inline core::ScoreSheet MakeMelody(int measures, unsigned seed) {
     sheet.setLine(1, "       G");
     sheet.setLine(2, "TEMPO72");
     sheet.setLine(3, "RHYTM4/4");
-    int line = 3, pos = 17;
+    int line = 3, pos = 4;
     for (int m = 0; m < measures && line < core::MaxLines - 12; ++m) {
         for (int beat = 0; beat < 4;) {
             const std::vector<int>& figure =
@@ -43,7 +44,7 @@ inline core::ScoreSheet MakeMelody(int measures, unsigned seed) {
             if (twoBeats && beat == 3) continue;
             const bool triplet = figure.size() == 3 && figure[0] == 4 && figure[2] == 4;
             for (std::size_t k = 0; k < figure.size(); ++k) {
-                pos = std::clamp(pos + pick(5) - 2, 12, 24);
+                pos = std::clamp(pos + pick(5) - 2, -3, 11);
                 const char accidental = pick(8) == 0 ? "KSDB"[pick(4)] : ' ';
                 const char* mark = triplet && k == 0                      ? "L3"
                                    : k + 1 == figure.size() && pick(6) == 0 ? "TI"
