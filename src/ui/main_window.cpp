@@ -1,4 +1,5 @@
 #include "ui/main_window.h"
+#include "ui/print_frame.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -181,6 +182,9 @@ void MainWindow::buildMenus() {
     add(file, "LoadFile", "&Open...", [this] { LoadFile(0); });
     add(file, "RecentFiles", "&Recent files", [this] { LoadFile(1); });
     add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
+    file->addSeparator();
+    m_print = new PrintCommands(this, *m_dialogs, [this] { return WindowPageSource(*this); });
+    m_print->addTo(file);
     file->addSeparator();
     add(file, "ExitImage", "E&xit", [this] { close(); });
     QMenu* view = menuBar()->addMenu("&View");
