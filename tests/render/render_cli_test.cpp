@@ -196,7 +196,7 @@ TEST_F(RenderCli, PagedOutputWritesAPageAFileOrOnePdf) {
         EXPECT_FALSE(fs::exists(Path("long-" + std::to_string(pages + 1) + ".png")));
         fs::remove(Path("long-1.png"));
     }
-    for (const std::string bad : {" --paged --paper a5 -o " + Arg("x.pdf"),
+    for (const std::string& bad : {" --paged --paper a5 -o " + Arg("x.pdf"),
                                   " --paged -o " + Arg("x.dxf"), " --paper a4 -o " + Arg("x.pdf")}) {
         const Run r = Cli("render " + Arg("long.srv") + bad);
         EXPECT_EQ(r.code, 1) << bad;
