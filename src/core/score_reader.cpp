@@ -181,12 +181,10 @@ LoadResult Openp(Document& doc, const Session& session, PageStore* store) {
     }
     ScoreSheet& sheet = fresh->Sheet;
     sheet.setLine(0, std::to_string(sheet.LastLine));
-    // The beams go into the undo store's first page with the lines: undo and the editor
-    // read the sheet back from there.
-    RhythmPass(sheet);
     if (store && !store->fillAll(sheet, sheet[0].text())) result.storeError = store->error();
     fresh->UndoIndex = 1;
     fresh->UndoTop = 1;
+    RhythmPass(sheet);
     TakeTempo(*fresh);
     sheet.CurrentLine = 4;
     fresh->DirtyFlag = false;

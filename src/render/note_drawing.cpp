@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <functional>
 
 #include "core/line_kind.h"
 #include "render/page_walk.h"
@@ -323,29 +324,31 @@ void PageWalk::DrawBeamGroup() {
         const double head = m.up ? m.y + 3.5 : m.y - 3.2;
         stroke(stemX, beamY(m.x), stemX, head, WidthClass::Stem);
     }
-    const double sign = up ? 1 : -1;
     const auto beam = [&](double xa, double xb, int level) {
-        const double offset = kBeamLevelOffset[level - 1] * sign;
+        const double offset = kBeamLevelOffset[level - 1] * (up ? 1 : -1);
         stroke(xa - 0.2, beamY(xa) + offset, xb - 0.2, beamY(xb) + offset, WidthClass::Beam);
     };
     beam(first.x, Beam.back().x, 1);
-    const std::size_t n = Beam.size();
-    for (int level = 2; level <= 3; ++level) {
-        for (std::size_t i = 0; i < n;) {
-            std::size_t end = i;
-            while (end < n && Beam[end].level >= level) ++end;
-            if (end - i >= 2) {
-                beam(Beam[i].x, Beam[end - 1].x, level);
-            } else if (end - i == 1) {
-                // A lone member's stub points back, or forward for the first of the group.
-                const std::size_t other = i == 0 ? 1 : i - 1;
-                beam(Beam[i].x, Beam[i].x + (Beam[other].x - Beam[i].x) * kStubShare, level);
-            }
-            i = std::max(end, i + 1);
-        }
-    }
+    for (int level = 2; level <= 3; ++level) subBeams(level, beam);
     dxfBeam();
     Beam.clear();
+}
+
+// The beams of one level: a full beam over each run of two or more members that have it;
+// a member alone gets a stub pointing back, or forward for the first of the group.
+void PageWalk::subBeams(int level, const std::function<void(double, double, int)>& beam) {
+    const std::size_t n = Beam.size();
+    for (std::size_t i = 0; i < n;) {
+        std::size_t end = i;
+        while (end < n && Beam[end].level >= level) ++end;
+        if (end - i >= 2) {
+            beam(Beam[i].x, Beam[end - 1].x, level);
+        } else if (end - i == 1) {
+            const std::size_t other = i == 0 ? 1 : i - 1;
+            beam(Beam[i].x, Beam[i].x + (Beam[other].x - Beam[i].x) * kStubShare, level);
+        }
+        i = std::max(end, i + 1);
+    }
 }
 
 void PageWalk::dxfBeam() {

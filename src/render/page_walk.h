@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,6 +82,7 @@ private:
     void beamMember(const NoteShape& shape, char code);
     void addBeamMember(double x, int level);
     void DrawBeamGroup();
+    void subBeams(int level, const std::function<void(double, double, int)>& beam);
     // A row ends: the open group is drawn on it, and the notes after the break open a new one.
     void closeBeamAtRowEnd();
     void flagAlone(const BeamNote& n, bool up);

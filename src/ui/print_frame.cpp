@@ -64,25 +64,7 @@ PrintFrame::PrintFrame(std::function<PageSource()> source, QWidget* parent)
     root->addWidget(m_preview);
 
     auto* controls = new QVBoxLayout;
-    auto* form = new QFormLayout;
-    m_paper = new QComboBox;
-    m_paper->setObjectName("ChPaper");
-    m_paper->addItems({"A4", "Letter"});
-    form->addRow("Paper", m_paper);
-    m_left = slider("HSLeft", 0, 30, static_cast<int>(m_settings.LeftMargin));
-    m_right = slider("HSRight", 0, 30, static_cast<int>(m_settings.RightMargin));
-    m_top = slider("VSTop", 5, 60, static_cast<int>(m_settings.TopMargin));
-    m_bottom = slider("VSBot", 0, 30, static_cast<int>(m_settings.BottomMargin));
-    m_gap = slider("VSBet", 8, 40, static_cast<int>(m_settings.StaffGap));
-    m_size = slider("HSFSize", 3, 18, static_cast<int>(m_settings.ZoomBase * kSizeSteps));
-    form->addRow("Left margin", m_left);
-    form->addRow("Right margin", m_right);
-    form->addRow("Top margin", m_top);
-    form->addRow("Bottom margin", m_bottom);
-    form->addRow("Staff gap", m_gap);
-    form->addRow("Size", m_size);
-    controls->addLayout(form);
-
+    controls->addLayout(sliderForm());
     const auto button = [&](const char* name, const QString& text, auto slot) {
         auto* b = new QPushButton(text);
         b->setObjectName(name);
@@ -102,6 +84,27 @@ PrintFrame::PrintFrame(std::function<PageSource()> source, QWidget* parent)
     controls->addWidget(button("CmdClose", "Close", [this] { hide(); }));
     controls->addStretch(1);
     root->addLayout(controls);
+}
+
+QFormLayout* PrintFrame::sliderForm() {
+    auto* form = new QFormLayout;
+    m_paper = new QComboBox;
+    m_paper->setObjectName("ChPaper");
+    m_paper->addItems({"A4", "Letter"});
+    form->addRow("Paper", m_paper);
+    m_left = slider("HSLeft", 0, 30, static_cast<int>(m_settings.LeftMargin));
+    m_right = slider("HSRight", 0, 30, static_cast<int>(m_settings.RightMargin));
+    m_top = slider("VSTop", 5, 60, static_cast<int>(m_settings.TopMargin));
+    m_bottom = slider("VSBot", 0, 30, static_cast<int>(m_settings.BottomMargin));
+    m_gap = slider("VSBet", 8, 40, static_cast<int>(m_settings.StaffGap));
+    m_size = slider("HSFSize", 3, 18, static_cast<int>(m_settings.ZoomBase * kSizeSteps));
+    form->addRow("Left margin", m_left);
+    form->addRow("Right margin", m_right);
+    form->addRow("Top margin", m_top);
+    form->addRow("Bottom margin", m_bottom);
+    form->addRow("Staff gap", m_gap);
+    form->addRow("Size", m_size);
+    return form;
 }
 
 QSlider* PrintFrame::slider(const char* name, int min, int max, int value) {

@@ -10,6 +10,7 @@
 #include "ui/page_export.h"
 
 class QComboBox;
+class QFormLayout;
 class QLabel;
 class QMenu;
 class QPrinter;
@@ -46,6 +47,7 @@ public:
     QImage previewImage() const;
 
 private:
+    QFormLayout* sliderForm();
     QSlider* slider(const char* name, int min, int max, int value);
     void readSliders();
     void showPage();
