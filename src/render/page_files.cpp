@@ -15,7 +15,7 @@ namespace tahrir::render {
 
 namespace {
 
-constexpr int kPdfResolution = 600;
+constexpr int kPdfResolution = 300;
 constexpr double kA4WidthMm = 210;
 
 std::string Extension(const std::filesystem::path& path) {
