@@ -20,11 +20,30 @@ double LeftEdge(const DisplayItem& o) {
 }
 
 // The top of the highest drawing of the text's row that reaches into the text's box.
-double HighestUnder(const std::vector<DisplayItem>& items, const DisplayItem& t) {
+// Items of one row: the walk draws a row's items one after another, so a row's span of
+// the list holds them all (and only a few of other rows).
+struct Span {
+    std::size_t begin = 0, end = 0;
+};
+
+std::vector<Span> RowSpans(const std::vector<DisplayItem>& items) {
+    std::vector<Span> spans;
+    for (std::size_t k = 0; k < items.size(); ++k) {
+        const auto row = static_cast<std::size_t>(std::max(items[k].row, 0));
+        if (row >= spans.size()) spans.resize(row + 1, Span{k, k});
+        Span& s = spans[row];
+        if (s.end == s.begin) s.begin = k;
+        s.end = k + 1;
+    }
+    return spans;
+}
+
+double HighestUnder(const std::vector<DisplayItem>& items, Span span, const DisplayItem& t) {
     const double left = LeftEdge(t), right = RightEdge(t);
     const double bottom = t.y + TextHeight(t) + kTextGap;
     double top = bottom;
-    for (const DisplayItem& o : items) {
+    for (std::size_t k = span.begin; k < span.end; ++k) {
+        const DisplayItem& o = items[k];
         if (o.row != t.row || o.kind == ItemKind::Text || o.kind == ItemKind::MeasureLabel)
             continue;
         if (LeftEdge(o) > right || RightEdge(o) < left) continue;
@@ -128,12 +147,14 @@ namespace tahrir::render {
 // stems, heads and marks that were drawn after the text reached it.
 void PageWalk::liftTexts() {
     auto& items = m_out.list.items;
+    const std::vector<Span> spans = RowSpans(items);
     for (DisplayItem& t : items) {
         if (t.kind != ItemKind::Text || t.line <= 0 || t.line > core::MaxLines) continue;
         const double base = m_out.positions.LinePosY[static_cast<std::size_t>(t.line)];
         if (t.y >= base - kStaffTop) continue; // text under the staff stays where it is
         for (int round = 0; round < kLiftRounds; ++round) {
-            const double top = HighestUnder(items, t);
+            const double top =
+                HighestUnder(items, spans[static_cast<std::size_t>(std::max(t.row, 0))], t);
             if (top >= t.y + TextHeight(t) + kTextGap) break;
             t.y = top - TextHeight(t) - kTextGap;
         }
