@@ -4,9 +4,14 @@
 
 #include <QImage>
 #include <QPainter>
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 #include "core/rhythm_pass.h"
+#include "core/score_writer.h"
+#include "melody_builder.h"
+#include "render/paged_layout.h"
 #include "render/painter_backend.h"
 
 namespace {
@@ -84,5 +89,45 @@ void BM_WritePdf(benchmark::State& state) {
     std::filesystem::remove(path);
 }
 BENCHMARK(BM_WritePdf)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+namespace {
+
+// A 200-measure melody (about 1,700 notes) written as a score file for the paged runs.
+std::filesystem::path MelodyFile() {
+    core::Document doc;
+    doc.Sheet = test::MakeMelody(200, 11);
+    doc.Description = "Generated melody\r\n200 measures";
+    const auto path = std::filesystem::temp_directory_path() / "tahrir_melody_200.srv";
+    std::ofstream(path, std::ios::binary) << core::ScoreFileImage(doc);
+    return path;
+}
+
+void BM_PagedLayoutOfMelody(benchmark::State& state) {
+    const core::ScoreSheet sheet = test::MakeMelody(200, 11);
+    const render::LayoutOptions options =
+        render::PaperLayoutOptions(Options(), render::kA4);
+    int notes = 0;
+    for (int i = 4; i <= sheet.LastLine; ++i) notes += sheet[i].text()[0] != '0';
+    for (auto _ : state) {
+        auto result = render::RefreshView(sheet, options);
+        benchmark::DoNotOptimize(result.list.items.data());
+    }
+    state.counters["notes"] = notes;
+}
+BENCHMARK(BM_PagedLayoutOfMelody)->Unit(benchmark::kMillisecond);
+
+// The whole command as a user runs it: start, read, lay out, cut into pages, write a PDF.
+void BM_PagedPdfProcess(benchmark::State& state) {
+    const auto score = MelodyFile();
+    const auto pdf = std::filesystem::temp_directory_path() / "tahrir_melody_200.pdf";
+    const std::string command = std::string("\"") + TAHRIR_CLI + "\" render \"" +
+                                score.string() + "\" --paged -o \"" + pdf.string() + "\"";
+    for (auto _ : state)
+        if (std::system(command.c_str()) != 0) state.SkipWithError("tahrir-cli failed");
+    std::filesystem::remove(pdf);
+}
+BENCHMARK(BM_PagedPdfProcess)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

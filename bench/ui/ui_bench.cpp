@@ -12,6 +12,7 @@
 #include "edit/key_codes.h"
 #include "ui/dialogs.h"
 #include "ui/main_window.h"
+#include "ui/print_frame.h"
 #include "ui/score_view.h"
 
 namespace {
@@ -137,5 +138,23 @@ void BM_EnterToRepaint(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_EnterToRepaint)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+namespace {
+
+// The print frame on the full score: laid out into pages and its first page previewed.
+void BM_OpenPrintFrame(benchmark::State& state) {
+    Rig rig;
+    rig.window->openPath(rig.score);
+    auto& frame = rig.window->printCommands().frame();
+    for (auto _ : state) {
+        frame.apply();
+        frame.show();
+        QApplication::processEvents();
+    }
+    state.counters["pages"] = frame.pageCount();
+}
+BENCHMARK(BM_OpenPrintFrame)->Unit(benchmark::kMillisecond);
 
 } // namespace

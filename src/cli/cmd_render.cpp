@@ -12,6 +12,7 @@
 #include "core/load_file.h"
 #include "core/session.h"
 #include "render/page_layout.h"
+#include "render/paged_layout.h"
 #include "render/painter_backend.h"
 
 namespace tahrir::cli {
@@ -71,7 +72,8 @@ std::string Number(double v) {
 }
 
 void WriteLayoutJson(std::ostream& out, const LayoutResult& r, int lastLine) {
-    out << "{\"rows\": " << r.rows << ", \"rowRatios\": [";
+    out << "{\"rows\": " << r.rows << ", \"staffEnd\": " << Number(r.staffEnd)
+        << ", \"rowRatios\": [";
     for (int i = 1; i <= r.rows && i < static_cast<int>(r.RowRatios.size()); ++i)
         out << (i > 1 ? ", " : "") << Number(r.RowRatios[i]);
     out << "], \"measures\": [";
@@ -87,20 +89,37 @@ void WriteLayoutJson(std::ostream& out, const LayoutResult& r, int lastLine) {
     for (int i = 1; i <= lastLine; ++i) {
         out << (i > 1 ? ", " : "") << "{\"index\": " << i
             << ", \"x\": " << Number(r.positions.LinePosX[i])
-            << ", \"y\": " << Number(r.positions.LinePosY[i]) << '}';
+            << ", \"y\": " << Number(r.positions.LinePosY[i]) << ", \"right\": "
+            << Number(i < static_cast<int>(r.LineRight.size()) ? r.LineRight[i] : -1) << '}';
     }
     out << "]}\n";
+}
+
+// --paged: the score cut into pages of the paper, one PDF or one image file a page.
+int RenderPaged(Args& args, LayoutOptions options, const Document& doc, const Session& session,
+                const std::filesystem::path& target) {
+    const Paper* paper = PaperNamed(args.value("--paper").value_or("a4"));
+    if (paper == nullptr) return Fail(ExitUsage, "--paper takes a4 or letter");
+    options.Description = doc.Description;
+    options.TextFontName = session.TextFontName;
+    options.StoredTempo = doc.InitialTempo;
+    const PagedLayout paged = LayOutPages(doc.Sheet, options, PageOptions{*paper});
+    ImageOptions image;
+    image.musicFontFile = MusicFontIn(session.AppFolder, session.MusicFontFile);
+    const std::string error = WritePages(paged, *paper, target, image);
+    return error.empty() ? ExitOk : Fail(ExitIo, error);
 }
 
 } // namespace
 
 int RunRender(const Argv& argv) {
-    Args args(argv, {{"-o", "--view", "--zoom", "--width-units"}, {"--print"}});
+    Args args(argv, {{"-o", "--view", "--zoom", "--width-units", "--paper"}, {"--print", "--paged"}});
     if (!args.ok()) return Fail(ExitUsage, args.error());
     const auto out = args.value("-o");
     if (args.positional().size() != 1 || !out)
         return Fail(ExitUsage, "usage: render FILE.srv -o OUT.(png|pdf|svg|dxf) [--view "
-                               "page|working] [--zoom Z] [--width-units W] [--print]");
+                               "page|working] [--zoom Z] [--width-units W] [--print] "
+                               "[--paged] [--paper a4|letter]");
     LayoutOptions options;
     if (const std::string bad = ReadView(args, options); !bad.empty()) return Fail(ExitUsage, bad);
     const std::filesystem::path target(*out);
@@ -113,6 +132,11 @@ int RunRender(const Argv& argv) {
     Session session;
     if (const int rc = LoadForDrawing(args, args.positional()[0], doc, session); rc != ExitOk)
         return rc;
+    if (args.flag("--paged")) {
+        if (ext == ".dxf") return Fail(ExitUsage, "--paged writes .pdf, .png or .svg");
+        return RenderPaged(args, options, doc, session, target);
+    }
+    if (args.value("--paper")) return Fail(ExitUsage, "--paper goes with --paged");
     options.ChPrint = args.flag("--print");
     options.DxfEnabled = ext == ".dxf";
     options.ScoreFileName = std::filesystem::path(args.positional()[0]).filename().string();

@@ -20,7 +20,7 @@ const Command kCommands[] = {
      RunType},
     {"render",
      "render FILE.srv -o OUT.(png|pdf|svg|dxf) [--view page|working] [--zoom Z] "
-     "[--width-units W] [--print]",
+     "[--width-units W] [--print] [--paged] [--paper a4|letter]",
      RunRender},
     {"layout", "layout FILE.srv --json [--view page|working]", RunLayout},
     {"play",

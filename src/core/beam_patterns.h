@@ -26,12 +26,12 @@ constexpr int BeamLevel(int duration) {
 
 // One figure of up to five durations in 32nds, the code of the group's last note, and how
 // many notes of the figure form the group (0: all of them). A shorter group makes the rest
-// of the figure a look-ahead test: {4, 2, 2} with a group of 1 leaves the eighth alone so
-// that the two sixteenths after it beam together.
+// of the figure a look-ahead test: {4, 4, 2, 2} with a group of 2 beams the eighths apart
+// from the sixteenths after them. A group never holds more than four notes.
 //
-// Inside a group every note but the last carries "C" and the beams between them follow the
-// later note's level, so the notes before the last all share one level. The closing code
-// draws the last step:
+// The rows cover runs that do not fill the beat exactly; a run of two to four short notes
+// that fills it is one group whatever its durations (MatchBeamPattern). The renderer draws
+// the sub-beams from the members' durations; the closing code records the last step:
 //   "c"  the last note's own level, full (also the plain close after a longer run);
 //   "2"  a stub into the last note for the level it has above the others (8th-16th, 16th-32nd);
 //   "7"  two such stubs (eighth then 32nd);
@@ -63,7 +63,6 @@ struct BeamPattern {
 // clang-format off
 inline constexpr BeamPattern kBeamPatterns[] = {
     // Groups that begin with a 32nd.
-    {{1, 1, 1, 1, 4},   'c'},
     {{1, 1, 1, 1},      'c'},
     {{1, 1, 1, 2},      'c'},
     {{1, 1, 1, 3},      'c'},
@@ -83,15 +82,7 @@ inline constexpr BeamPattern kBeamPatterns[] = {
 
     // Groups that begin with a 16th.
     {{2, 2, 2, 1, 1},   'c', 3},
-    {{2, 2, 2, 2, 4},   'c'},
-    {{2, 2, 2, 3, 3},   'c'},
     {{2, 2, 2, 4, 2},   'c', 3},
-    {{2, 2, 3, 2, 3},   'c'},
-    {{2, 2, 3, 3, 2},   'c'},
-    {{2, 3, 2, 2, 3},   'c'},
-    {{2, 3, 2, 3, 2},   'c'},
-    {{2, 3, 3, 2, 2},   'c'},
-    {{2, 3, 3, 3, 1},   '2'},
     {{2, 2, 1, 1},      'c', 2},
     {{2, 2, 2, 1},      '2'},
     {{2, 2, 2, 2},      'c'},
@@ -128,13 +119,6 @@ inline constexpr BeamPattern kBeamPatterns[] = {
     {{2, 6},            '4'},
 
     // Groups that begin with a dotted 16th.
-    {{3, 2, 2, 2, 3},   'c'},
-    {{3, 2, 2, 3, 2},   'c'},
-    {{3, 2, 3, 2, 2},   'c'},
-    {{3, 2, 3, 3, 1},   '2'},
-    {{3, 3, 2, 2, 2},   'c'},
-    {{3, 3, 2, 3, 1},   '2'},
-    {{3, 3, 3, 2, 1},   '2'},
     {{3, 2, 2, 1},      '2'},
     {{3, 2, 2, 2},      'c'},
     {{3, 2, 2, 3},      'c'},
@@ -169,8 +153,8 @@ inline constexpr BeamPattern kBeamPatterns[] = {
 
     // Groups that begin with a eighth.
     {{4, 4, 2, 2},      'c', 2},
-    {{4, 1, 1},         ' ', 1},
-    {{4, 2, 2},         ' ', 1},
+    {{4, 1, 1},         'c'},
+    {{4, 2, 2},         'c'},
     {{4, 4, 1},         '7'},
     {{4, 4, 2},         '2'},
     {{4, 4, 3},         '2'},
@@ -184,7 +168,7 @@ inline constexpr BeamPattern kBeamPatterns[] = {
     {{4, 6},            'c'},
 
     // Groups that begin with a dotted eighth.
-    {{6, 1, 1},         ' ', 1},
+    {{6, 1, 1},         'c'},
     {{6, 4, 1},         '7'},
     {{6, 4, 2},         '2'},
     {{6, 1},            '7'},
@@ -225,6 +209,15 @@ constexpr bool PatternTableIsOrdered() {
     return true;
 }
 static_assert(PatternTableIsOrdered(), "beam patterns must be grouped and longest first");
+
+inline constexpr int kMaxBeamGroup = 4; // notes under one beam
+
+constexpr bool PatternGroupsAreShort() {
+    for (const BeamPattern& row : kBeamPatterns)
+        if (row.groupSize() > kMaxBeamGroup) return false;
+    return true;
+}
+static_assert(PatternGroupsAreShort(), "a beam group holds at most four notes");
 
 // The blocks of the table by first duration, worked out when compiling.
 inline constexpr auto kPatternBlocks = [] {

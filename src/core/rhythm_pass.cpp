@@ -90,6 +90,17 @@ bool ContinuesGroup(const NoteRead& note) {
     return note.isNote && note.pitched && note.duration >= 0 && note.tuplet == 0;
 }
 
+// The closing code the table gives a whole figure, or the plain close.
+char ClosingOf(std::span<const int> figure) {
+    for (const BeamPattern& row : kBeamPatterns) {
+        if (row.groupSize() != static_cast<int>(figure.size()) ||
+            row.length() != row.groupSize())
+            continue;
+        if (std::equal(figure.begin(), figure.end(), row.durations.begin())) return row.closing;
+    }
+    return 'c';
+}
+
 bool IsShort(int duration) {
     return BeamLevel(duration) > 0;
 }
@@ -234,6 +245,14 @@ Measure ReadMeasure(std::string_view payload) {
 }
 
 BeamMatch MatchBeamPattern(std::span<const int> durations, int room) {
+    // Two to four short notes that fill the rest of the beat exactly are one group.
+    int filled = 0;
+    for (std::size_t n = 0; n < durations.size() && n < kMaxBeamGroup; ++n) {
+        if (BeamLevel(durations[n]) == 0) break;
+        filled += durations[n];
+        if (filled > room) break;
+        if (filled == room && n > 0) return {static_cast<int>(n) + 1, ClosingOf(durations.first(n + 1))};
+    }
     if (durations.empty() || durations[0] < 1 ||
         durations[0] >= static_cast<int>(kPatternBlocks.size()))
         return {};

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <fstream>
 
+#include "core/rhythm_pass.h"
 #include "edit/editor.h"
 
 namespace tahrir::edit {
@@ -180,6 +181,7 @@ bool Editor::restorePage(int page) {
         sheet()[i] = core::ScoreLine(m_services.undo->readRecord(page, i));
     for (int i = 1; i <= core::MaxLines; ++i)
         labels[static_cast<std::size_t>(i)].visible = i <= LastLine();
+    core::RhythmPass(sheet()); // a page may have been stored before its beams were written
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "core/line_kind.h"
+#include "core/rhythm_pass.h"
 #include "edit/key_codes.h"
 #include "edit/pen_caption.h"
 
@@ -215,6 +216,7 @@ void Editor::editorClick() {
         const bool directive = kind == core::LineKind::DirectiveLine;
         if (line.size() > 7 && !directive && line.at(1) != 'L') line.setField(7, " ");
     }
+    core::RhythmPass(sheet());
     resynchronise();
     refreshLineState();
 }

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <string>
 
+#include "core/rhythm_pass.h"
 #include "edit/editor.h"
 
 namespace tahrir::edit {
 
 void Editor::TakeSnapshot() {
     core::ScoreSheet& lines = sheet();
+    // Every command that changes the sheet ends here: the beams follow the new rhythm.
+    core::RhythmPass(lines);
     // A new page drops the redo history.
     m_doc.UndoIndex += 1;
     m_doc.UndoTop = m_doc.UndoIndex;

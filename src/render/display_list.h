@@ -23,6 +23,7 @@ enum Target : std::uint8_t { OnScreen = 1, OnPrint = 2, OnBoth = 3 };
 struct DisplayItem {
     ItemKind kind = ItemKind::Glyph;
     int line = 0; // sheet index the item belongs to, 0 for none
+    int row = 0;  // the staff row the walk was on when it drew the item
     // Glyph and text: pen position (top left of the text cell). Stroke: from (x, y) to
     // (x2, y2). Arc: centre (x, y), radius x2, angles a0..a1 in radians.
     double x = 0, y = 0, x2 = 0, y2 = 0;
@@ -38,6 +39,20 @@ struct DisplayItem {
     std::uint32_t colour = kBlack;
     std::string text; // glyph codes (code page 1256 bytes) or UTF-8 text
 };
+
+// The x in staff units where an item's ink ends on the right; text widths are estimated
+// from the number of characters.
+double RightEdge(const DisplayItem& item);
+
+// The y in staff units where an item's ink begins at the top (y grows downward); glyph
+// heights are those of their kind (stems up, accidentals, heads and marks).
+double TopEdge(const DisplayItem& item);
+
+// The y where an item's ink ends at the bottom.
+double BottomEdge(const DisplayItem& item);
+
+// The height of a text item's line in staff units.
+double TextHeight(const DisplayItem& item);
 
 struct DisplayList {
     std::vector<DisplayItem> items;

@@ -44,7 +44,7 @@ constexpr Row kRows[] = {
     {'?', {0xE062, 0, -5.13, 2.8}},        // F clef on its line
     {'[', {0xE032, -0.3, 5.5, 1.0}},       // final bar
     {']', {0xE040, 0, 5.5, 1.5}},          // repeat start
-    {'}', {0xE041, -0.27, 5.5, 1.5}},      // repeat end
+    {'}', {0xE041, -0.3, 5.5, 1.5}},       // repeat end
     {'@', {0xE047, 0, 8.0, 2.3}},          // large repeat sign
     {0x91, {0xE500, 0, 5.5, 2.2}},         // one- and two-measure repeat
     {'.', {0xE1E7, 0.3, 7.3, 0.5, 0, 5.3}}, // dot; behind a head at the head's height

@@ -7,6 +7,12 @@
 
 namespace tahrir::render {
 
+namespace {
+constexpr double kRowNumberX = 1.5; // from the staff's left end
+constexpr double kRowNumberY = 9;   // above the bottom line, over the clef's top
+constexpr double kFinalBarWidth = 1.0; // the final bar's ink ends on the staff end
+} // namespace
+
 void PageWalk::measureTest(int i) {
     const int n1 = nextIndex(i);
     const std::string_view next = line(n1);
@@ -15,7 +21,9 @@ void PageWalk::measureTest(int i) {
                                next2.starts_with("REPB1") || next2.starts_with("REPB2");
     if (MeasureTicks > 0 && MeasureFill >= MeasureTicks) {
         DxfLayer = "1";
-        const double advance = (RenderPass > 1 ? 2 : 1.8) * RowScale;
+        // Both passes of the page view advance alike, so that the measured width is the
+        // drawn one; the working view's single pass keeps its narrower advance.
+        const double advance = (Passes > 1 ? 2 : 1.8) * RowScale;
         PenX += advance;
         if (RenderPass == 2) {
             const double r = PenX / PageWidthUnits;
@@ -70,11 +78,20 @@ void PageWalk::breakRow(bool showTime) {
     if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
         m_out.RowRatios.resize(RowIndex + 1, 0.0);
     PenX = RowStartX + 2 * RowScale;
+    markRowStart();
     const double scale = RowScale;
     RowScale = 1;
     StartStaffRow();
     RowScale = scale;
     if (showTime) drawTimeSignature(RhythmLine, true);
+}
+
+void PageWalk::markRowStart() {
+    if (!Paint) return;
+    const auto r = static_cast<std::size_t>(RowIndex);
+    if (r >= m_rowStart.size()) m_rowStart.resize(r + 1, 0.0);
+    if (r >= m_rowRight.size()) m_rowRight.resize(r + 1, 0.0);
+    m_rowStart[r] = RowStartX + 2;
 }
 
 // The barline and the row decision of measured music.
@@ -105,22 +122,25 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
         PenX = entry;
         return;
     }
+    // At a row start the number stands over the clef, clear of the key signature.
     if (number >= 0)
-        placeMeasureLabel(number + 1, RowStartX + 3 * RowScale, StaffBaseY + StaffGap - 6.5,
+        placeMeasureLabel(number + 1, LeftMargin + kRowNumberX, StaffBaseY + StaffGap - kRowNumberY,
                           visible);
     closeBeamAtRowEnd();
     DxfBaseY -= StaffGap;
     StaffBaseY += StaffGap;
     PenX = RowStartX + 4 * RowScale;
+    // The new row's staff belongs to it: the row count moves on first.
+    ++RowIndex;
+    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
+        m_out.RowRatios.resize(RowIndex + 1, 0.0);
     if (Upper(next, 5) != "LCFIN") {
         const double scale = RowScale;
         RowScale = 1;
         StartStaffRow();
         RowScale = scale;
     }
-    ++RowIndex;
-    if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
-        m_out.RowRatios.resize(RowIndex + 1, 0.0);
+    markRowStart();
     BarStartX = 0;
     LastBarWidth = 0;
 }
@@ -135,7 +155,7 @@ void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
     const bool atLast = n1 > LastLine;
     const bool finAfter = n1 <= LastLine && n2 > LastLine && IsFinLine(line(n1));
     if (atLast || finAfter) {
-        PenX = std::min(PenX, PageWidthUnits - 0.9);
+        PenX = std::min(PenX, PageWidthUnits - kFinalBarWidth);
         stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY);
         m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
         PenX += 0.3;

@@ -1,7 +1,9 @@
 // Notes, rests, accidentals, dots, ledger lines and beams of the layout walk.
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <functional>
 
 #include "core/line_kind.h"
 #include "render/page_walk.h"
@@ -55,38 +57,13 @@ constexpr RestShape kRests[] = {
     {&kThirtySecond, -7, 0.9, 3, 1.2, "\xAE", 3, "m"},
 };
 
-// Beam kinds by beam code for the eighth, 16th and 32nd; 'F' closes the group there and
-// the kind after it opens the next one with the same note.
-struct BeamWord {
-    char code;
-    const char* kinds[3];
-};
-constexpr BeamWord kBeamWords[] = {
-    {'C', {"10", "20", "30"}},     {'e', {"10", "20", "30"}},
-    {'1', {"11", "21", "31"}},     {'2', {"10", "22", "32"}},
-    {'3', {"10", "23", "33"}},     {'4', {"14", "24", "32"}},
-    {'0', {"26", "20", "30"}},     {'5', {"14F10", "24F10", "30"}},
-    {'6', {"36", "20", "21"}},     {'7', {"26F20F10", "20", "37"}},
-    {'8', {"10", "24", "30"}},     {'9', {"10", "24", "30"}},
-    {'c', {"15F", "25F", "35F"}},
-};
-
-// Second and third beams between members i-1 and i, by the tens and units of a kind. A
-// kind may draw two parts on the second level ("full and left stub", "left stub, twice").
-enum class Part { None, Full, Left, Right };
-struct BeamRule {
-    int tens, units;
-    Part second, secondAgain, third;
-};
-constexpr BeamRule kBeamRules[] = {
-    {1, 4, Part::Left, Part::None, Part::None},  {2, 0, Part::Full, Part::None, Part::None},
-    {2, 3, Part::Full, Part::None, Part::None},  {2, 5, Part::Full, Part::None, Part::None},
-    {2, 2, Part::Right, Part::None, Part::None}, {2, 4, Part::Full, Part::Left, Part::None},
-    {2, 6, Part::Left, Part::Left, Part::None},  {3, 0, Part::Full, Part::None, Part::Full},
-    {3, 3, Part::Full, Part::None, Part::Full},  {3, 5, Part::Full, Part::None, Part::Full},
-    {3, 1, Part::Full, Part::None, Part::None},  {3, 2, Part::Full, Part::Right, Part::None},
-    {3, 6, Part::Left, Part::None, Part::Left},  {3, 7, Part::Right, Part::None, Part::Right},
-};
+// Beams: the slope is limited to a staff unit over the group and to a fifth of a unit per
+// unit of width; second and third beams stand 0.75 and 1.46 from the main one; a beam
+// stub is 0.4 of the way to the next stem.
+constexpr double kMaxBeamRise = 1.0;
+constexpr double kMaxBeamSlope = 0.2;
+constexpr double kBeamLevelOffset[3] = {0, 0.75, 2 * 0.73};
+constexpr double kStubShare = 0.4;
 
 constexpr double kBeamX[3] = {1.06, 1.08, 1.1};
 
@@ -278,37 +255,25 @@ void PageWalk::DrawDot(int step, int octave, bool fingerLayer) {
     glyph(0, x, StaffBaseY - h - 7.3 - (pos % 2 == 0 ? 0.5 : 0), ".");
 }
 
+// A "C" continues the group (opening one when none is open); any other code closes it
+// with this note, whatever mark the note carries.
 void PageWalk::beamMember(const NoteShape& shape, char code) {
-    const int column = shape.flags - 1;
-    const double x = PenX + kBeamX[column];
+    const double x = PenX + kBeamX[shape.flags - 1];
     if (code == 'C' && !GroupOpen) {
         DrawBeamGroup();
         GroupOpen = true;
-        addBeamMember(x, shape.flags * 10, false);
-        return;
     }
-    const char* kinds = "00";
-    for (const auto& w : kBeamWords)
-        if (w.code == code) kinds = w.kinds[column];
-    if (code != 'C') GroupOpen = false;
-    bool carried = false; // behind an 'F' the note opens a group after closing one
-    for (const char* p = kinds; *p != '\0';) {
-        if (*p == 'F') {
-            DrawBeamGroup();
-            carried = true;
-            ++p;
-            continue;
-        }
-        const int kind = (p[0] - '0') * 10 + (p[1] - '0');
-        addBeamMember(x, kind == 0 ? shape.flags * 10 : kind, carried);
-        p += 2;
+    addBeamMember(x, shape.flags);
+    if (code != 'C') {
+        GroupOpen = false;
+        DrawBeamGroup();
     }
 }
 
-void PageWalk::addBeamMember(double x, int kind, bool carried) {
+void PageWalk::addBeamMember(double x, int level) {
     const bool down = StemDir == StemDirection::Down;
     const double y = down ? GlyphY + 9 : GlyphY + 2;
-    Beam.push_back({x, y, !down, kind, DxfBaseY + (StaffBaseY - y), CurrentNote, carried});
+    Beam.push_back({x, y, !down, level, DxfBaseY + (StaffBaseY - y), CurrentNote});
 }
 
 void PageWalk::closeBeamAtRowEnd() {
@@ -331,49 +296,59 @@ void PageWalk::flagAlone(const BeamNote& n, bool up) {
     dxfFlags(*n.shape, n.dxfX, n.dxfHeadY, n.dxfDown, n.dxfLayer);
 }
 
+// A straight beam from the first stem to the last, its slope limited, moved away from the
+// heads until every stem keeps at least its own length; the stems between are lengthened
+// to meet it. Second and third beams join the members that have that level: a run of two
+// or more gets a full beam, a member alone gets a stub toward its neighbour.
 void PageWalk::DrawBeamGroup() {
     if (Beam.empty()) return;
-    if (Beam.size() == 1 && !Beam.front().carried) {
+    if (Beam.size() == 1) {
         flagAlone(Beam.front().note, Beam.front().up);
         Beam.clear();
         return;
     }
+    const BeamMember& first = Beam.front();
+    const bool up = first.up;
+    const double width = Beam.back().x - first.x;
+    double slope = width > 0 ? (Beam.back().y - first.y) / width : 0;
+    const double limit = width > 0 ? std::min(kMaxBeamSlope, kMaxBeamRise / width) : 0;
+    slope = std::clamp(slope, -limit, limit);
+    double shift = 0;
     for (const BeamMember& m : Beam) {
-        if (m.up) {
-            stroke(m.x - 0.22, m.y, m.x - 0.22, m.y + 3.5, WidthClass::Stem);
-        } else {
-            stroke(m.x - 0.24, m.y, m.x - 0.24, m.y - 3.2, WidthClass::Stem);
-        }
+        const double gap = m.y - (first.y + slope * (m.x - first.x));
+        shift = up ? std::min(shift, gap) : std::max(shift, gap);
     }
-    for (std::size_t i = 1; i < Beam.size(); ++i) {
-        const BeamMember& a = Beam[i - 1];
-        const BeamMember& b = Beam[i];
-        stroke(a.x - 0.2, a.y, b.x - 0.2, b.y, WidthClass::Beam);
-        const double sign = b.up ? 1 : -1;
-        const auto part = [&](Part p, double offset) {
-            double f0 = 0, f1 = 1;
-            if (p == Part::None) return;
-            if (p == Part::Left) f1 = 0.4;
-            if (p == Part::Right) f0 = 0.6;
-            const auto at = [&](double f, double& x, double& y) {
-                x = a.x - 0.2 + (b.x - a.x) * f;
-                y = a.y + (b.y - a.y) * f + offset;
-            };
-            double x0, y0, x1, y1;
-            at(f0, x0, y0);
-            at(f1, x1, y1);
-            stroke(x0, y0, x1, y1, WidthClass::Beam);
-        };
-        // Kinds missing from the rule table (34 among them) draw the main beam only.
-        for (const BeamRule& r : kBeamRules) {
-            if (r.tens != b.kind / 10 || r.units != b.kind % 10) continue;
-            part(r.second, 0.75 * sign);
-            part(r.secondAgain, 0.75 * sign);
-            part(r.third, 2 * 0.73 * sign);
-        }
+    const auto beamY = [&](double x) { return first.y + shift + slope * (x - first.x); };
+    for (const BeamMember& m : Beam) {
+        const double stemX = m.x - (m.up ? 0.22 : 0.24);
+        const double head = m.up ? m.y + 3.5 : m.y - 3.2;
+        stroke(stemX, beamY(m.x), stemX, head, WidthClass::Stem);
     }
+    const auto beam = [&](double xa, double xb, int level) {
+        const double offset = kBeamLevelOffset[level - 1] * (up ? 1 : -1);
+        stroke(xa - 0.2, beamY(xa) + offset, xb - 0.2, beamY(xb) + offset, WidthClass::Beam);
+    };
+    beam(first.x, Beam.back().x, 1);
+    for (int level = 2; level <= 3; ++level) subBeams(level, beam);
     dxfBeam();
     Beam.clear();
+}
+
+// The beams of one level: a full beam over each run of two or more members that have it;
+// a member alone gets a stub pointing back, or forward for the first of the group.
+void PageWalk::subBeams(int level, const std::function<void(double, double, int)>& beam) {
+    const std::size_t n = Beam.size();
+    for (std::size_t i = 0; i < n;) {
+        std::size_t end = i;
+        while (end < n && Beam[end].level >= level) ++end;
+        if (end - i >= 2) {
+            beam(Beam[i].x, Beam[end - 1].x, level);
+        } else if (end - i == 1) {
+            const std::size_t other = i == 0 ? 1 : i - 1;
+            beam(Beam[i].x, Beam[i].x + (Beam[other].x - Beam[i].x) * kStubShare, level);
+        }
+        i = std::max(end, i + 1);
+    }
 }
 
 void PageWalk::dxfBeam() {
@@ -401,7 +376,7 @@ void PageWalk::dxfBeam() {
     }
     m_dxf.polyline("3", first.x, y0, last.x, y1);
     for (std::size_t k = 0; k < Beam.size(); ++k) {
-        if (Beam[k].kind / 10 < 2) continue;
+        if (Beam[k].level < 2) continue;
         const double off = first.up ? -0.75 : 0.75;
         const double t = last.x == first.x ? 0 : (Beam[k].x - first.x) / (last.x - first.x);
         m_dxf.polyline("3", Beam[k].x, y0 + (y1 - y0) * t + off, last.x, y1 + off);

@@ -15,7 +15,7 @@ namespace tahrir::render {
 
 namespace {
 
-constexpr int kPdfResolution = 600;
+constexpr int kPdfResolution = 300;
 constexpr double kA4WidthMm = 210;
 
 std::string Extension(const std::filesystem::path& path) {
@@ -95,7 +95,62 @@ std::string WriteSvg(const Sheet& sheet, const std::filesystem::path& path, int 
     return {};
 }
 
+// The file of page n: OUT.png becomes OUT-1.png, OUT-2.png, ...
+std::filesystem::path NumberedPath(const std::filesystem::path& path, int n) {
+    std::filesystem::path numbered = path;
+    numbered.replace_filename(path.stem().string() + "-" + std::to_string(n) +
+                              path.extension().string());
+    return numbered;
+}
+
+std::string WritePdfPages(const std::vector<PrintedPage>& pages, const Paper& paper,
+                          const std::filesystem::path& path, const PaintOptions& paint) {
+    QPdfWriter writer(QString::fromStdString(path.string()));
+    writer.setResolution(kPdfResolution);
+    writer.setPageSize(QPageSize(QSizeF(paper.widthMm, paper.heightMm), QPageSize::Millimeter));
+    writer.setPageMargins(QMarginsF(0, 0, 0, 0));
+    QPainter painter;
+    if (!painter.begin(&writer)) return "cannot write " + path.string();
+    for (std::size_t p = 0; p < pages.size(); ++p) {
+        if (p > 0) writer.newPage();
+        PaintOptions po = paint;
+        po.pixelsPerUnit = writer.width() / pages[p].list.widthUnits;
+        PaintDisplayList(painter, pages[p].list, po);
+    }
+    painter.end();
+    return {};
+}
+
 } // namespace
+
+std::vector<std::filesystem::path> PageFiles(const std::filesystem::path& path, int count) {
+    std::vector<std::filesystem::path> files;
+    if (Extension(path) == ".pdf") return {path};
+    for (int n = 1; n <= count; ++n) files.push_back(NumberedPath(path, n));
+    return files;
+}
+
+std::string WritePages(const PagedLayout& paged, const Paper& paper,
+                       const std::filesystem::path& path, const ImageOptions& options) {
+    EnsureGuiApplication();
+    if (paged.pages.empty()) return "nothing to draw";
+    PaintOptions paint;
+    paint.textFontName = paged.layout.TextFontName;
+    paint.musicFontFile = options.musicFontFile;
+    const std::string ext = Extension(path);
+    if (ext == ".pdf") return WritePdfPages(paged.pages, paper, path, paint);
+    if (ext != ".png" && ext != ".svg")
+        return "unknown output type \"" + ext + "\" (use .png, .pdf or .svg)";
+    const auto files = PageFiles(path, static_cast<int>(paged.pages.size()));
+    for (std::size_t p = 0; p < paged.pages.size(); ++p) {
+        const DisplayList& list = paged.pages[p].list;
+        const Sheet sheet{list, list.widthUnits, list.heightUnits, paint};
+        const std::string error = ext == ".png" ? WritePng(sheet, files[p], options.widthPixels)
+                                                : WriteSvg(sheet, files[p], options.widthPixels);
+        if (!error.empty()) return error;
+    }
+    return {};
+}
 
 std::string WritePage(const LayoutResult& layout, const std::filesystem::path& path,
                       const ImageOptions& options) {

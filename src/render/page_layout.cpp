@@ -73,20 +73,23 @@ void PageWalk::run() {
     Passes = m_opt.ViewMode == 0 ? 2 : 1;
     m_dxf.setEnabled(m_opt.DxfEnabled);
     m_out.RowRatios.assign(201, 0.0);
+    // About eight items a line: growing the list item by item would copy it many times.
+    m_out.list.items.reserve(static_cast<std::size_t>(LastLine) * 8 + 64);
+    m_rowFit.assign(202, 1.0);
 
     const int outerRounds = m_opt.ChPrint ? 2 : 1;
     for (Outer = 1; Outer <= outerRounds; ++Outer) {
         for (RenderPass = 1; RenderPass <= Passes; ++RenderPass) {
             Paint = RenderPass == Passes;
             PrintActive = m_opt.ChPrint && Outer == 2 && RenderPass == 2;
-            if (Paint) {
-                m_out.list.clear();
-                m_out.measures.clear();
-            }
             runPass();
         }
     }
+    fitRowsToStaffEnd();
+    liftTexts();
+    m_currentLine = 0;
     descriptionLines();
+    m_out.staffEnd = PageWidthUnits;
     m_out.dxf = m_dxf.contents();
     m_out.rows = RowIndex;
     m_out.PageWidthUnits = PageWidthUnits;
@@ -110,6 +113,7 @@ void PageWalk::descriptionLines() {
             text(0, (PageWidthUnits + m_opt.RightMargin) / 2, y,
                  core::Cp1256ToUtf8(Trim(piece)), 0.5, OnScreen);
             m_out.list.items.back().centred = true;
+            m_out.list.items.back().row = 0; // the title block stands above every row
         }
         y += 3;
     }
@@ -151,7 +155,8 @@ void PageWalk::takeRowScale() {
     const double r = RowIndex < static_cast<int>(m_out.RowRatios.size())
                          ? m_out.RowRatios[RowIndex]
                          : 0.0;
-    RowScale = RowScaleFor(r);
+    const double fit = RowIndex < static_cast<int>(m_rowFit.size()) ? m_rowFit[RowIndex] : 1.0;
+    RowScale = RowScaleFor(r) * fit;
 }
 
 void PageWalk::storeRowRatio() {
@@ -224,8 +229,39 @@ void PageWalk::startOfPass() {
     StemDir = StemDirection::Blank;
 }
 
+void PageWalk::fitRowsToStaffEnd() {
+    if (Passes < 2) return;
+    constexpr int kRounds = 10;
+    constexpr double kMinFit = 0.2;
+    for (int round = 0; round < kRounds; ++round) {
+        bool over = false;
+        for (std::size_t r = 1; r < m_rowRight.size() && r < m_rowStart.size(); ++r) {
+            const double span = m_rowRight[r] - m_rowStart[r];
+            const double room = PageWidthUnits - m_rowStart[r];
+            if (m_rowRight[r] <= PageWidthUnits + 1e-6 || span <= 0 || room <= 0) continue;
+            if (r >= m_rowFit.size()) m_rowFit.resize(r + 1, 1.0);
+            m_rowFit[r] = std::max(kMinFit, m_rowFit[r] * room / span * 0.99);
+            over = true;
+        }
+        if (!over) return;
+        RenderPass = Passes;
+        Paint = true;
+        PrintActive = m_opt.ChPrint;
+        runPass();
+    }
+}
+
 void PageWalk::runPass() {
+    if (Paint) {
+        m_out.list.clear();
+        m_out.measures.clear();
+        m_out.LineRight.assign(core::MaxLines + 1, -1.0);
+        m_rowRight.assign(2, 0.0);
+        m_rowStart.assign(2, 0.0);
+    }
+    m_currentLine = 0;
     startOfPass();
+    if (Paint) m_rowStart[1] = RowStartX + 2;
     if (PrintActive) {
         // Title lines of the description, centred on the printed page.
         const double printWidth = m_opt.PrinterWidthTwips / (PrintUnit * ZoomFactor);
@@ -250,6 +286,7 @@ void PageWalk::runPass() {
 }
 
 void PageWalk::walkLine(int i) {
+    m_currentLine = i;
     m_out.positions.LinePosX[i] = -1;
     const std::string s(line(i));
     takeRowScale();

@@ -59,6 +59,8 @@ struct LayoutResult {
     // next number is placed but hidden; the measures are the labels shown.
     int MeasureNumber = 0;
     std::string TextFontName;
+    double staffEnd = 0;           // x where the staves end; no drawing passes it
+    std::vector<double> LineRight; // by sheet index: x where the line's drawing ends, -1 none
     bool printed = false; // the print target was drawn
     double printWidthUnits = 0, printHeightUnits = 0; // the printer's page, staff units
 };

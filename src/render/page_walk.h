@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -62,6 +63,11 @@ private:
     void placeMeasureLabel(int number, double x, double y, bool visible);
     void emitMeasureLabels();
     void takeRowScale();
+    // The drawing pass again, each overrunning row squeezed until nothing passes the end.
+    void fitRowsToStaffEnd();
+    void noteRight(const DisplayItem& item);
+    void markRowStart();
+    void liftTexts();
     void storeRowRatio();
     int ticksOf(int i) const;
     std::string_view line(int i) const; // padded to 32 columns, blank past LastLine
@@ -74,8 +80,9 @@ private:
     void drawRest(int i, int ticks, bool dotted);
     void drawGrace(int i, int step, int octave, const char* glyph);
     void beamMember(const NoteShape& shape, char code);
-    void addBeamMember(double x, int kind, bool carried);
+    void addBeamMember(double x, int level);
     void DrawBeamGroup();
+    void subBeams(int level, const std::function<void(double, double, int)>& beam);
     // A row ends: the open group is drawn on it, and the notes after the break open a new one.
     void closeBeamAtRowEnd();
     void flagAlone(const BeamNote& n, bool up);
@@ -125,6 +132,10 @@ private:
     std::vector<bool> m_rowDecisions;
     std::size_t m_decision = 0;
     bool rowEnds(bool measured);
+    // By row: where the row's music begins, how far its drawing reaches, and the squeeze
+    // that keeps it inside the staff end.
+    std::vector<double> m_rowStart, m_rowRight, m_rowFit;
+    int m_currentLine = 0; // the line the walk is on, owner of what is drawn now
     std::string m_padded[2]; // scratch for line(): two lines may be read at once
     mutable int m_padSlot = 0;
 
@@ -150,10 +161,9 @@ public:
     struct BeamMember {
         double x, y;
         bool up;
-        int kind;
+        int level;   // beams of the note's value: eighth 1, 16th 2, 32nd 3
         double dxfY; // the stem end in the DXF drawing
         BeamNote note;
-        bool carried; // the note also closed the group before: it is beamed there
     };
     std::vector<BeamMember> Beam; // the open group, drawn when it closes
     bool GroupOpen = false;

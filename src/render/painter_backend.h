@@ -5,7 +5,10 @@
 #include <filesystem>
 #include <string>
 
+#include <vector>
+
 #include "render/page_layout.h"
+#include "render/paged_layout.h"
 
 class QPainter;
 
@@ -43,5 +46,14 @@ struct ImageOptions {
 // Writes the page to .png, .pdf or .svg by the extension. Returns an error text, or empty.
 std::string WritePage(const LayoutResult& layout, const std::filesystem::path& path,
                       const ImageOptions& options);
+
+// The files a paged output writes: the PDF itself, or one PNG or SVG a page named
+// OUT-1.png, OUT-2.png, ...
+std::vector<std::filesystem::path> PageFiles(const std::filesystem::path& path, int count);
+
+// Writes the pages: one PDF of all of them, or one PNG or SVG file a page. Returns an
+// error text, or empty.
+std::string WritePages(const PagedLayout& paged, const Paper& paper,
+                       const std::filesystem::path& path, const ImageOptions& options);
 
 } // namespace tahrir::render

@@ -1,4 +1,5 @@
 #include "ui/main_window.h"
+#include "ui/print_frame.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -187,6 +188,9 @@ void MainWindow::buildMenus() {
                                      *m_dialogs, m_doc, m_playback->player().controls())),
                                  6000);
     });
+    file->addSeparator();
+    m_print = new PrintCommands(this, *m_dialogs, [this] { return WindowPageSource(*this); });
+    m_print->addTo(file);
     file->addSeparator();
     add(file, "ExitImage", "E&xit", [this] { close(); });
     QMenu* view = menuBar()->addMenu("&View");

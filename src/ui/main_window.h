@@ -33,6 +33,7 @@ class MeasureStrip;
 class PalettePanel;
 class Playback;
 class PlaybackPanel;
+class PrintCommands;
 class ScoreView;
 class TextFrames;
 class WindowHost;
@@ -70,6 +71,7 @@ public:
     PalettePanel* palette() const { return m_palette; }
     MeasureStrip* measureStrip() const { return m_measures; }
     Playback& playback() { return *m_playback; }
+    PrintCommands& printCommands() { return *m_print; }
     ViewLayout& layout() { return m_layout; }
     // The title the bar shows for the open score.
     QString scoreTitle() const;
@@ -118,6 +120,7 @@ private:
     MeasureStrip* m_measures = nullptr;
     TextFrames* m_frames = nullptr;
     PlaybackPanel* m_playPanel = nullptr;
+    PrintCommands* m_print = nullptr;
     QCheckBox* m_editorCh = nullptr;
     QLabel* m_descriptLabel = nullptr;
     QPlainTextEdit* m_descriptText = nullptr;

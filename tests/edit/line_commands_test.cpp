@@ -52,6 +52,21 @@ TEST_F(LineCommands, InsertKeepsTheCursorOnTheOldLineOrStandsOnTheNewOne) {
     EXPECT_EQ(sounded(), (std::vector<int>{7, 2})); // the pen: the note under the cursor
 }
 
+TEST_F(LineCommands, BeamsFollowEveryChangeOfTheSheet) {
+    // Four beamed eighths; an eighth inserted, then a line deleted: the codes are written
+    // anew each time, never left blank behind the change.
+    load({"13  4    ", "23  4    ", "33  4    ", "43  4    "});
+    const auto codes = [&] {
+        std::string out;
+        for (int i = 4; i <= last(); ++i) out += line(i).size() > 6 ? line(i)[6] : ' ';
+        return out;
+    };
+    keys({Key::Right, Key::Digit(7), Key::Ins});
+    EXPECT_EQ(codes(), "CcCc ");
+    key(Key::Del);
+    EXPECT_EQ(codes(), "CcCc");
+}
+
 // Both line commands sound the pen (element 0), not the text they store from RCDTxt.
 TEST_F(LineCommands, CommandsSoundThePenNotTheStoredLine) {
     load({"13  8    ", "43  8S   ", "L^words"});

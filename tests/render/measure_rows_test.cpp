@@ -52,10 +52,10 @@ TEST(WorkingViewRows, AMeasureTooLongForItsRowIsBrokenOnlyInWorkingView) {
     // with the clef alone.
     EXPECT_EQ(GlyphsAt(r, "4", 40 - 8.5), 1);
     EXPECT_EQ(GlyphsAt(r, "4", 54 - 8.5), 0);
-    // The number of measure 3 moves to the start of row 3: RowStartX 5 + 3.
+    // The number of measure 3 moves to the start of row 3, over the clef.
     ASSERT_GE(r.measures.size(), 4u);
-    EXPECT_NEAR(r.measures[3].x, 8, 1e-9);
-    EXPECT_NEAR(r.measures[3].y, 54 - 6.5, 1e-9);
+    EXPECT_NEAR(r.measures[3].x, 3 + 1.5, 1e-9);
+    EXPECT_NEAR(r.measures[3].y, 54 - 9, 1e-9);
     // The stretch of a row broken inside a measure is page width / pen: 50 / 44.4.
     EXPECT_NEAR(r.RowRatios[1], 50 / 44.4, 1e-9);
     // The page view keeps measure 2 whole on one row, squeezed or stretched.

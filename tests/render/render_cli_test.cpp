@@ -141,10 +141,13 @@ TEST_F(RenderCli, LayoutJsonKeysAndFullNumbers) {
     const QJsonObject o = QJsonDocument::fromJson(QByteArray::fromStdString(r.out)).object();
     EXPECT_EQ(o.value("rows").toInt(), 1);
     // The measuring pass: clef and row start bring the pen to 10, the header adds 0.8, the
-    // time signature 5, the whole note 8 and the barline 1.8: 25.6 of 75.3733 units.
+    // time signature 5, the whole note 8 and the barline 2, as in the drawing pass: 25.8
+    // of 75.3733 units, where the staves end.
+    const double staffEnd = 11906 / 0.6 / 250 - 4;
+    EXPECT_NEAR(o.value("staffEnd").toDouble(), staffEnd, 1e-9);
     const QJsonArray ratios = o.value("rowRatios").toArray();
     ASSERT_EQ(ratios.size(), 1);
-    EXPECT_NEAR(ratios[0].toDouble(), 25.6 / (11906 / 0.6 / 250 - 4), 1e-9);
+    EXPECT_NEAR(ratios[0].toDouble(), 25.8 / staffEnd, 1e-9);
     // That ratio, 0.3396, is in the band of 1 / (r x 1.9): the header's 0.8 and the time
     // signature's 5 are stretched by it, so the note stands at 10 + 5.8 x 1.5497.
     const double scale = 1 / (ratios[0].toDouble() * 1.9);
@@ -154,6 +157,12 @@ TEST_F(RenderCli, LayoutJsonKeysAndFullNumbers) {
     EXPECT_NEAR(lines[3].toObject().value("x").toDouble(), 10 + 5.8 * scale, 1e-9);
     EXPECT_EQ(lines[3].toObject().value("y").toDouble(), 26);
     EXPECT_EQ(lines[0].toObject().value("x").toDouble(), -1);
+    // The whole note's drawing ends behind its place and before the staff end; the header
+    // lines draw nothing of their own.
+    const double right = lines[3].toObject().value("right").toDouble();
+    EXPECT_GT(right, lines[3].toObject().value("x").toDouble());
+    EXPECT_LE(right, staffEnd);
+    EXPECT_EQ(lines[0].toObject().value("right").toDouble(), -1);
     // The first measure's number stands 1.2 before the note, 6.5 above the staff base; the
     // second, over the final barline, is never shown.
     const QJsonArray measures = o.value("measures").toArray();
@@ -164,6 +173,35 @@ TEST_F(RenderCli, LayoutJsonKeysAndFullNumbers) {
     EXPECT_EQ(first.value("y").toDouble(), 19.5);
     EXPECT_TRUE(first.value("visible").toBool());
     EXPECT_FALSE(measures[1].toObject().value("visible").toBool(true));
+}
+
+TEST_F(RenderCli, PagedOutputWritesAPageAFileOrOnePdf) {
+    // Forty measures of eighths: more than one page of A4 or Letter.
+    std::string score = "\"Sv5 Tahrir score\"\r\n\"Long\r\n\"\r\n       G\r\nTEMPO60\r\nRHYTM4/4\r\n";
+    for (int k = 0; k < 320; ++k) score += std::to_string(k % 7 + 1) + "4  4\r\n";
+    WriteBytes(Path("long.srv"), score);
+    for (const char* paper : {"", " --paper letter"}) {
+        const Run pdf = Cli("render " + Arg("long.srv") + " --paged" + paper + " -o " + Arg("long.pdf"));
+        ASSERT_EQ(pdf.code, 0) << pdf.err;
+        const std::string bytes = ReadBytes(Path("long.pdf"));
+        int pages = 0;
+        for (auto at = bytes.find("/Type /Page"); at != std::string::npos;
+             at = bytes.find("/Type /Page", at + 1))
+            pages += bytes.compare(at, 12, "/Type /Pages") != 0;
+        EXPECT_GE(pages, 2) << paper;
+        const Run png = Cli("render " + Arg("long.srv") + " --paged" + paper + " -o " + Arg("long.png"));
+        ASSERT_EQ(png.code, 0) << png.err;
+        for (int n = 1; n <= pages; ++n)
+            EXPECT_TRUE(fs::exists(Path("long-" + std::to_string(n) + ".png"))) << n;
+        EXPECT_FALSE(fs::exists(Path("long-" + std::to_string(pages + 1) + ".png")));
+        fs::remove(Path("long-1.png"));
+    }
+    for (const std::string& bad : {" --paged --paper a5 -o " + Arg("x.pdf"),
+                                  " --paged -o " + Arg("x.dxf"), " --paper a4 -o " + Arg("x.pdf")}) {
+        const Run r = Cli("render " + Arg("long.srv") + bad);
+        EXPECT_EQ(r.code, 1) << bad;
+        EXPECT_FALSE(r.err.empty()) << bad;
+    }
 }
 
 } // namespace

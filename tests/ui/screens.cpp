@@ -1,12 +1,19 @@
 // Pictures of the window for the documentation: ui_screens OUTDIR writes the page view,
 // the working view, help mode and a new score typed from the keyboard.
 
+#include <QAction>
 #include <QLineEdit>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QTest>
 #include <QToolButton>
 #include <cstdio>
+#include <fstream>
 
+#include "core/score_writer.h"
 #include "edit/editor.h"
+#include "melody_builder.h"
+#include "ui/print_frame.h"
 #include "ui/palette_panel.h"
 #include "ui/score_view.h"
 #include "ui_test_support.h"
@@ -15,6 +22,14 @@ using namespace tahrir::ui;
 using namespace tahrir::ui::test;
 
 namespace {
+
+bool SaveWidget(QWidget& w, const std::string& dir, const char* name) {
+    for (int k = 0; k < 5; ++k) QApplication::processEvents();
+    const std::string path = dir + "/" + name;
+    const bool ok = w.grab().save(QString::fromStdString(path));
+    std::printf("%s %s\n", ok ? "wrote" : "could not write", path.c_str());
+    return ok;
+}
 
 bool Save(MainWindow& w, const std::string& dir, const char* name) {
     QApplication::processEvents();
@@ -74,6 +89,25 @@ int main(int argc, char** argv) {
             QTest::keyClick(text, Qt::Key_Return);
         }
         ok &= Save(*rig.window, dir, "ui-new-score.png");
+    }
+    {
+        // The print frame on a long melody, at its second page, and the print preview.
+        WindowRig rig;
+        tahrir::core::Document doc;
+        doc.Sheet = tahrir::test::MakeMelody(80, 5);
+        doc.Description = "Generated melody";
+        const auto path = rig.folder.path() / "melody.srv";
+        std::ofstream(path, std::ios::binary) << tahrir::core::ScoreFileImage(doc);
+        rig.window->openPath(path.string());
+        rig.window->findChild<QAction*>("FrPrint")->trigger();
+        PrintFrame& frame = rig.window->printCommands().frame();
+        frame.nextPage();
+        ok &= SaveWidget(frame, dir, "ui-print-frame.png");
+        QPrinter printer(QPrinter::HighResolution);
+        auto preview = rig.window->printCommands().previewDialog(printer);
+        preview->resize(1200, 900);
+        preview->show();
+        ok &= SaveWidget(*preview, dir, "ui-print-preview.png");
     }
     return ok ? 0 : 1;
 }

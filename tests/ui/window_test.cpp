@@ -244,7 +244,13 @@ TEST_F(WindowTest, ClickedSymbolsAreCopiedAndPastedThroughTheSystemClipboard) {
     editor().SelStart = 8; // a selection begun at line 8, as a band would leave it
     QTest::mouseClick(view(), Qt::LeftButton, Qt::ShiftModifier, symbolAt(10));
     ASSERT_EQ(editor().SelEnd, 10);
-    const std::string copied = line(8) + line(9) + line(10);
+    // Beam codes are written anew where the lines land, so they are left out.
+    const auto unbeamed = [&](int i) {
+        std::string text = line(i);
+        if (text.size() > 6) text[6] = ' ';
+        return text;
+    };
+    const std::string copied = unbeamed(8) + unbeamed(9) + unbeamed(10);
     rig.key(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text(), "Srv5 Paste Data");
     EXPECT_TRUE(rig.window->palette()->entryLit(70)); // paste is ready
@@ -253,7 +259,7 @@ TEST_F(WindowTest, ClickedSymbolsAreCopiedAndPastedThroughTheSystemClipboard) {
     const int last = sheet().LastLine;
     rig.key(Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(sheet().LastLine, last + 3);
-    EXPECT_EQ(line(20) + line(21) + line(22), copied);
+    EXPECT_EQ(unbeamed(20) + unbeamed(21) + unbeamed(22), copied);
 }
 
 TEST_F(WindowTest, ViewerKeysScrollThePage) {
