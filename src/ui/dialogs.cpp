@@ -6,6 +6,9 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
+#include "ui/midi_import_frame.h"
+#include "ui/scales_frame.h"
+
 namespace tahrir::ui {
 
 namespace {
@@ -46,6 +49,18 @@ std::optional<std::string> QtDialogs::font() {
     const QFont f = QFontDialog::getFont(&ok, QApplication::font(), m_parent);
     if (!ok) return std::nullopt;
     return f.family().toStdString();
+}
+
+std::optional<int> QtDialogs::midiTrack(const midifile::MidiFileInfo& info, const std::vector<std::string>& dump) {
+    MidiImportFrame frame(info, dump, m_parent);
+    frame.exec();
+    return frame.chosenTrack();
+}
+
+std::optional<int> QtDialogs::scale(const std::vector<std::string>& names, const std::function<void()>& standardTuning) {
+    ScalesFrame frame(names, standardTuning, m_parent);
+    frame.exec();
+    return frame.chosen();
 }
 
 } // namespace tahrir::ui

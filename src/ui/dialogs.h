@@ -2,8 +2,12 @@
 // The questions and boxes the window asks. The Qt form shows real dialogs; tests answer
 // from a script so that nothing waits for a person.
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "midifile/midi_reader.h"
 
 class QWidget;
 
@@ -24,6 +28,14 @@ public:
     virtual std::string saveFile(const std::string& title, const std::string& filter,
                                  const std::string& preset) = 0;
     virtual std::optional<std::string> font() = 0;
+    // The track frame of the MIDI import: a track from 1, nullopt for Cancel.
+    virtual std::optional<int> midiTrack(const midifile::MidiFileInfo&, const std::vector<std::string>&) {
+        return std::nullopt;
+    }
+    // The scales frame: an entry of `names` (0-based), nullopt for Cancel or none.
+    virtual std::optional<int> scale(const std::vector<std::string>&, const std::function<void()>&) {
+        return std::nullopt;
+    }
 };
 
 // Modal Qt dialogs over `parent`.
@@ -38,6 +50,9 @@ public:
     std::string saveFile(const std::string& title, const std::string& filter,
                          const std::string& preset) override;
     std::optional<std::string> font() override;
+    std::optional<int> midiTrack(const midifile::MidiFileInfo& info, const std::vector<std::string>& dump) override;
+    std::optional<int> scale(const std::vector<std::string>& names,
+                             const std::function<void()>& standardTuning) override;
 
 private:
     QWidget* m_parent;

@@ -69,6 +69,7 @@ void MainWindow::NewImage() {
     m_rangeChosen = false;
     documentLoaded();
     if (made.status == core::NewScoreStatus::Made) {
+        insertScale(); // a new score may start in a dastgah
         if (m_editor->EditMode != 1) m_editor->editorClick();
         editorKey({edit::Key::Home, 0});
     }

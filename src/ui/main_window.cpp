@@ -182,7 +182,15 @@ void MainWindow::buildMenus() {
     add(file, "RecentFiles", "&Recent files", [this] { LoadFile(1); });
     add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
     file->addSeparator();
+    add(file, "ImportMidi", "&Import MIDI...", [this] { importMidi(); });
+    QMenu* exportMenu = file->addMenu("&Export");
+    exportMenu->setObjectName("ExportMenu");
+    add(exportMenu, "ExportMidi", "&MIDI (plain)...", [this] { exportMidi(0); });
+    add(exportMenu, "ExportMidiMicrotonal", "MIDI (&microtonal, keeps quarter tones)...", [this] { exportMidi(1); });
+    file->addSeparator();
     add(file, "ExitImage", "E&xit", [this] { close(); });
+    QMenu* insert = menuBar()->addMenu("&Insert");
+    add(insert, "InsertScale", "&Key signature (dastgah)...", [this] { insertScale(); });
     QMenu* view = menuBar()->addMenu("&View");
     add(view, "PageView", "&Page view", [this] { setViewMode(0); });
     add(view, "WorkingView", "&Working view", [this] { setViewMode(1); });

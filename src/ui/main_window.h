@@ -57,6 +57,11 @@ public:
     bool SaveImage();
     // Both exit questions; true when the program may end.
     bool ExitImage();
+    // File > Export > MIDI, plain (0) or microtonal (1), and File > Import MIDI.
+    void exportMidi(int microtonal);
+    void importMidi();
+    // The scales frame; true when line 1 took a signature.
+    bool insertScale();
 
     // A key of the score view, as the palette and the keyboard send it.
     void editorKey(EditorKey key);

@@ -47,6 +47,17 @@ public:
         return next(savePaths, std::string());
     }
     std::optional<std::string> font() override { return std::string("DejaVu Sans"); }
+    // The track frame and the scales frame answer from these; what they were shown is kept.
+    std::deque<std::optional<int>> tracks, scales;
+    std::vector<std::string> trackDump, scaleNames;
+    std::optional<int> midiTrack(const midifile::MidiFileInfo&, const std::vector<std::string>& dump) override {
+        trackDump = dump;
+        return next(tracks, std::optional<int>());
+    }
+    std::optional<int> scale(const std::vector<std::string>& names, const std::function<void()>&) override {
+        scaleNames = names;
+        return next(scales, std::optional<int>());
+    }
 
 private:
     // The next scripted reply, or `fallback` once the script has run out.
