@@ -70,9 +70,7 @@ MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWin
     wireEditor();
     setWindowTitle("Tahrir");
     resize(1580, 960);
-    if (options.output != "none" && !m_playback->hasOutput())
-        statusBar()->showMessage(QString("Open MIDI Out failed (%1)")
-                                     .arg(QString::fromStdString(m_playback->outputDescription())));
+    if (options.output != "none" && !m_playback->hasOutput()) noOutputNotice();
     m_editor->documentReplaced();
     m_pic->pageChanged();
     m_pic->setFocus();
@@ -118,6 +116,7 @@ void MainWindow::buildWidgets() {
     m_picScroll->setObjectName("PicScroll");
     m_picScroll->setWidget(m_pic);
     m_picScroll->setBackgroundRole(QPalette::Dark);
+    m_picScroll->setAlignment(Qt::AlignHCenter | Qt::AlignTop); // a wide window centres the page
     column->addWidget(m_picScroll, 1);
 
     m_record = new QLineEdit(central);
@@ -149,7 +148,10 @@ void MainWindow::buildDocks() {
     auto* playDock = new QDockWidget("Playback", this);
     playDock->setObjectName("PlaybackDock");
     m_playPanel = new PlaybackPanel(*m_playback, playDock);
-    playDock->setWidget(m_playPanel);
+    auto* playScroll = new QScrollArea(playDock); // on a small screen it scrolls, never cut off
+    playScroll->setWidget(m_playPanel);
+    playScroll->setWidgetResizable(true);
+    playDock->setWidget(playScroll);
     playDock->setMaximumWidth(360);
     addDockWidget(Qt::RightDockWidgetArea, playDock);
 
@@ -167,6 +169,7 @@ void MainWindow::buildDocks() {
     dl->addWidget(m_descriptText);
     descDock->setWidget(desc);
     addDockWidget(Qt::RightDockWidgetArea, descDock);
+    fitDocks();
 }
 
 void MainWindow::buildMenus() {
@@ -191,6 +194,8 @@ void MainWindow::buildMenus() {
     add(file, "ExitImage", "E&xit", [this] { close(); });
     QMenu* insert = menuBar()->addMenu("&Insert");
     add(insert, "InsertScale", "&Key signature (dastgah)...", [this] { insertScale(); });
+    add(insert, "InsertTextLine", "&Text line\tShift+F5", [this] { insertTextLine(false); });
+    add(insert, "InsertLyric", "&Lyric under the note\tShift+F6", [this] { insertTextLine(true); });
     QMenu* view = menuBar()->addMenu("&View");
     add(view, "PageView", "&Page view", [this] { setViewMode(0); });
     add(view, "WorkingView", "&Working view", [this] { setViewMode(1); });
@@ -345,6 +350,7 @@ void MainWindow::afterEdit(int oldLine, int oldGeneration) {
     followCursor();
     setWindowTitle(scoreTitle());
     setWindowModified(m_doc.DirtyFlag);
+    syncPenNotice();
 }
 
 void MainWindow::syncFrames() {
@@ -464,6 +470,11 @@ void MainWindow::descriptionToPanel() {
     m_descriptLabel->setText(shown.trimmed());
     const QSignalBlocker block(m_descriptText);
     m_descriptText->setPlainText(shown);
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    fitDocks();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

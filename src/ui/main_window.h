@@ -62,6 +62,10 @@ public:
     void importMidi();
     // The scales frame; true when line 1 took a signature.
     bool insertScale();
+    // Insert > Text line and Insert > Lyric under the note, in the editor.
+    void insertTextLine(bool lyric);
+    // The pen holds a change that the line under the cursor has not taken.
+    bool penPending() const;
 
     // A key of the score view, as the palette and the keyboard send it.
     void editorKey(EditorKey key);
@@ -81,6 +85,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     friend class WindowHost;
@@ -103,6 +108,12 @@ private:
     void showRecentList();
     void descriptionToPanel();
     void pollPlayback();
+    // Before a save or leaving: offers to store the pen. False when the user cancels.
+    bool storePenFirst();
+    void syncPenNotice();
+    void noOutputNotice();
+    // The docks narrow on a small window so that the score keeps most of it.
+    void fitDocks();
 
     core::Session m_session;
     core::Document m_doc;

@@ -1,6 +1,8 @@
 // The window's commands beyond files and leaving: MIDI export and import, and the key
 // signatures of the scales frame.
 
+#include <QDockWidget>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <filesystem>
@@ -9,6 +11,7 @@
 #include "core/app_folder.h"
 #include "core/session.h"
 #include "edit/editor.h"
+#include "edit/key_codes.h"
 #include "midifile/midi_import.h"
 #include "play/pitch_table.h"
 #include "play/tuning.h"
@@ -116,6 +119,67 @@ bool MainWindow::insertScale() {
     m_editor->TakeSnapshot();
     setViewMode(m_layout.options().ViewMode);
     return true;
+}
+
+void MainWindow::insertTextLine(bool lyric) {
+    if (m_editor->EditMode != 1) editorKey({edit::Key::Letter('E'), edit::Shift::Ctrl});
+    editorKey({edit::Key::F(lyric ? 6 : 5), edit::Shift::Shift});
+}
+
+namespace {
+
+std::string TrimRight(std::string text) {
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+    return text;
+}
+
+const char* const kPenNotice = "Enter stores the note";
+
+} // namespace
+
+bool MainWindow::penPending() const {
+    const core::ScoreSheet& sheet = m_doc.Sheet;
+    if (m_editor->EditMode != 1 || sheet.CurrentLine < 4 || sheet.CurrentLine > sheet.LastLine) return false;
+    return TrimRight(sheet[0].text()) != TrimRight(sheet[sheet.CurrentLine].text());
+}
+
+void MainWindow::syncPenNotice() {
+    if (penPending())
+        statusBar()->showMessage(kPenNotice);
+    else if (statusBar()->currentMessage() == kPenNotice)
+        statusBar()->clearMessage();
+}
+
+bool MainWindow::storePenFirst() {
+    if (!penPending()) return true;
+    switch (m_dialogs->question("Tahrir", "The note in the pen is not stored yet. Store it first ?", true)) {
+    case Answer::Cancel: return false;
+    case Answer::Yes: editorKey({edit::Key::Enter, edit::Shift::None}); break;
+    case Answer::No: break;
+    }
+    return true;
+}
+
+// Said once, in the status bar and on the playback panel, with the way to get sound.
+void MainWindow::noOutputNotice() {
+    const QString text =
+        QString("No sound output: %1. Install a General MIDI sound font (Debian package "
+                "fluid-soundfont-gm) or start a MIDI synthesiser, then start Tahrir again.")
+            .arg(QString::fromStdString(m_playback->outputDescription()));
+    statusBar()->showMessage(text, 20000);
+    m_playPanel->showNoOutput(text);
+}
+
+void MainWindow::fitDocks() {
+    const bool small = width() < 1280;
+    const int side = small ? 190 : 340;
+    auto* palette = findChild<QDockWidget*>("PaletteDock");
+    auto* play = findChild<QDockWidget*>("PlaybackDock");
+    auto* desc = findChild<QDockWidget*>("DescriptionDock");
+    if (!palette || !play || !desc) return;
+    if (auto* scroll = qobject_cast<QScrollArea*>(palette->widget())) scroll->setMinimumWidth(small ? 120 : 340);
+    for (QDockWidget* dock : {play, desc}) dock->setMinimumWidth(small ? 150 : 240);
+    resizeDocks({palette, play}, {side, side}, Qt::Horizontal);
 }
 
 } // namespace tahrir::ui
