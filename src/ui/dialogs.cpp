@@ -4,7 +4,11 @@
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QInputDialog>
+#include <QDir>
+#include <QFileInfo>
 #include <QMessageBox>
+#include <QSettings>
+#include <QStandardPaths>
 
 #include "ui/midi_import_frame.h"
 #include "ui/scales_frame.h"
@@ -12,7 +16,22 @@
 namespace tahrir::ui {
 
 namespace {
+
 QString Q(const std::string& s) { return QString::fromStdString(s); }
+
+constexpr const char* kLastFolderKey = "dialogs/lastFolder";
+
+// The folder a file dialog starts in: the one last used, else the user's documents.
+QString StartFolder() {
+    const QString last = QSettings().value(kLastFolderKey).toString();
+    if (!last.isEmpty() && QFileInfo(last).isDir()) return last;
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+void RememberFolder(const QString& path) {
+    if (!path.isEmpty()) QSettings().setValue(kLastFolderKey, QFileInfo(path).absolutePath());
+}
+
 } // namespace
 
 std::optional<std::string> QtDialogs::input(const std::string& title, const std::string& prompt,
@@ -36,12 +55,21 @@ Answer QtDialogs::question(const std::string& title, const std::string& text, bo
 }
 
 std::string QtDialogs::openFile(const std::string& title, const std::string& filter) {
-    return QFileDialog::getOpenFileName(m_parent, Q(title), {}, Q(filter)).toStdString();
+    const QString path = QFileDialog::getOpenFileName(m_parent, Q(title), StartFolder(), Q(filter));
+    RememberFolder(path);
+    return path.toStdString();
 }
 
+// A score that has a folder of its own is saved there by default; a new one in the folder
+// last used.
 std::string QtDialogs::saveFile(const std::string& title, const std::string& filter,
                                 const std::string& preset) {
-    return QFileDialog::getSaveFileName(m_parent, Q(title), Q(preset), Q(filter)).toStdString();
+    const QFileInfo info(Q(preset));
+    const bool placed = !preset.empty() && info.isAbsolute() && info.absoluteDir().exists();
+    const QString start = placed ? info.absoluteFilePath() : StartFolder() + "/" + info.fileName();
+    const QString path = QFileDialog::getSaveFileName(m_parent, Q(title), start, Q(filter));
+    RememberFolder(path);
+    return path.toStdString();
 }
 
 std::optional<std::string> QtDialogs::font() {

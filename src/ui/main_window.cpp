@@ -182,8 +182,8 @@ void MainWindow::buildMenus() {
     };
     add(file, "NewImage", "&New...", [this] { NewImage(); });
     add(file, "LoadFile", "&Open...", [this] { LoadFile(0); });
-    add(file, "RecentFiles", "&Recent files", [this] { LoadFile(1); });
-    add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
+    QAction* save = add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
+    buildFileExtras(file, save);
     file->addSeparator();
     add(file, "ImportMidi", "&Import MIDI...", [this] { importMidi(); });
     QMenu* exportMenu = file->addMenu("&Export");
@@ -192,6 +192,7 @@ void MainWindow::buildMenus() {
     add(exportMenu, "ExportMidiMicrotonal", "MIDI (&microtonal, keeps quarter tones)...", [this] { exportMidi(1); });
     file->addSeparator();
     add(file, "ExitImage", "E&xit", [this] { close(); });
+    buildEditMenu();
     QMenu* insert = menuBar()->addMenu("&Insert");
     add(insert, "InsertScale", "&Key signature (dastgah)...", [this] { insertScale(); });
     add(insert, "InsertTextLine", "&Text line\tShift+F5", [this] { insertTextLine(false); });
@@ -206,6 +207,7 @@ void MainWindow::buildMenus() {
             m_layout.options().ShowAllLines = true;
             setZoom(i - 1);
         });
+    assignMenuKeys();
 }
 
 void MainWindow::wireEditor() {

@@ -15,7 +15,9 @@
 
 class QCheckBox;
 class QLabel;
+class QAction;
 class QLineEdit;
+class QMenu;
 class QListWidget;
 class QPlainTextEdit;
 class QScrollArea;
@@ -66,6 +68,7 @@ public:
     void insertTextLine(bool lyric);
     // The pen holds a change that the line under the cursor has not taken.
     bool penPending() const;
+    bool saveAs();
 
     // A key of the score view, as the palette and the keyboard send it.
     void editorKey(EditorKey key);
@@ -114,6 +117,10 @@ private:
     void noOutputNotice();
     // The docks narrow on a small window so that the score keeps most of it.
     void fitDocks();
+    void buildFileExtras(QMenu* file, QAction* save);
+    void buildEditMenu();
+    void fillRecentMenu();
+    void assignMenuKeys();
 
     core::Session m_session;
     core::Document m_doc;
@@ -140,6 +147,7 @@ private:
     QListWidget* m_recent = nullptr;
     QLineEdit* m_record = nullptr; // RCDTxt, the pen's raw text
     QSlider* m_zoom = nullptr;
+    QMenu* m_recentMenu = nullptr;
     QTimer* m_playTimer = nullptr;
     bool m_rangeChosen = false; // the user picked measures to play
     bool m_closing = false;

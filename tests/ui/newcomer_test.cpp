@@ -2,6 +2,7 @@
 // instrument buttons, the menu's text lines, and the usage without a display.
 
 #include <QAction>
+#include <QMenu>
 #include <algorithm>
 #include <QStatusBar>
 #include <QToolButton>
@@ -12,6 +13,7 @@
 #include "core/session_tables.h"
 #include "edit/editor.h"
 #include "play/midi_message.h"
+#include "ui/key_translate.h"
 #include "ui/playback.h"
 #include "ui_test_support.h"
 
@@ -87,6 +89,51 @@ TEST_F(Newcomer, MenuAddsATextLineAndALyricFromTheViewer) {
     }
     EXPECT_EQ(count("L>"), texts + 1);
     EXPECT_EQ(count("Lv"), lyrics + 1);
+}
+
+TEST_F(Newcomer, MenuKeysAreNoneOfTheEditorsKeys) {
+    rig.enterEditor();
+    rig.key(Qt::Key_Right, Qt::NoModifier, 4);
+    edit::Editor& ed = rig.window->editor();
+    int checked = 0;
+    for (QAction* a : rig.window->findChildren<QAction*>()) {
+        const QKeySequence keys = a->shortcut();
+        if (keys.isEmpty()) continue;
+        const auto key = TranslateKey(keys[0].key(), keys[0].keyboardModifiers());
+        ASSERT_TRUE(key) << keys.toString().toStdString();
+        const std::string pen = doc().Sheet[0].text();
+        const int line = doc().Sheet.CurrentLine, last = doc().Sheet.LastLine, runs = ed.LineStateRuns;
+        ed.keyPress(key->key, key->shift);
+        EXPECT_EQ(ed.KeyOutcome, -4) << keys.toString().toStdString();
+        EXPECT_EQ(doc().Sheet[0].text(), pen) << keys.toString().toStdString();
+        EXPECT_EQ(ed.LineStateRuns, runs) << keys.toString().toStdString();
+        EXPECT_EQ(doc().Sheet.CurrentLine, line);
+        EXPECT_EQ(doc().Sheet.LastLine, last);
+        ++checked;
+    }
+    EXPECT_GE(checked, 5);
+}
+
+TEST_F(Newcomer, SaveAsTheRecentMenuAndTheEditMenu) {
+    const std::string copy = (rig.folder.path() / "copy.srv").string();
+    rig.dialogs.savePaths = {copy};
+    rig.window->findChild<QAction*>("SaveAs")->trigger();
+    EXPECT_EQ(doc().CurrentFileName, copy);
+    EXPECT_TRUE(std::filesystem::exists(copy));
+    rig.window->findChild<QAction*>("SaveAs")->trigger(); // Cancel saves nothing
+    auto* recent = rig.window->findChild<QMenu*>("RecentMenu");
+    ASSERT_NE(recent, nullptr);
+    emit recent->aboutToShow();
+    ASSERT_FALSE(recent->actions().isEmpty());
+    EXPECT_EQ(recent->actions().front()->text().toStdString(), copy);
+
+    const int last = doc().Sheet.LastLine;
+    rig.window->findChild<QAction*>("InsertTextLine")->trigger();
+    ASSERT_EQ(doc().Sheet.LastLine, last + 1);
+    rig.window->findChild<QAction*>("EditUndo")->trigger();
+    EXPECT_EQ(doc().Sheet.LastLine, last);
+    rig.window->findChild<QAction*>("EditRedo")->trigger();
+    EXPECT_EQ(doc().Sheet.LastLine, last + 1);
 }
 
 TEST(DesktopProgram, HelpPrintsUsageWithoutADisplay) {
