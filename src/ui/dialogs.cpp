@@ -9,8 +9,10 @@
 #include <QMessageBox>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include "ui/midi_import_frame.h"
+#include "ui/open_preview.h"
 #include "ui/scales_frame.h"
 
 namespace tahrir::ui {
@@ -54,8 +56,30 @@ Answer QtDialogs::question(const std::string& title, const std::string& text, bo
     return r == QMessageBox::Yes ? Answer::Yes : r == QMessageBox::No ? Answer::No : Answer::Cancel;
 }
 
+QtDialogs::QtDialogs(QWidget* parent) : m_parent(parent) {
+    // Qt's own file dialog takes a while to build: it is made once the window is idle, so
+    // that opening it later is quick.
+    if (m_parent) QTimer::singleShot(500, m_parent, [this] { scoreDialog(); });
+}
+
+QtDialogs::~QtDialogs() = default;
+
+OpenPreviewDialog& QtDialogs::scoreDialog() {
+    if (!m_scoreDialog) m_scoreDialog = std::make_unique<OpenPreviewDialog>(m_parent, QString(), StartFolder(), QString());
+    return *m_scoreDialog;
+}
+
 std::string QtDialogs::openFile(const std::string& title, const std::string& filter) {
-    const QString path = QFileDialog::getOpenFileName(m_parent, Q(title), StartFolder(), Q(filter));
+    QString path;
+    if (Q(filter).contains("*.srv")) { // scores get the dialog with the preview
+        OpenPreviewDialog& dialog = scoreDialog();
+        dialog.setWindowTitle(Q(title));
+        dialog.setDirectory(StartFolder());
+        dialog.setNameFilter(Q(filter));
+        if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) path = dialog.selectedFiles().front();
+    } else {
+        path = QFileDialog::getOpenFileName(m_parent, Q(title), StartFolder(), Q(filter));
+    }
     RememberFolder(path);
     return path.toStdString();
 }

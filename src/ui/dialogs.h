@@ -3,6 +3,7 @@
 // from a script so that nothing waits for a person.
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +11,10 @@
 #include "midifile/midi_reader.h"
 
 class QWidget;
+
+namespace tahrir::ui {
+class OpenPreviewDialog;
+}
 
 namespace tahrir::ui {
 
@@ -41,7 +46,8 @@ public:
 // Modal Qt dialogs over `parent`.
 class QtDialogs : public Dialogs {
 public:
-    explicit QtDialogs(QWidget* parent) : m_parent(parent) {}
+    explicit QtDialogs(QWidget* parent);
+    ~QtDialogs() override;
     std::optional<std::string> input(const std::string& title, const std::string& prompt,
                                      const std::string& defaultText) override;
     void message(const std::string& title, const std::string& text) override;
@@ -55,7 +61,10 @@ public:
                              const std::function<void()>& standardTuning) override;
 
 private:
+    OpenPreviewDialog& scoreDialog();
+
     QWidget* m_parent;
+    std::unique_ptr<OpenPreviewDialog> m_scoreDialog;
 };
 
 } // namespace tahrir::ui
