@@ -94,6 +94,7 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     app.setApplicationName("Tahrir");
     app.setOrganizationName("Tahrir");
+    app.setDesktopFileName("tahrir");
     const Arguments args = Parse(app.arguments());
     if (!args.error.empty()) {
         std::fprintf(stderr, "tahrir: %s\n%s", args.error.c_str(), kUsage);

@@ -70,6 +70,8 @@ MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWin
     wireEditor();
     setWindowTitle("Tahrir");
     resize(1580, 960);
+    m_rememberLayout = options.rememberLayout;
+    if (m_rememberLayout) restoreLayout();
     if (options.output != "none" && !m_playback->hasOutput()) noOutputNotice();
     m_editor->documentReplaced();
     m_pic->pageChanged();
@@ -481,6 +483,7 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (m_closing || ExitImage()) {
+        if (!m_closing && m_rememberLayout) saveLayout();
         m_closing = true;
         event->accept();
     } else {

@@ -44,6 +44,7 @@ struct WindowOptions {
     std::filesystem::path appFolder;
     std::string output = "auto"; // the player's output: auto, midi, synth, none
     Dialogs* dialogs = nullptr;  // null: the Qt dialogs
+    bool rememberLayout = true;  // window geometry and docks kept between runs
 };
 
 class MainWindow : public QMainWindow {
@@ -121,6 +122,9 @@ private:
     void buildEditMenu();
     void fillRecentMenu();
     void assignMenuKeys();
+    // Window geometry and the docks' places, kept in the user's settings.
+    void restoreLayout();
+    void saveLayout();
 
     core::Session m_session;
     core::Document m_doc;
@@ -151,6 +155,7 @@ private:
     QTimer* m_playTimer = nullptr;
     bool m_rangeChosen = false; // the user picked measures to play
     bool m_closing = false;
+    bool m_rememberLayout = true;
 };
 
 } // namespace tahrir::ui

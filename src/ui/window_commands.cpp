@@ -4,6 +4,7 @@
 #include <QDockWidget>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSettings>
 #include <QStatusBar>
 #include <filesystem>
 
@@ -180,6 +181,18 @@ void MainWindow::fitDocks() {
     if (auto* scroll = qobject_cast<QScrollArea*>(palette->widget())) scroll->setMinimumWidth(small ? 120 : 340);
     for (QDockWidget* dock : {play, desc}) dock->setMinimumWidth(small ? 150 : 240);
     resizeDocks({palette, play}, {side, side}, Qt::Horizontal);
+}
+
+void MainWindow::restoreLayout() {
+    const QSettings settings;
+    restoreGeometry(settings.value("window/geometry").toByteArray());
+    restoreState(settings.value("window/docks").toByteArray());
+}
+
+void MainWindow::saveLayout() {
+    QSettings settings;
+    settings.setValue("window/geometry", saveGeometry());
+    settings.setValue("window/docks", saveState());
 }
 
 } // namespace tahrir::ui

@@ -2,7 +2,10 @@
 // instrument buttons, the menu's text lines, and the usage without a display.
 
 #include <QAction>
+#include <QDockWidget>
 #include <QMenu>
+#include <QSettings>
+#include <QStandardPaths>
 #include <algorithm>
 #include <QStatusBar>
 #include <QToolButton>
@@ -134,6 +137,32 @@ TEST_F(Newcomer, SaveAsTheRecentMenuAndTheEditMenu) {
     EXPECT_EQ(doc().Sheet.LastLine, last);
     rig.window->findChild<QAction*>("EditRedo")->trigger();
     EXPECT_EQ(doc().Sheet.LastLine, last + 1);
+}
+
+TEST(DesktopProgram, GeometryAndDocksComeBackOnTheNextRun) {
+    App();
+    QStandardPaths::setTestModeEnabled(true);
+    QSettings().clear();
+    const TempFolder folder;
+    ScriptedDialogs dialogs;
+    WindowOptions options;
+    options.appFolder = folder.path();
+    options.output = "none";
+    options.dialogs = &dialogs;
+    {
+        MainWindow first(options);
+        first.show();
+        first.resize(1000, 700);
+        first.findChild<QDockWidget*>("PlaybackDock")->close();
+        dialogs.answers = {Answer::Yes};
+        ASSERT_TRUE(first.close());
+    }
+    MainWindow second(options);
+    second.show();
+    EXPECT_EQ(second.size(), QSize(1000, 700));
+    EXPECT_FALSE(second.findChild<QDockWidget*>("PlaybackDock")->isVisible());
+    EXPECT_TRUE(second.findChild<QDockWidget*>("PaletteDock")->isVisible());
+    QSettings().clear();
 }
 
 TEST(DesktopProgram, HelpPrintsUsageWithoutADisplay) {

@@ -25,6 +25,7 @@ WindowRig::WindowRig() {
     std::filesystem::create_directories(options.appFolder);
     options.output = "none";
     options.dialogs = &dialogs;
+    options.rememberLayout = false;
     window = std::make_unique<MainWindow>(options);
     window->resize(1400, 900);
     window->show(); // buttons take clicks only with a size
