@@ -209,6 +209,7 @@ void MainWindow::buildMenus() {
             m_layout.options().ShowAllLines = true;
             setZoom(i - 1);
         });
+    buildHelpMenu();
     assignMenuKeys();
 }
 

@@ -120,6 +120,7 @@ private:
     void fitDocks();
     void buildFileExtras(QMenu* file, QAction* save);
     void buildEditMenu();
+    void buildHelpMenu();
     void fillRecentMenu();
     void assignMenuKeys();
     // Window geometry and the docks' places, kept in the user's settings.

@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QTabWidget>
 #include <filesystem>
 
 #include "core/load_file.h"
@@ -15,6 +16,7 @@
 #include "edit/editor.h"
 #include "edit/key_codes.h"
 #include "ui/dialogs.h"
+#include "ui/help_window.h"
 #include "ui/main_window.h"
 
 namespace tahrir::ui {
@@ -108,6 +110,20 @@ void MainWindow::buildEditMenu() {
             editorKey(key);
         });
     }
+}
+
+// Help: the key map and About, in one window on two tabs.
+void MainWindow::buildHelpMenu() {
+    QMenu* menu = menuBar()->addMenu("&Help");
+    menu->setObjectName("HelpMenu");
+    const auto open = [this](int tab) {
+        HelpWindow help(m_session.PaletteHints, this);
+        if (auto* tabs = help.findChild<QTabWidget*>()) tabs->setCurrentIndex(tab);
+        help.exec();
+    };
+    QAction* keys = Entry(menu, "HelpKeys", "&Keys and palette...", "Alt+F1");
+    connect(keys, &QAction::triggered, this, [open] { open(0); });
+    connect(Entry(menu, "HelpAbout", "&About Tahrir..."), &QAction::triggered, this, [open] { open(2); });
 }
 
 } // namespace tahrir::ui

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTest>
 #include <QToolButton>
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include "play/tuning.h"
 #include "smf_builder.h"
 #include "temp_folder.h"
+#include "ui/help_window.h"
 #include "ui/midi_import_frame.h"
 #include "ui/playback.h"
 #include "ui/scales_frame.h"
@@ -144,6 +146,27 @@ TEST(WindowFrames, TrackAndScalesFramesChooseAndOpenFast) {
     scales.list()->setCurrentRow(1);
     QTest::mouseClick(scales.findChild<QPushButton*>("CmdOkScales"), Qt::LeftButton);
     EXPECT_EQ(scales.chosen(), 1);
+}
+
+TEST(WindowFrames, HelpListsEveryPaletteEntryWithItsKeyAndHint) {
+    WindowRig rig;
+    QElapsedTimer clock;
+    clock.start();
+    HelpWindow help(rig.window->session().PaletteHints);
+    help.show();
+    QApplication::processEvents();
+    EXPECT_LT(clock.elapsed(), 100);
+    QTableWidget* palette = help.paletteTable();
+    ASSERT_EQ(palette->rowCount(), 73);
+    int hinted = 0;
+    for (int r = 0; r < palette->rowCount(); ++r) {
+        EXPECT_FALSE(palette->item(r, 2)->text().isEmpty()) << r;
+        hinted += !palette->item(r, 3)->text().trimmed().isEmpty();
+    }
+    EXPECT_GE(hinted, 70);
+    for (int r = 0; r < help.keyTable()->rowCount(); ++r)
+        EXPECT_FALSE(help.keyTable()->item(r, 2)->text().isEmpty()) << "Persian for row " << r;
+    EXPECT_TRUE(AboutText().contains("SIL Open Font License"));
 }
 
 } // namespace
