@@ -28,6 +28,7 @@
 #include "ui/palette_panel.h"
 #include "ui/playback.h"
 #include "ui/playback_panel.h"
+#include "ui/reference_strip.h"
 #include "ui/score_view.h"
 #include "ui/text_frames.h"
 #include "ui/window_services.h"
@@ -112,6 +113,9 @@ void MainWindow::buildWidgets() {
     m_recent->setMaximumHeight(160);
     m_recent->hide();
     column->addWidget(m_recent);
+
+    m_strip = new ReferenceStrip(central);
+    column->addWidget(m_strip);
 
     m_pic = new ScoreView(*m_editor, m_layout, core::MusicFontIn(m_session.AppFolder, m_session.MusicFontFile));
     m_picScroll = new QScrollArea(central);
@@ -202,6 +206,7 @@ void MainWindow::buildMenus() {
     QMenu* view = menuBar()->addMenu("&View");
     add(view, "PageView", "&Page view", [this] { setViewMode(0); });
     add(view, "WorkingView", "&Working view", [this] { setViewMode(1); });
+    add(view, "CmdJpg", "&Reference image...", [this] { cmdJpg(); });
     view->addSeparator();
     // ViewFont entries: the view's size is the entry's index less one.
     for (int i = 2; i <= 7; ++i)
@@ -441,6 +446,7 @@ void MainWindow::syncPositions() {
 
 void MainWindow::setViewMode(int mode) {
     m_layout.options().ViewMode = mode;
+    m_strip->setVisible(mode == 1 && !m_strip->path().isEmpty()); // the picture is a working aid
     core::PositionTable positions;
     m_layout.relayout(m_doc.Sheet, positions);
     syncPositions();

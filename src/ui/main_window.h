@@ -35,6 +35,7 @@ class MeasureStrip;
 class PalettePanel;
 class Playback;
 class PlaybackPanel;
+class ReferenceStrip;
 class ScoreView;
 class TextFrames;
 class WindowHost;
@@ -70,6 +71,9 @@ public:
     // The pen holds a change that the line under the cursor has not taken.
     bool penPending() const;
     bool saveAs();
+    // CmdJpg: shows a reference picture above the sheet, or hides the strip.
+    void cmdJpg();
+    ReferenceStrip* referenceStrip() const { return m_strip; }
 
     // A key of the score view, as the palette and the keyboard send it.
     void editorKey(EditorKey key);
@@ -153,6 +157,7 @@ private:
     QLineEdit* m_record = nullptr; // RCDTxt, the pen's raw text
     QSlider* m_zoom = nullptr;
     QMenu* m_recentMenu = nullptr;
+    ReferenceStrip* m_strip = nullptr;
     QTimer* m_playTimer = nullptr;
     bool m_rangeChosen = false; // the user picked measures to play
     bool m_closing = false;

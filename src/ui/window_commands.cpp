@@ -20,6 +20,7 @@
 #include "ui/main_window.h"
 #include "ui/playback.h"
 #include "ui/playback_panel.h"
+#include "ui/reference_strip.h"
 
 namespace tahrir::ui {
 
@@ -193,6 +194,21 @@ void MainWindow::saveLayout() {
     QSettings settings;
     settings.setValue("window/geometry", saveGeometry());
     settings.setValue("window/docks", saveState());
+}
+
+void MainWindow::cmdJpg() {
+    if (m_strip->isVisible()) { // closing keeps the path
+        m_strip->hide();
+        return;
+    }
+    const std::string path = m_dialogs->openFile("Reference image", "JPG Files (*.jpg *.jpeg *.png)");
+    if (path.empty() || !m_strip->load(QString::fromStdString(path))) {
+        if (!path.empty()) m_dialogs->message("Tahrir", "Can't read the picture " + path);
+        m_strip->clear();
+        m_strip->hide();
+        return;
+    }
+    m_strip->show();
 }
 
 } // namespace tahrir::ui

@@ -2,7 +2,9 @@
 
 #include <QAction>
 #include <QElapsedTimer>
+#include <QImage>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTableWidget>
@@ -18,6 +20,7 @@
 #include "ui/help_window.h"
 #include "ui/midi_import_frame.h"
 #include "ui/playback.h"
+#include "ui/reference_strip.h"
 #include "ui/scales_frame.h"
 #include "ui_test_support.h"
 
@@ -175,6 +178,41 @@ TEST(WindowFrames, HelpListsEveryPaletteEntryWithItsKeyAndHint) {
     for (int r = 0; r < help.keyTable()->rowCount(); ++r)
         EXPECT_FALSE(help.keyTable()->item(r, 2)->text().isEmpty()) << "Persian for row " << r;
     EXPECT_TRUE(AboutText().contains("SIL Open Font License"));
+}
+
+TEST(WindowReference, StripShowsHidesFollowsTheViewAndDrags) {
+    WindowRig rig;
+    ReferenceStrip* strip = rig.window->referenceStrip();
+    QImage picture(800, 400, QImage::Format_RGB32);
+    picture.fill(Qt::darkGray);
+    const std::string jpg = (rig.folder.path() / "scan.jpg").string();
+    ASSERT_TRUE(picture.save(QString::fromStdString(jpg)));
+    rig.dialogs.openPaths = {jpg};
+    Trigger(*rig.window, "CmdJpg");
+    ASSERT_TRUE(strip->isVisible());
+    EXPECT_EQ(strip->path().toStdString(), jpg);
+    EXPECT_NEAR(strip->image()->height(), strip->height(), 2); // fitted to the strip
+    const QPoint before = strip->image()->pos();
+    QTest::mousePress(strip, Qt::LeftButton, {}, {100, 100});
+    QMouseEvent move(QEvent::MouseMove, QPointF(140, 110), strip->mapToGlobal(QPointF(140, 110)), Qt::NoButton,
+                     Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(strip, &move);
+    EXPECT_EQ(strip->image()->pos(), before + QPoint(40, 10));
+    strip->setZoom(2 * strip->zoom());
+    EXPECT_NEAR(strip->image()->height(), 2 * strip->height(), 4);
+
+    Trigger(*rig.window, "CmdJpg"); // closing keeps the path
+    EXPECT_FALSE(strip->isVisible());
+    EXPECT_EQ(strip->path().toStdString(), jpg);
+    rig.window->setViewMode(1);
+    EXPECT_TRUE(strip->isVisible());
+    rig.window->setViewMode(0);
+    EXPECT_FALSE(strip->isVisible());
+
+    Trigger(*rig.window, "CmdJpg"); // a cancelled dialog empties the path
+    EXPECT_TRUE(strip->path().isEmpty());
+    rig.window->setViewMode(1);
+    EXPECT_FALSE(strip->isVisible());
 }
 
 } // namespace
