@@ -146,7 +146,6 @@ void MainWindow::buildDocks() {
     auto* paletteScroll = new QScrollArea(paletteDock);
     paletteScroll->setWidget(m_palette);
     paletteScroll->setWidgetResizable(true);
-    paletteScroll->setMinimumWidth(340);
     paletteDock->setMaximumWidth(360);
     paletteDock->setWidget(paletteScroll);
     addDockWidget(Qt::LeftDockWidgetArea, paletteDock);

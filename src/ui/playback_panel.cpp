@@ -24,7 +24,7 @@ QScrollBar* Bar(const char* name, int low, int high, int value, QWidget* parent)
     bar->setObjectName(name);
     bar->setRange(std::min(low, high), std::max(low, high));
     bar->setValue(value);
-    bar->setMinimumWidth(120);
+    bar->setMinimumWidth(60);
     bar->setFocusPolicy(Qt::NoFocus);
     return bar;
 }

@@ -5,6 +5,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSettings>
+#include <QTimer>
 #include <QStatusBar>
 #include <filesystem>
 
@@ -172,16 +173,24 @@ void MainWindow::noOutputNotice() {
     m_playPanel->showNoOutput(text);
 }
 
+// Below 1280 pixels the three docks share one column as tabs, so that the score keeps
+// the rest of the window; wider, the playback and description docks go back to the right.
 void MainWindow::fitDocks() {
-    const bool small = width() < 1280;
-    const int side = small ? 190 : 340;
     auto* palette = findChild<QDockWidget*>("PaletteDock");
     auto* play = findChild<QDockWidget*>("PlaybackDock");
     auto* desc = findChild<QDockWidget*>("DescriptionDock");
     if (!palette || !play || !desc) return;
-    if (auto* scroll = qobject_cast<QScrollArea*>(palette->widget())) scroll->setMinimumWidth(small ? 120 : 340);
-    for (QDockWidget* dock : {play, desc}) dock->setMinimumWidth(small ? 150 : 240);
-    resizeDocks({palette, play}, {side, side}, Qt::Horizontal);
+    const bool small = width() < 1280;
+    if (property("smallLayout").toBool() == small) return;
+    setProperty("smallLayout", small);
+    if (small) {
+        tabifyDockWidget(palette, play);
+        tabifyDockWidget(palette, desc);
+        palette->raise();
+    } else {
+        addDockWidget(Qt::RightDockWidgetArea, play);
+        addDockWidget(Qt::RightDockWidgetArea, desc);
+    }
 }
 
 void MainWindow::restoreLayout() {

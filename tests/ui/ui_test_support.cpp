@@ -9,7 +9,7 @@ namespace tahrir::ui::test {
 
 QApplication& App() {
     static QApplication* app = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
         static int argc = 1;
         static char name[] = "tahrir-ui-test";
         static char* argv[] = {name, nullptr};
