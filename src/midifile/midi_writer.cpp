@@ -57,8 +57,8 @@ bool AppendDelta(Bytes& out, long long value) {
     return true;
 }
 
-long long SecondsToTicks(double seconds) {
-    const double ticks = std::nearbyint(seconds * 1000 * 0.96);
+long long SecondsToTicks(double seconds, double tempo) {
+    const double ticks = std::nearbyint(seconds * 8 * tempo);
     if (!std::isfinite(ticks) || ticks > 1e15 || ticks < -1e15) return -1;
     return static_cast<long long>(ticks);
 }
@@ -81,7 +81,7 @@ WriteResult WriteMidiFile(const std::vector<EventRecord>& records, double tempo)
     Append(out, {0x00, 0xFF, 0x58, 0x04, 0x04, 0x02, 0x18, 0x20});
     for (std::size_t i = 0; i < records.size(); ++i) {
         const EventRecord& r = records[i];
-        const long long ticks = SecondsToTicks(r.seconds);
+        const long long ticks = SecondsToTicks(r.seconds, tempo);
         if (ticks < 0) return {{}, RecordError(i, "has a negative or invalid time")};
         if (!AppendDelta(out, ticks))
             return {{}, RecordError(i, "waits " + std::to_string(ticks) +

@@ -27,8 +27,9 @@ struct WriteResult {
 // value does not fit (2097152 or more) or is negative.
 bool AppendDelta(Bytes& out, long long value);
 
-// Ticks of a log record: seconds * 1000 * 0.96, rounded half to even.
-long long SecondsToTicks(double seconds);
+// Ticks of a log record at `tempo` beats a minute with 480 ticks a quarter:
+// seconds * 8 * tempo, rounded half to even, so that the file plays at the speed heard.
+long long SecondsToTicks(double seconds, double tempo);
 
 // The whole file for a play run at `tempo` beats a minute.
 WriteResult WriteMidiFile(const std::vector<EventRecord>& records, double tempo);

@@ -69,6 +69,7 @@ void MainWindow::NewImage() {
     m_rangeChosen = false;
     documentLoaded();
     if (made.status == core::NewScoreStatus::Made) {
+        insertScale(); // a new score may start in a dastgah
         if (m_editor->EditMode != 1) m_editor->editorClick();
         editorKey({edit::Key::Home, 0});
     }
@@ -149,7 +150,8 @@ void MainWindow::reload() {
 // The score was replaced: the editor starts afresh and every control follows.
 void MainWindow::documentLoaded() {
     const bool editing = m_editor->EditMode == 1;
-    const double tempo = m_doc.TempoSlider > 0 ? m_doc.TempoSlider : m_doc.CurrentTempo;
+    // The score's own tempo, also for a new score, goes to the tempo bar.
+    const double tempo = m_doc.CurrentTempo > 0 ? m_doc.CurrentTempo : m_doc.TempoSlider;
     m_editor->LiveTempo = std::clamp(static_cast<int>(tempo), 20, 320);
     m_editor->documentReplaced();
     if (editing && m_doc.Sheet.CurrentLine < 4 && m_doc.Sheet.LastLine >= 4) m_doc.Sheet.CurrentLine = 4;
@@ -167,6 +169,7 @@ void MainWindow::showRecentList() {
 }
 
 bool MainWindow::SaveImage() {
+    if (!storePenFirst()) return false;
     if (m_editor->textFrame.visible || m_editor->commandFrame.visible) m_pic->setFocus();
     QApplication::beep();
     QLabel* label = m_playPanel->pauseLabel();
@@ -192,6 +195,7 @@ bool MainWindow::SaveImage() {
 }
 
 bool MainWindow::ExitImage() {
+    if (!storePenFirst()) return false;
     if (!settleUnsaved("File has been changed !")) return false;
     if (m_dialogs->question("Tahrir", "Do you want to Exit ?", false) != Answer::Yes) return false;
     m_playback->stopClick();

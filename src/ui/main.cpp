@@ -69,13 +69,35 @@ protected:
 
 } // namespace
 
+constexpr const char* kUsage =
+    "usage: tahrir [SCORE.srv] [--app-folder DIR] [--no-splash]\n"
+    "  SCORE.srv          the score to open\n"
+    "  --app-folder DIR   the data folder (default $TAHRIR_APP_FOLDER, else ~/.local/share/tahrir)\n"
+    "  --no-splash        start without the splash picture\n"
+    "  -h, --help         print this help and leave\n"
+    "Environment: TAHRIR_MIDI_OUT=auto|midi|synth|none chooses the sound output.\n";
+
+// --help is answered before any window system is needed.
+static bool AsksForHelp(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--help" || arg == "-h") return true;
+    }
+    return false;
+}
+
 int main(int argc, char** argv) {
+    if (AsksForHelp(argc, argv)) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
     QApplication app(argc, argv);
     app.setApplicationName("Tahrir");
+    app.setOrganizationName("Tahrir");
+    app.setDesktopFileName("tahrir");
     const Arguments args = Parse(app.arguments());
     if (!args.error.empty()) {
-        std::fprintf(stderr, "tahrir: %s\nusage: tahrir [SCORE.srv] [--app-folder DIR] [--no-splash]\n",
-                     args.error.c_str());
+        std::fprintf(stderr, "tahrir: %s\n%s", args.error.c_str(), kUsage);
         return 1;
     }
     const tahrir::core::AppFolderResult folder = tahrir::core::PrepareAppFolder(args.appFolder);

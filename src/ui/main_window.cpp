@@ -30,6 +30,7 @@
 #include "ui/palette_panel.h"
 #include "ui/playback.h"
 #include "ui/playback_panel.h"
+#include "ui/reference_strip.h"
 #include "ui/score_view.h"
 #include "ui/text_frames.h"
 #include "ui/window_services.h"
@@ -72,9 +73,9 @@ MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWin
     wireEditor();
     setWindowTitle("Tahrir");
     resize(1580, 960);
-    if (options.output != "none" && !m_playback->hasOutput())
-        statusBar()->showMessage(QString("Open MIDI Out failed (%1)")
-                                     .arg(QString::fromStdString(m_playback->outputDescription())));
+    m_rememberLayout = options.rememberLayout;
+    if (m_rememberLayout) restoreLayout();
+    if (options.output != "none" && !m_playback->hasOutput()) noOutputNotice();
     m_editor->documentReplaced();
     m_pic->pageChanged();
     m_pic->setFocus();
@@ -115,11 +116,15 @@ void MainWindow::buildWidgets() {
     m_recent->hide();
     column->addWidget(m_recent);
 
+    m_strip = new ReferenceStrip(central);
+    column->addWidget(m_strip);
+
     m_pic = new ScoreView(*m_editor, m_layout, core::MusicFontIn(m_session.AppFolder, m_session.MusicFontFile));
     m_picScroll = new QScrollArea(central);
     m_picScroll->setObjectName("PicScroll");
     m_picScroll->setWidget(m_pic);
     m_picScroll->setBackgroundRole(QPalette::Dark);
+    m_picScroll->setAlignment(Qt::AlignHCenter | Qt::AlignTop); // a wide window centres the page
     column->addWidget(m_picScroll, 1);
 
     m_record = new QLineEdit(central);
@@ -143,7 +148,6 @@ void MainWindow::buildDocks() {
     auto* paletteScroll = new QScrollArea(paletteDock);
     paletteScroll->setWidget(m_palette);
     paletteScroll->setWidgetResizable(true);
-    paletteScroll->setMinimumWidth(340);
     paletteDock->setMaximumWidth(360);
     paletteDock->setWidget(paletteScroll);
     addDockWidget(Qt::LeftDockWidgetArea, paletteDock);
@@ -151,7 +155,10 @@ void MainWindow::buildDocks() {
     auto* playDock = new QDockWidget("Playback", this);
     playDock->setObjectName("PlaybackDock");
     m_playPanel = new PlaybackPanel(*m_playback, playDock);
-    playDock->setWidget(m_playPanel);
+    auto* playScroll = new QScrollArea(playDock); // on a small screen it scrolls, never cut off
+    playScroll->setWidget(m_playPanel);
+    playScroll->setWidgetResizable(true);
+    playDock->setWidget(playScroll);
     playDock->setMaximumWidth(360);
     addDockWidget(Qt::RightDockWidgetArea, playDock);
 
@@ -169,6 +176,7 @@ void MainWindow::buildDocks() {
     dl->addWidget(m_descriptText);
     descDock->setWidget(desc);
     addDockWidget(Qt::RightDockWidgetArea, descDock);
+    fitDocks();
 }
 
 void MainWindow::buildMenus() {
@@ -181,21 +189,33 @@ void MainWindow::buildMenus() {
     };
     add(file, "NewImage", "&New...", [this] { NewImage(); });
     add(file, "LoadFile", "&Open...", [this] { LoadFile(0); });
-    add(file, "RecentFiles", "&Recent files", [this] { LoadFile(1); });
-    add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
-    add(file, "ExportMusicXml", "Export Music&XML...", [this] {
+    QAction* save = add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
+    buildFileExtras(file, save);
+    file->addSeparator();
+    add(file, "ImportMidi", "&Import MIDI...", [this] { importMidi(); });
+    QMenu* exportMenu = file->addMenu("&Export");
+    exportMenu->setObjectName("ExportMenu");
+    add(exportMenu, "ExportMidi", "&MIDI (plain)...", [this] { exportMidi(0); });
+    add(exportMenu, "ExportMidiMicrotonal", "MIDI (&microtonal, keeps quarter tones)...", [this] { exportMidi(1); });
+    add(exportMenu, "ExportMusicXml", "Music&XML...", [this] {
         statusBar()->showMessage(QString::fromStdString(ExportMusicXmlCommand(
                                      *m_dialogs, m_doc, m_playback->player().controls())),
                                  6000);
     });
     file->addSeparator();
     m_print = new PrintCommands(this, *m_dialogs, [this] { return WindowPageSource(*this); });
-    m_print->addTo(file);
+    m_print->addTo(file, exportMenu);
     file->addSeparator();
     add(file, "ExitImage", "E&xit", [this] { close(); });
+    buildEditMenu();
+    QMenu* insert = menuBar()->addMenu("&Insert");
+    add(insert, "InsertScale", "&Key signature (dastgah)...", [this] { insertScale(); });
+    add(insert, "InsertTextLine", "&Text line\tShift+F5", [this] { insertTextLine(false); });
+    add(insert, "InsertLyric", "&Lyric under the note\tShift+F6", [this] { insertTextLine(true); });
     QMenu* view = menuBar()->addMenu("&View");
     add(view, "PageView", "&Page view", [this] { setViewMode(0); });
     add(view, "WorkingView", "&Working view", [this] { setViewMode(1); });
+    add(view, "CmdJpg", "&Reference image...", [this] { cmdJpg(); });
     view->addSeparator();
     // ViewFont entries: the view's size is the entry's index less one.
     for (int i = 2; i <= 7; ++i)
@@ -203,6 +223,8 @@ void MainWindow::buildMenus() {
             m_layout.options().ShowAllLines = true;
             setZoom(i - 1);
         });
+    buildHelpMenu();
+    assignMenuKeys();
 }
 
 void MainWindow::wireEditor() {
@@ -348,6 +370,7 @@ void MainWindow::afterEdit(int oldLine, int oldGeneration) {
     followCursor();
     setWindowTitle(scoreTitle());
     setWindowModified(m_doc.DirtyFlag);
+    syncPenNotice();
 }
 
 void MainWindow::syncFrames() {
@@ -433,6 +456,7 @@ void MainWindow::syncPositions() {
 
 void MainWindow::setViewMode(int mode) {
     m_layout.options().ViewMode = mode;
+    m_strip->setVisible(mode == 1 && !m_strip->path().isEmpty()); // the picture is a working aid
     core::PositionTable positions;
     m_layout.relayout(m_doc.Sheet, positions);
     syncPositions();
@@ -469,8 +493,14 @@ void MainWindow::descriptionToPanel() {
     m_descriptText->setPlainText(shown);
 }
 
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    fitDocks();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (m_closing || ExitImage()) {
+        if (!m_closing && m_rememberLayout) saveLayout();
         m_closing = true;
         event->accept();
     } else {

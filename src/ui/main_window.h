@@ -15,7 +15,9 @@
 
 class QCheckBox;
 class QLabel;
+class QAction;
 class QLineEdit;
+class QMenu;
 class QListWidget;
 class QPlainTextEdit;
 class QScrollArea;
@@ -34,6 +36,7 @@ class PalettePanel;
 class Playback;
 class PlaybackPanel;
 class PrintCommands;
+class ReferenceStrip;
 class ScoreView;
 class TextFrames;
 class WindowHost;
@@ -43,6 +46,7 @@ struct WindowOptions {
     std::filesystem::path appFolder;
     std::string output = "auto"; // the player's output: auto, midi, synth, none
     Dialogs* dialogs = nullptr;  // null: the Qt dialogs
+    bool rememberLayout = true;  // window geometry and docks kept between runs
 };
 
 class MainWindow : public QMainWindow {
@@ -58,6 +62,19 @@ public:
     bool SaveImage();
     // Both exit questions; true when the program may end.
     bool ExitImage();
+    // File > Export > MIDI, plain (0) or microtonal (1), and File > Import MIDI.
+    void exportMidi(int microtonal);
+    void importMidi();
+    // The scales frame; true when line 1 took a signature.
+    bool insertScale();
+    // Insert > Text line and Insert > Lyric under the note, in the editor.
+    void insertTextLine(bool lyric);
+    // The pen holds a change that the line under the cursor has not taken.
+    bool penPending() const;
+    bool saveAs();
+    // CmdJpg: shows a reference picture above the sheet, or hides the strip.
+    void cmdJpg();
+    ReferenceStrip* referenceStrip() const { return m_strip; }
 
     // A key of the score view, as the palette and the keyboard send it.
     void editorKey(EditorKey key);
@@ -78,6 +95,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     friend class WindowHost;
@@ -100,6 +118,20 @@ private:
     void showRecentList();
     void descriptionToPanel();
     void pollPlayback();
+    // Before a save or leaving: offers to store the pen. False when the user cancels.
+    bool storePenFirst();
+    void syncPenNotice();
+    void noOutputNotice();
+    // The docks narrow on a small window so that the score keeps most of it.
+    void fitDocks();
+    void buildFileExtras(QMenu* file, QAction* save);
+    void buildEditMenu();
+    void buildHelpMenu();
+    void fillRecentMenu();
+    void assignMenuKeys();
+    // Window geometry and the docks' places, kept in the user's settings.
+    void restoreLayout();
+    void saveLayout();
 
     core::Session m_session;
     core::Document m_doc;
@@ -127,9 +159,12 @@ private:
     QListWidget* m_recent = nullptr;
     QLineEdit* m_record = nullptr; // RCDTxt, the pen's raw text
     QSlider* m_zoom = nullptr;
+    QMenu* m_recentMenu = nullptr;
+    ReferenceStrip* m_strip = nullptr;
     QTimer* m_playTimer = nullptr;
     bool m_rangeChosen = false; // the user picked measures to play
     bool m_closing = false;
+    bool m_rememberLayout = true;
 };
 
 } // namespace tahrir::ui

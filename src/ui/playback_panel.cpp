@@ -25,7 +25,7 @@ QScrollBar* Bar(const char* name, int low, int high, int value, QWidget* parent)
     bar->setObjectName(name);
     bar->setRange(std::min(low, high), std::max(low, high));
     bar->setValue(value);
-    bar->setMinimumWidth(120);
+    bar->setMinimumWidth(60);
     bar->setFocusPolicy(Qt::NoFocus);
     return bar;
 }
@@ -160,18 +160,21 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
 
 void PlaybackPanel::buildInstruments(QGridLayout* grid) {
     play::Player& player = m_playback.player();
-    auto* buttons = new QHBoxLayout;
+    auto* buttons = new QGridLayout;
     const auto& table = core::InstrumentTable();
+    // Each button is labelled with the instrument its click chooses, in two rows of four.
     for (int i = 0; i < 8; ++i) {
         auto* b = new QToolButton(this);
         b->setObjectName("InsImage");
         b->setProperty("index", i);
-        const auto& name = table[static_cast<std::size_t>(i)].name;
-        b->setText(QString::fromUtf8(name.data(), static_cast<int>(name.size())).left(5));
+        const int row = *play::ProgramIndexOfButton(i) - 1;
+        const auto& name = table[static_cast<std::size_t>(row)].name;
+        b->setText(QString::fromUtf8(name.data(), static_cast<int>(name.size())).replace(' ', '\n'));
         b->setToolTip(QString::fromUtf8(name.data(), static_cast<int>(name.size())));
+        b->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
         b->setFocusPolicy(Qt::NoFocus);
         QObject::connect(b, &QToolButton::clicked, this, [&player, i] { player.chooseInstrument(i); });
-        buttons->addWidget(b);
+        buttons->addWidget(b, i / 4, i % 4);
     }
     grid->addLayout(buttons, 7, 0, 1, 3);
     m_instruments = new QComboBox(this);
@@ -208,6 +211,17 @@ void PlaybackPanel::statusChanged() {
     m_pauseCmd->setEnabled(s == PlayStatus::Playing);
     m_stopCmd->setEnabled(s != PlayStatus::Idle);
     m_pause->setVisible(s == PlayStatus::Paused);
+}
+
+void PlaybackPanel::showNoOutput(const QString& text) {
+    if (!m_noOutput) {
+        m_noOutput = new QLabel(this);
+        m_noOutput->setObjectName("NoOutputLabel");
+        m_noOutput->setWordWrap(true);
+        m_noOutput->setStyleSheet("color:#a00000; background:#fff0f0; padding:3px;");
+        static_cast<QGridLayout*>(layout())->addWidget(m_noOutput, 11, 0, 1, 4);
+    }
+    m_noOutput->setText(text);
 }
 
 void PlaybackPanel::setTempo(int tempo) { m_tempo->setValue(std::clamp(tempo, 20, 320)); }

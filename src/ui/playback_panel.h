@@ -31,6 +31,8 @@ public:
     void setTempo(int tempo);
     int tempo() const;
     QLabel* pauseLabel() const { return m_pause; }
+    // A standing word that nothing will sound, and how to change that.
+    void showNoOutput(const QString& text);
 
 private:
     void build();
@@ -52,6 +54,7 @@ private:
     QScrollBar* m_transpose = nullptr;
     QLabel* m_transposeLabel = nullptr;
     QComboBox* m_instruments = nullptr;
+    QLabel* m_noOutput = nullptr;
 };
 
 } // namespace tahrir::ui

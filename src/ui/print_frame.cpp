@@ -201,7 +201,7 @@ std::unique_ptr<QPrintPreviewDialog> PrintCommands::previewDialog(QPrinter& prin
     return preview;
 }
 
-void PrintCommands::addTo(QMenu* file) {
+void PrintCommands::addTo(QMenu* file, QMenu* out) {
     const auto add = [this](QMenu* menu, const char* name, const QString& text, auto slot) {
         QAction* a = menu->addAction(text);
         a->setObjectName(name);
@@ -218,8 +218,6 @@ void PrintCommands::addTo(QMenu* file) {
         QPrinter printer(QPrinter::HighResolution);
         previewDialog(printer)->exec();
     });
-    QMenu* out = file->addMenu("&Export");
-    out->setObjectName("ExportMenu");
     for (const char* ext : {"pdf", "png", "svg", "dxf"}) {
         const QString text = QString("%1...").arg(QString(ext).toUpper());
         add(out, (std::string("Export") + ext).c_str(), text, [this, ext] { exportAs(ext); });

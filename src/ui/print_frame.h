@@ -67,8 +67,8 @@ private:
 class PrintCommands : public QObject {
 public:
     PrintCommands(QWidget* window, Dialogs& dialogs, std::function<PageSource()> source);
-    // Adds Print frame, Print, Print Preview and Export (PDF, PNG, SVG, DXF) to `file`.
-    void addTo(QMenu* file);
+    // Print frame, Print and Print preview into the File menu; PDF, PNG, SVG and DXF into Export.
+    void addTo(QMenu* file, QMenu* exportMenu);
     PrintFrame& frame();
     // The print preview of every page on `printer`, ready to be shown.
     std::unique_ptr<QPrintPreviewDialog> previewDialog(QPrinter& printer);

@@ -152,6 +152,7 @@ void ScoreView::paintOverlay(QPainter& p) {
                           toPixels(band.left + band.width, band.top + band.height)));
     }
     const auto& pos = m_layout.result().positions;
+    paintCursorMark(p);
     if (m_playLine > 0 && m_playLine <= core::MaxLines &&
         pos.LinePosX[static_cast<std::size_t>(m_playLine)] >= 0) {
         const double x = pos.LinePosX[static_cast<std::size_t>(m_playLine)];
@@ -160,6 +161,22 @@ void ScoreView::paintOverlay(QPainter& p) {
         p.setBrush(QColor(0, 160, 0, 70));
         p.drawRect(QRectF(toPixels(x - 0.5, y - 10), toPixels(x + 2.5, y + 2)));
     }
+}
+
+// A red frame under the cursor on every kind of line, also on lines drawn as text or
+// as nothing (then at the nearest line before it that has a place).
+void ScoreView::paintCursorMark(QPainter& p) {
+    if (m_editor.EditMode != 1) return;
+    const auto& pos = m_layout.result().positions;
+    int line = std::min(m_editor.document().Sheet.CurrentLine, core::MaxLines);
+    while (line > 0 && pos.LinePosX[static_cast<std::size_t>(line)] < 0) --line;
+    if (line <= 0) return;
+    const double x = pos.LinePosX[static_cast<std::size_t>(line)];
+    const double y = pos.LinePosY[static_cast<std::size_t>(line)];
+    const bool exact = line == m_editor.document().Sheet.CurrentLine;
+    p.setPen(QPen(QColor(220, 0, 0), 2, exact ? Qt::SolidLine : Qt::DashLine));
+    p.setBrush(Qt::NoBrush);
+    p.drawRect(QRectF(toPixels(x - 1, y - 11), toPixels(x + 3.5, y + 3)));
 }
 
 void ScoreView::keyPressEvent(QKeyEvent* event) {

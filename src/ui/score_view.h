@@ -61,6 +61,7 @@ protected:
 
 private:
     void paintOverlay(QPainter& p);
+    void paintCursorMark(QPainter& p);
 
     edit::Editor& m_editor;
     ViewLayout& m_layout;

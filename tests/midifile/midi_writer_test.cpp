@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "midifile/midi_import.h"
 #include "smf_builder.h"
 #include "temp_folder.h"
 
@@ -61,24 +62,27 @@ TEST(MidiWriter, DeltaFormsOverflowAndTicksFromSeconds) {
     EXPECT_FALSE(AppendDelta(out, 2097152));
     EXPECT_FALSE(AppendDelta(out, -1));
     EXPECT_TRUE(out.empty());
-    // Rounded to the nearest tick; the barline's silence of 1e-7 s is none.
-    const std::pair<double, long long> seconds[] = {{1, 960}, {0.5, 480}, {0.001, 1}, {0.0005, 0}, {1e-7, 0}};
-    for (const auto& [s, ticks] : seconds) EXPECT_EQ(SecondsToTicks(s), ticks) << s;
+    // A beat at any tempo is 480 ticks; rounded half to even; the barline's silence of
+    // 1e-7 s is none.
+    struct Case { double seconds, tempo; long long ticks; };
+    const Case seconds[] = {{1, 60, 480}, {0.5, 120, 480}, {60.0 / 66, 66, 480}, {2, 72, 1152},
+                            {0.003125, 60, 2}, {0.0009375, 60, 0}, {1e-7, 66, 0}};
+    for (const auto& c : seconds) EXPECT_EQ(SecondsToTicks(c.seconds, c.tempo), c.ticks) << c.seconds;
 }
 
 TEST(MidiWriter, EventsUseFixedVelocitiesAndChannelZero) {
-    // A quarter of a second gives 240 ticks: 81 70.
+    // At 60 beats a quarter of a second gives 120 ticks: 78.
     const WriteResult r = WriteMidiFile({{0, 60, 3, 100}, {0.25, 60, 3, 0}, {0, 62, 2, 90}, {2.5, 62, 2, 0}}, 60);
     ASSERT_TRUE(r.ok()) << r.error;
-    const Bytes events = {0x00, 144, 60, 64, 0x81, 0x70, 128, 60, 32,
-                          0x00, 144, 62, 64, 0x92, 0x60, 128, 62, 32, // 2400 ticks
+    const Bytes events = {0x00, 144, 60, 64, 0x78, 128, 60, 32,
+                          0x00, 144, 62, 64, 0x89, 0x30, 128, 62, 32, // 1200 ticks
                           0x00, 0xFF, 0x2F, 0x00};
     EXPECT_EQ(Bytes(r.bytes.end() - static_cast<std::ptrdiff_t>(events.size()), r.bytes.end()), events);
 }
 
 TEST(MidiWriter, BadRecordsAreErrorsWithTheirNumber) {
     const std::pair<EventRecord, std::string> cases[] = {
-        {{2200, 60, 3, 0}, "Event 2 "}, // 2112000 ticks
+        {{4400, 60, 3, 0}, "Event 2 "}, // 2112000 ticks
         {{-1, 60, 3, 0}, "negative"},
         {{0, 128, 3, 0}, "key 128"},
         {{0, -1, 3, 0}, "key -1"},
@@ -108,11 +112,24 @@ TEST(MidiWriter, FileReadsBackThroughTheReader) {
     // Tempo 1000 writes the two-byte form whose filler becomes the next delta: A1 00 is
     // 33 * 128 = 4224 ticks before the time signature.
     MidiFileInfo info;
-    test::Dump(WriteMidiFile({{0, 60, 3, 100}, {0.5, 60, 3, 0}}, 1000).bytes, &info);
+    test::Dump(WriteMidiFile({{0, 60, 3, 100}, {0.03, 60, 3, 0}}, 1000).bytes, &info);
     ASSERT_TRUE(info.complete());
-    EXPECT_EQ(test::Notes(info.MidiTracks[0]), (test::NoteList{{60, 4224, 480}}));
+    EXPECT_EQ(test::Notes(info.MidiTracks[0]), (test::NoteList{{60, 4224, 240}}));
     EXPECT_EQ(info.trackNames[0], "Track 1");
     EXPECT_EQ(info.MidiTempoText, 1000);
+}
+
+TEST(MidiWriter, ImportReadsTheDurationsThatWerePlayed) {
+    // A quarter, an eighth and a dotted half as heard at 66 beats come back as 8, 4 and 24.
+    const double beat = 60.0 / 66;
+    MidiFileInfo info;
+    test::Dump(WriteMidiFile({{0, 60, 3, 100}, {beat, 60, 3, 0}, {0, 62, 3, 100}, {beat / 2, 62, 3, 0},
+                              {0, 64, 3, 100}, {3 * beat, 64, 3, 0}}, 66).bytes, &info);
+    ASSERT_TRUE(info.complete());
+    EXPECT_EQ(info.MidiTempoText, 66);
+    std::vector<int> durations;
+    for (const MidiNote& n : info.MidiTracks[0]) durations.push_back(DurationFor(n.length, info.quarterTicks()));
+    EXPECT_EQ(durations, (std::vector<int>{8, 4, 24}));
 }
 
 TEST(MidiWriter, TestMidComesFromTheLogInTheAppFolder) {

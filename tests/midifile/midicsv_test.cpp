@@ -50,9 +50,9 @@ TEST(MidiCsv, ReadsOurPlainMicrotonalAndGoldenFiles) {
     auto rows = MidiCsv(folder, WriteMidiFile(Log, 60).bytes);
     EXPECT_EQ(Count(rows, "1, 0, Tempo, 1000000"), 1u);
     EXPECT_EQ(Count(rows, "1, 0, Time_signature, 4, 2, 24, 32"), 1u);
-    // Half a second is 480 ticks; the next note off comes 240 later.
-    EXPECT_EQ(Count(rows, "1, 480, Note_off_c, 0, 60, 32"), 1u);
-    EXPECT_EQ(Count(rows, "1, 720, Note_off_c, 0, 63, 32"), 1u);
+    // At 60 beats half a second is 240 ticks; the next note off comes 120 later.
+    EXPECT_EQ(Count(rows, "1, 240, Note_off_c, 0, 60, 32"), 1u);
+    EXPECT_EQ(Count(rows, "1, 360, Note_off_c, 0, 63, 32"), 1u);
 
     rows = MidiCsv(folder, ::tahrir::test::ReadByteVector(std::filesystem::path(TAHRIR_TEST_DATA) / "midifile" /
                                                           "shur_daramad.mid"));

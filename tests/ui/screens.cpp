@@ -14,7 +14,13 @@
 #include "edit/editor.h"
 #include "melody_builder.h"
 #include "ui/print_frame.h"
+#include "midifile/midi_writer.h"
+#include "play/tuning.h"
+#include "ui/midi_import_frame.h"
 #include "ui/palette_panel.h"
+#include "ui/scales_frame.h"
+#include <QListWidget>
+#include <QImage>
 #include "ui/score_view.h"
 #include "ui_test_support.h"
 
@@ -32,6 +38,14 @@ bool SaveWidget(QWidget& w, const std::string& dir, const char* name) {
 }
 
 bool Save(MainWindow& w, const std::string& dir, const char* name) {
+    QApplication::processEvents();
+    const std::string path = dir + "/" + name;
+    const bool ok = w.grab().save(QString::fromStdString(path));
+    std::printf("%s %s\n", ok ? "wrote" : "could not write", path.c_str());
+    return ok;
+}
+
+bool SaveWidget(QWidget& w, const std::string& dir, const char* name) {
     QApplication::processEvents();
     const std::string path = dir + "/" + name;
     const bool ok = w.grab().save(QString::fromStdString(path));
@@ -108,6 +122,46 @@ int main(int argc, char** argv) {
         preview->resize(1200, 900);
         preview->show();
         ok &= SaveWidget(*preview, dir, "ui-print-preview.png");
+    }
+    {
+        // The window's frames: the scales frame, the MIDI track frame, the reference strip
+        // and the window at 800 x 600.
+        WindowRig rig;
+        rig.window->openPath(rig.demoCopy());
+        const auto tuning = tahrir::play::LoadTuning(std::filesystem::path(TAHRIR_DATA_DIR) / "Kookha.tun");
+        std::vector<std::string> names;
+        for (const auto& e : tuning.entries) names.push_back(e.name);
+        ScalesFrame scales(names, [] {});
+        scales.list()->setCurrentRow(14);
+        scales.show();
+        ok &= SaveWidget(scales, dir, "ui-scales-frame.png");
+
+        tahrir::midifile::MidiFileInfo info;
+        const auto bytes = tahrir::midifile::WriteMidiFile(
+            {{0, 60, 3, 100}, {0.5, 60, 3, 0}, {0, 63, 2, 90}, {0.25, 63, 2, 0}, {0, 65, 3, 90}, {1, 65, 3, 0}}, 90);
+        tahrir::midifile::DumpList dump;
+        info = tahrir::midifile::ReadMidiBytes(bytes.bytes, dump);
+        MidiImportFrame import(info, dump.lines);
+        import.show();
+        ok &= SaveWidget(import, dir, "ui-midi-import.png");
+
+        rig.window->resize(1600, 1000);
+        QImage picture(std::filesystem::exists(dir + "/ui-page-view.png") ? QString::fromStdString(dir + "/ui-page-view.png")
+                                                                       : QString());
+        if (picture.isNull()) {
+            picture = QImage(900, 300, QImage::Format_RGB32);
+            picture.fill(Qt::lightGray);
+        }
+        const std::string scan = rig.folder.path().string() + "/scan.png";
+        picture.copy(380, 120, 900, 420).save(QString::fromStdString(scan));
+        rig.dialogs.openPaths = {scan};
+        rig.window->setViewMode(1);
+        rig.window->cmdJpg();
+        ok &= Save(*rig.window, dir, "ui-reference-strip.png");
+        rig.window->cmdJpg();
+        rig.window->setViewMode(0);
+        rig.window->resize(800, 600);
+        ok &= Save(*rig.window, dir, "ui-small-window.png");
     }
     return ok ? 0 : 1;
 }

@@ -9,7 +9,7 @@ namespace tahrir::ui::test {
 
 QApplication& App() {
     static QApplication* app = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
         static int argc = 1;
         static char name[] = "tahrir-ui-test";
         static char* argv[] = {name, nullptr};
@@ -25,6 +25,7 @@ WindowRig::WindowRig() {
     std::filesystem::create_directories(options.appFolder);
     options.output = "none";
     options.dialogs = &dialogs;
+    options.rememberLayout = false;
     window = std::make_unique<MainWindow>(options);
     window->resize(1400, 900);
     window->show(); // buttons take clicks only with a size

@@ -3,6 +3,7 @@
 // answer from a script and keep what they were asked.
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <deque>
 #include <filesystem>
 #include <memory>
@@ -47,6 +48,17 @@ public:
         return next(savePaths, std::string());
     }
     std::optional<std::string> font() override { return std::string("DejaVu Sans"); }
+    // The track frame and the scales frame answer from these; what they were shown is kept.
+    std::deque<std::optional<int>> tracks, scales;
+    std::vector<std::string> trackDump, scaleNames;
+    std::optional<int> midiTrack(const midifile::MidiFileInfo&, const std::vector<std::string>& dump) override {
+        trackDump = dump;
+        return next(tracks, std::optional<int>());
+    }
+    std::optional<int> scale(const std::vector<std::string>& names, const std::function<void()>&) override {
+        scaleNames = names;
+        return next(scales, std::optional<int>());
+    }
 
 private:
     // The next scripted reply, or `fallback` once the script has run out.
@@ -72,5 +84,27 @@ struct WindowRig {
     void key(int qtKey, Qt::KeyboardModifiers modifiers = Qt::NoModifier, int times = 1);
     void enterEditor();
 };
+
+} // namespace tahrir::ui::test
+
+namespace tahrir::ui::test {
+
+// Milliseconds to make, show and paint a widget, the best of three fresh ones, so that a
+// machine busy with other work does not count against the widget.
+template <typename Make>
+long long OpeningMs(Make make) {
+    long long best = -1;
+    for (int i = 0; i < 3; ++i) {
+        QElapsedTimer clock;
+        clock.start();
+        auto widget = make();
+        widget->show();
+        QApplication::processEvents();
+        const long long ms = clock.elapsed();
+        if (best < 0 || ms < best) best = ms;
+        widget->hide();
+    }
+    return best;
+}
 
 } // namespace tahrir::ui::test

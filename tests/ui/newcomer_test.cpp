@@ -1,0 +1,179 @@
+// What a newcomer tripped over: the pen kept silently, the tempo of a new score, the
+// instrument buttons, the menu's text lines, and the usage without a display.
+
+#include <QAction>
+#include <QDockWidget>
+#include <QMenu>
+#include <QSettings>
+#include <QStandardPaths>
+#include <algorithm>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QTest>
+#include <cstdio>
+#include <gtest/gtest.h>
+
+#include "core/session_tables.h"
+#include "edit/editor.h"
+#include "play/midi_message.h"
+#include "ui/key_translate.h"
+#include "ui/playback.h"
+#include "ui_test_support.h"
+
+namespace tahrir::ui::test {
+namespace {
+
+class Newcomer : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(rig.window->openPath(rig.demoCopy())); }
+    const core::Document& doc() { return rig.window->document(); }
+    QString status() { return rig.window->statusBar()->currentMessage(); }
+    WindowRig rig;
+};
+
+TEST_F(Newcomer, APenChangeIsAnnouncedAndOfferedBeforeSaving) {
+    rig.enterEditor();
+    rig.key(Qt::Key_Right, Qt::NoModifier, 4);
+    ASSERT_EQ(doc().Sheet[8].text().substr(0, 2), "23");
+    EXPECT_NE(status(), "Enter stores the note");
+    rig.key(Qt::Key_Up);
+    EXPECT_EQ(status(), "Enter stores the note");
+    rig.dialogs.answers = {Answer::Cancel};
+    EXPECT_FALSE(rig.window->SaveImage()); // Cancel keeps the pen and saves nothing
+    EXPECT_EQ(doc().Sheet[8].text().substr(0, 2), "23");
+    rig.dialogs.answers = {Answer::Yes};
+    rig.dialogs.savePaths = {(rig.folder.path() / "stored.srv").string()};
+    ASSERT_TRUE(rig.window->SaveImage());
+    EXPECT_EQ(rig.dialogs.questionsAsked.size(), 2u);
+    EXPECT_EQ(doc().Sheet[8].text().substr(0, 2), "33");
+    EXPECT_NE(status(), "Enter stores the note");
+}
+
+TEST_F(Newcomer, ANewScoreBringsItsTempoToTheBar) {
+    ASSERT_EQ(rig.window->playback().player().controls().UserTempo.load(), 66);
+    rig.dialogs.inputs = {std::string("72"), std::string("4/4"), std::string("2")};
+    rig.window->NewImage();
+    EXPECT_EQ(rig.window->playback().player().controls().UserTempo.load(), 72);
+}
+
+TEST_F(Newcomer, EveryInstrumentButtonSoundsTheInstrumentItNames) {
+    play::RecordingSink sink;
+    rig.window->playback().player().midi().setSink(&sink);
+    const auto buttons = rig.window->findChildren<QToolButton*>("InsImage");
+    ASSERT_EQ(buttons.size(), 8);
+    for (QToolButton* b : buttons) {
+        sink.clear();
+        QTest::mouseClick(b, Qt::LeftButton);
+        int program = -1;
+        for (const auto& e : sink.entries())
+            if ((e.message & 0xF0) == 0xC0) program = static_cast<int>(e.message >> 8 & 0x7F);
+        const auto& table = core::InstrumentTable();
+        const auto named = std::find_if(table.begin(), table.end(), [b](const core::Instrument& i) {
+            return b->toolTip().toStdString() == i.name;
+        });
+        ASSERT_NE(named, table.end()) << b->toolTip().toStdString();
+        EXPECT_EQ(program, named->program - 1) << named->name;
+        EXPECT_EQ(b->text().replace('\n', ' '), b->toolTip()); // the whole name
+    }
+    rig.window->playback().player().midi().setSink(nullptr);
+}
+
+TEST_F(Newcomer, MenuAddsATextLineAndALyricFromTheViewer) {
+    const auto count = [this](const char* head) {
+        int n = 0;
+        for (int i = 4; i <= doc().Sheet.LastLine; ++i) n += doc().Sheet[i].text().rfind(head, 0) == 0;
+        return n;
+    };
+    ASSERT_NE(rig.window->editor().EditMode, 1);
+    const int texts = count("L>"), lyrics = count("Lv");
+    for (const char* name : {"InsertTextLine", "InsertLyric"}) {
+        rig.window->findChild<QAction*>(name)->trigger();
+        EXPECT_EQ(rig.window->editor().EditMode, 1);
+    }
+    EXPECT_EQ(count("L>"), texts + 1);
+    EXPECT_EQ(count("Lv"), lyrics + 1);
+}
+
+TEST_F(Newcomer, MenuKeysAreNoneOfTheEditorsKeys) {
+    rig.enterEditor();
+    rig.key(Qt::Key_Right, Qt::NoModifier, 4);
+    edit::Editor& ed = rig.window->editor();
+    int checked = 0;
+    for (QAction* a : rig.window->findChildren<QAction*>()) {
+        const QKeySequence keys = a->shortcut();
+        if (keys.isEmpty()) continue;
+        const auto key = TranslateKey(keys[0].key(), keys[0].keyboardModifiers());
+        ASSERT_TRUE(key) << keys.toString().toStdString();
+        const std::string pen = doc().Sheet[0].text();
+        const int line = doc().Sheet.CurrentLine, last = doc().Sheet.LastLine, runs = ed.LineStateRuns;
+        ed.keyPress(key->key, key->shift);
+        EXPECT_EQ(ed.KeyOutcome, -4) << keys.toString().toStdString();
+        EXPECT_EQ(doc().Sheet[0].text(), pen) << keys.toString().toStdString();
+        EXPECT_EQ(ed.LineStateRuns, runs) << keys.toString().toStdString();
+        EXPECT_EQ(doc().Sheet.CurrentLine, line);
+        EXPECT_EQ(doc().Sheet.LastLine, last);
+        ++checked;
+    }
+    EXPECT_GE(checked, 5);
+}
+
+TEST_F(Newcomer, SaveAsTheRecentMenuAndTheEditMenu) {
+    const std::string copy = (rig.folder.path() / "copy.srv").string();
+    rig.dialogs.savePaths = {copy};
+    rig.window->findChild<QAction*>("SaveAs")->trigger();
+    EXPECT_EQ(doc().CurrentFileName, copy);
+    EXPECT_TRUE(std::filesystem::exists(copy));
+    rig.window->findChild<QAction*>("SaveAs")->trigger(); // Cancel saves nothing
+    auto* recent = rig.window->findChild<QMenu*>("RecentMenu");
+    ASSERT_NE(recent, nullptr);
+    emit recent->aboutToShow();
+    ASSERT_FALSE(recent->actions().isEmpty());
+    EXPECT_EQ(recent->actions().front()->text().toStdString(), copy);
+
+    const int last = doc().Sheet.LastLine;
+    rig.window->findChild<QAction*>("InsertTextLine")->trigger();
+    ASSERT_EQ(doc().Sheet.LastLine, last + 1);
+    rig.window->findChild<QAction*>("EditUndo")->trigger();
+    EXPECT_EQ(doc().Sheet.LastLine, last);
+    rig.window->findChild<QAction*>("EditRedo")->trigger();
+    EXPECT_EQ(doc().Sheet.LastLine, last + 1);
+}
+
+TEST(DesktopProgram, GeometryAndDocksComeBackOnTheNextRun) {
+    App();
+    QStandardPaths::setTestModeEnabled(true);
+    QSettings().clear();
+    const TempFolder folder;
+    ScriptedDialogs dialogs;
+    WindowOptions options;
+    options.appFolder = folder.path();
+    options.output = "none";
+    options.dialogs = &dialogs;
+    {
+        MainWindow first(options);
+        first.show();
+        first.resize(1000, 700);
+        first.findChild<QDockWidget*>("PlaybackDock")->close();
+        dialogs.answers = {Answer::Yes};
+        ASSERT_TRUE(first.close());
+    }
+    MainWindow second(options);
+    second.show();
+    EXPECT_EQ(second.size(), QSize(1000, 700));
+    EXPECT_FALSE(second.findChild<QDockWidget*>("PlaybackDock")->isVisible());
+    EXPECT_TRUE(second.findChild<QDockWidget*>("PaletteDock")->isVisible());
+    QSettings().clear();
+}
+
+TEST(DesktopProgram, HelpPrintsUsageWithoutADisplay) {
+    FILE* out = popen("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " TAHRIR_GUI " --help 2>&1", "r");
+    ASSERT_NE(out, nullptr);
+    std::string text;
+    char buffer[256];
+    while (std::fgets(buffer, sizeof buffer, out)) text += buffer;
+    EXPECT_EQ(pclose(out), 0) << text;
+    EXPECT_EQ(text.rfind("usage: tahrir", 0), 0u) << text;
+}
+
+} // namespace
+} // namespace tahrir::ui::test
