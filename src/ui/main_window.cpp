@@ -51,6 +51,7 @@ MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWin
     core::StartSession(m_session, options.appFolder);
     m_store = std::make_unique<core::PageStore>(core::PageStore::PathIn(options.appFolder));
     m_undo = std::make_unique<edit::FileUndoPages>(core::PageStore::PathIn(options.appFolder));
+    m_undo->noteSnapshotsFor([this] { return m_doc.CurrentFileName; });
     if (options.dialogs) {
         m_dialogs = options.dialogs;
     } else {

@@ -57,6 +57,9 @@ public:
     bool SaveImage();
     // Both exit questions; true when the program may end.
     bool ExitImage();
+    // At start: offers the last snapshot of a run that did not end normally (recovery.cpp);
+    // true when it was restored.
+    bool offerRecovery();
 
     // A key of the score view, as the palette and the keyboard send it.
     void editorKey(EditorKey key);
