@@ -5,7 +5,7 @@ JOBS       ?= $(shell nproc)
 CMAKE_FLAGS ?=
 DEMO       ?= data/demo/shur-daramad.srv
 
-.PHONY: all deps configure build run test bench test-asan clean
+.PHONY: all deps configure build run test bench test-asan test-tsan fuzz clean
 
 all: build
 
@@ -42,6 +42,11 @@ test-asan: deps
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
 	cd $(ASAN_BUILD) && LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
 	  ctest --output-on-failure -j $(JOBS)
+
+# Each libFuzzer target for FUZZ_SECONDS seconds, built with clang in its own folder.
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/run-fuzz
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD)

@@ -23,6 +23,37 @@ Player::Player(MidiSink* sink)
     : m_midi(sink), m_notes(m_midi, m_state, m_controls),
       m_scheduler(m_midi, m_notes, m_state, m_controls), m_timer([this] { timerLoop(); }) {
     m_clock.setInterrupt(&m_controls.StopRequest);
+    watch(sink);
+}
+
+void Player::watch(MidiSink* sink) {
+    if (!sink) return;
+    // An output that fails ends the run as Stop does; the reason waits for the window.
+    sink->onFailure([this](const std::string& why) {
+        {
+            std::lock_guard lock(m_failureMutex);
+            m_failure = why;
+        }
+        m_controls.StopRequest = true;
+    });
+}
+
+std::string Player::deviceFailure() const {
+    std::lock_guard lock(m_failureMutex);
+    return m_failure;
+}
+
+bool Player::replaceSink(MidiSink* sink) {
+    std::lock_guard lock(m_idle);
+    if (m_running.load()) return false;
+    if (m_thread.joinable()) m_thread.join();
+    m_midi.setSink(sink);
+    watch(sink);
+    {
+        std::lock_guard failure(m_failureMutex);
+        m_failure.clear();
+    }
+    return true;
 }
 
 Player::~Player() {

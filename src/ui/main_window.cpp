@@ -294,6 +294,7 @@ void MainWindow::wirePlayback() {
         return std::pair<int, int>{m_editor->SelStart, m_editor->SelEnd};
     };
     m_playback->statusChanged = [this] { m_playPanel->statusChanged(); };
+    m_playback->deviceLost = [this](const std::string& what) { m_dialogs->message("Tahrir", what); };
     m_playPanel->tempoMoved = [this](int v) { m_editor->LiveTempo = v; };
     m_playTimer = new QTimer(this);
     m_playTimer->setInterval(40);
