@@ -47,6 +47,7 @@ bool Player::replaceSink(MidiSink* sink) {
     std::lock_guard lock(m_idle);
     if (m_running.load()) return false;
     if (m_thread.joinable()) m_thread.join();
+    if (MidiSink* old = m_midi.sink()) old->onFailure(nullptr);
     m_midi.setSink(sink);
     watch(sink);
     {
@@ -59,6 +60,7 @@ bool Player::replaceSink(MidiSink* sink) {
 Player::~Player() {
     stop();
     wait();
+    if (MidiSink* sink = m_midi.sink()) sink->onFailure(nullptr); // the sink may outlive us
     {
         std::lock_guard lock(m_timerMutex);
         m_quit = true;
