@@ -49,7 +49,8 @@ test-tsan: deps
 	cmake -S . -B $(TSAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTAHRIR_SANITIZE_THREAD=ON \
 	  -DTAHRIR_BUILD_BENCH=OFF $(CMAKE_FLAGS)
 	cmake --build $(TSAN_BUILD) -j $(JOBS) --target play_tests
-	TSAN_OPTIONS=halt_on_error=1 $(TSAN_BUILD)/tests/play/play_tests
+	OMP_NUM_THREADS=1 TSAN_OPTIONS=halt_on_error=1:suppressions=$(CURDIR)/tests/tsan.supp \
+	  $(TSAN_BUILD)/tests/play/play_tests
 
 # Each libFuzzer target for FUZZ_SECONDS seconds, built with clang in its own folder.
 FUZZ_SECONDS ?= 60
