@@ -1,11 +1,12 @@
 # The two commands a new machine needs: `make run` and `make test`.
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+TSAN_BUILD ?= build-tsan
 JOBS       ?= $(shell nproc)
 CMAKE_FLAGS ?=
 DEMO       ?= data/demo/shur-daramad.srv
 
-.PHONY: all deps configure build run test bench test-asan clean
+.PHONY: all deps configure build run test bench test-asan test-tsan fuzz clean
 
 all: build
 
@@ -43,5 +44,18 @@ test-asan: deps
 	cd $(ASAN_BUILD) && LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
 	  ctest --output-on-failure -j $(JOBS)
 
+# The player's tests (its dispatcher thread against the window's) under ThreadSanitizer.
+test-tsan: deps
+	cmake -S . -B $(TSAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTAHRIR_SANITIZE_THREAD=ON \
+	  -DTAHRIR_BUILD_BENCH=OFF $(CMAKE_FLAGS)
+	cmake --build $(TSAN_BUILD) -j $(JOBS) --target play_tests
+	OMP_NUM_THREADS=1 TSAN_OPTIONS=halt_on_error=1:suppressions=$(CURDIR)/tests/tsan.supp \
+	  $(TSAN_BUILD)/tests/play/play_tests
+
+# Each libFuzzer target for FUZZ_SECONDS seconds, built with clang in its own folder.
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/run-fuzz
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD)

@@ -1,6 +1,7 @@
 #include "cli/cli_args.h"
 
 #include <charconv>
+#include <cmath>
 #include <iostream>
 
 namespace tahrir::cli {
@@ -54,6 +55,10 @@ std::optional<double> Args::number(const std::string& name) {
 int Fail(int code, const std::string& message) {
     std::cerr << "tahrir-cli: " << message << '\n';
     return code;
+}
+
+bool IsWholeIn(double value, double low, double high) {
+    return value >= low && value <= high && value == std::floor(value);
 }
 
 } // namespace tahrir::cli

@@ -11,6 +11,9 @@ namespace tahrir::cli {
 
 enum ExitCode { ExitOk = 0, ExitUsage = 1, ExitIo = 2 };
 
+// A whole number within [low, high]; NaN and the infinities are not.
+bool IsWholeIn(double value, double low, double high);
+
 // What a sub-command accepts: options that take a value and options that stand alone.
 struct ArgSpec {
     std::set<std::string> valued;

@@ -2,6 +2,7 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -102,11 +103,21 @@ std::optional<unsigned char> Folded(char32_t c) {
 } // namespace
 
 std::string Cp1256ToUtf8(std::string_view cp1256) {
-    const auto& table = Table();
     std::string out;
     out.reserve(cp1256.size() * 2);
-    for (char ch : cp1256) AppendUtf8(out, table.toUnicode[static_cast<unsigned char>(ch)]);
+    AppendCp1256AsUtf8(out, cp1256);
     return out;
+}
+
+void AppendCp1256AsUtf8(std::string& out, std::string_view cp1256) {
+    const bool ascii = std::all_of(cp1256.begin(), cp1256.end(),
+                                   [](char ch) { return static_cast<unsigned char>(ch) < 128; });
+    if (ascii) { // the common case needs no table, so no converter is loaded for it
+        out += cp1256;
+        return;
+    }
+    const auto& table = Table();
+    for (char ch : cp1256) AppendUtf8(out, table.toUnicode[static_cast<unsigned char>(ch)]);
 }
 
 std::string Utf8ToCp1256(std::string_view utf8) {

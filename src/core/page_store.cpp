@@ -1,8 +1,10 @@
 #include "core/page_store.h"
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 
+#include "core/recovery.h"
 #include "core/text_input.h"
 
 namespace tahrir::core {
@@ -49,14 +51,17 @@ bool PageStore::writePage(int page, const ScoreSheet& sheet) {
 
 bool PageStore::readPage(int page, ScoreSheet& sheet) const {
     m_error.clear();
-    if (page < 0 || page >= Pages) return fail("no page " + std::to_string(page) + " in");
+    // Undo may have written pages beyond the 101 of a load; a page's missing tail (the
+    // end of the file after a short last page) reads as blanks.
+    if (page < 0 || page > MaxUndoPage) return fail("no page " + std::to_string(page) + " in");
     std::ifstream in(m_file, std::ios::binary);
     if (!in) return fail("cannot open");
     std::string image(PageBytes, ' ');
     in.seekg(static_cast<std::streamoff>((RecordNumber(page, 0) - 1) * RecordLength));
     in.read(image.data(), static_cast<std::streamsize>(image.size()));
-    if (in.gcount() != static_cast<std::streamsize>(image.size()))
+    if (in.gcount() < static_cast<std::streamsize>(RecordLength))
         return fail("page " + std::to_string(page) + " is missing from");
+    std::replace(image.begin(), image.end(), '\0', ' ');
     // The count in record 1 is not trusted beyond the sheet's bounds.
     const double count = Val(std::string_view(image).substr(0, RecordLength));
     for (int i = 1; i < RecordsPerPage; ++i)
@@ -70,6 +75,7 @@ bool PageStore::fillAll(const ScoreSheet& sheet, const std::string& lineCount) {
     m_error.clear();
     std::ofstream out(m_file, std::ios::binary | std::ios::trunc);
     if (!out) return fail("cannot create");
+    ForgetSnapshots(m_file); // a new history begins
     const std::string image = pageImage(sheet, lineCount);
     for (int page = 0; page < Pages; ++page)
         out.write(image.data(), static_cast<std::streamsize>(image.size()));
@@ -79,6 +85,7 @@ bool PageStore::fillAll(const ScoreSheet& sheet, const std::string& lineCount) {
 
 bool PageStore::clear() {
     m_error.clear();
+    ForgetSnapshots(m_file);
     std::ofstream out(m_file, std::ios::binary | std::ios::trunc);
     if (!out) return fail("cannot empty");
     return true;

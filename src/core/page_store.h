@@ -15,6 +15,7 @@ public:
     static constexpr int RecordsPerPage = SheetSize; // one record per sheet index 0..2048
     static constexpr std::uint64_t PageBytes = std::uint64_t(RecordsPerPage) * RecordLength;
     static constexpr std::uint64_t FileBytes = PageBytes * Pages; // 6,622,368
+    static constexpr int MaxUndoPage = 1000000; // undo goes beyond page 100, up to here
 
     // The store "tmp.ctz" in the data folder.
     static std::filesystem::path PathIn(const std::filesystem::path& appFolder);

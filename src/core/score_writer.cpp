@@ -1,6 +1,10 @@
 #include "core/score_writer.h"
 
-#include <fstream>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 #include <random>
 #include <system_error>
 
@@ -30,6 +34,25 @@ std::filesystem::path TemporaryBeside(const std::filesystem::path& target) {
     return target.parent_path() / (target.filename().string() + ".tmp-" + tag);
 }
 
+// Writes `bytes` to a new file and has them on the disk before it returns, so that the
+// rename that follows never puts an empty file in place of the old one. Returns why it
+// failed, empty on success.
+std::string WriteDurably(const std::filesystem::path& file, const std::string& bytes) {
+    const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (fd < 0) return std::string("cannot create a file in its folder (") + std::strerror(errno) + ")";
+    int error = 0;
+    for (std::size_t done = 0; done < bytes.size() && error == 0;) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n > 0) done += static_cast<std::size_t>(n);
+        else if (n == 0) error = ENOSPC;
+        else if (errno != EINTR) error = errno;
+    }
+    if (error == 0 && ::fsync(fd) != 0) error = errno;
+    if (::close(fd) != 0 && error == 0) error = errno;
+    if (error != 0) return std::string("the write did not complete (") + std::strerror(error) + ")";
+    return {};
+}
+
 SaveResult Failure(const std::filesystem::path& path, const std::string& why) {
     return SaveResult{false, "Can't write " + path.string() + ": " + why};
 }
@@ -38,19 +61,11 @@ SaveResult Failure(const std::filesystem::path& path, const std::string& why) {
 
 SaveResult SaveImage(Document& doc, const std::filesystem::path& path) {
     if (path.empty()) return Failure(path, "no file name");
-    const std::string image = ScoreFileImage(doc);
     const std::filesystem::path temporary = TemporaryBeside(path);
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out) return Failure(path, "cannot create a file in its folder");
-        out.write(image.data(), static_cast<std::streamsize>(image.size()));
-        out.flush();
-        if (!out) {
-            out.close();
-            std::error_code ignored;
-            std::filesystem::remove(temporary, ignored);
-            return Failure(path, "the write did not complete");
-        }
+    if (const std::string why = WriteDurably(temporary, ScoreFileImage(doc)); !why.empty()) {
+        std::error_code ignored;
+        std::filesystem::remove(temporary, ignored);
+        return Failure(path, why);
     }
     std::error_code ec;
     std::filesystem::rename(temporary, path, ec);

@@ -1,6 +1,7 @@
 #include "edit/file_undo_pages.h"
 
 #include "core/page_store.h"
+#include "core/recovery.h"
 
 namespace tahrir::edit {
 
@@ -33,6 +34,7 @@ void FileUndoPages::writePage(int page, const std::vector<std::string>& records)
     m_stream.seekp(Offset(page, 0));
     m_stream.write(image.data(), static_cast<std::streamsize>(image.size()));
     if (!m_stream.flush()) m_error = "cannot write " + m_file.string();
+    else if (m_fileName) core::NoteSnapshot(m_file, page, m_fileName());
 }
 
 std::string FileUndoPages::readRecord(int page, int index) const {

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 
 #include "edit/services.h"
@@ -18,6 +19,10 @@ public:
     void writePage(int page, const std::vector<std::string>& records) override;
     std::string readRecord(int page, int index) const override;
 
+    // After each page written, notes the page beside the store with the score's file name
+    // (core/recovery.h), so that the work of a run that does not end normally is not lost.
+    void noteSnapshotsFor(std::function<std::string()> fileName) { m_fileName = std::move(fileName); }
+
     // Why the last operation failed; empty after a success.
     const std::string& error() const { return m_error; }
 
@@ -27,6 +32,7 @@ private:
     std::filesystem::path m_file;
     mutable std::fstream m_stream;
     mutable std::string m_error;
+    std::function<std::string()> m_fileName;
 };
 
 } // namespace tahrir::edit

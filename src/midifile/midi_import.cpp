@@ -61,9 +61,9 @@ void Step(int key, int& step, char& accidental) {
 class TeeSink : public DumpSink {
 public:
     explicit TeeSink(DumpSink& shown) : m_shown(shown) {}
-    void addLine(std::string line) override {
-        lines.push_back(line);
-        m_shown.addLine(std::move(line));
+    void addLine(std::string_view line) override {
+        lines.emplace_back(line);
+        m_shown.addLine(line);
     }
     bool cancelled() override { return m_shown.cancelled(); }
     std::vector<std::string> lines;

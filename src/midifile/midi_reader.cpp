@@ -4,6 +4,7 @@
 #include <array>
 #include <fstream>
 #include <iterator>
+#include <memory>
 
 #include "midifile/midi_dump_text.h"
 
@@ -115,6 +116,7 @@ bool WalkTrack(ByteSpan body, Visit&& visit) {
 
 struct TrackRange {
     std::size_t begin = 0, end = 0;
+    std::size_t noteOns = 0; // counted by the first pass, so the notes are allocated once
 };
 
 // Finds the track chunks the header announces; false at the first one missing.
@@ -134,11 +136,12 @@ bool FindTracks(ByteSpan bytes, std::size_t at, int count, std::vector<TrackRang
     return true;
 }
 
-void CollectTempos(ByteSpan bytes, const std::vector<TrackRange>& tracks, MidiFileInfo& info) {
+void CollectTempos(ByteSpan bytes, std::vector<TrackRange>& tracks, MidiFileInfo& info) {
     info.MidiTempoMap.assign(1, TempoEntry{});
-    for (const TrackRange& range : tracks) {
+    for (TrackRange& range : tracks) {
         WalkTrack(bytes.subspan(range.begin, range.end - range.begin), [&](const Event& e) {
             if (e.metaType == 0x51) info.MidiTempoMap.push_back({e.tick, TempoMicros(e.data)});
+            range.noteOns += (e.status & 0xF0) == 0x90 && e.d2 > 0;
             return true;
         });
     }
@@ -185,22 +188,50 @@ void NoteMeta(const Event& e, MidiFileInfo& info, bool& named) {
     }
 }
 
-// Second pass over one track: the dump lines, the notes and the names. False when the
-// user cancelled.
-bool DumpTrack(ByteSpan body, int track, MidiFileInfo& info, DumpSink& sink) {
+// Milliseconds of ticks that come in order, as in one track: the tempo segment is found by
+// stepping on from the last one, with the same result as TickToMs.
+class TrackClock {
+public:
+    explicit TrackClock(const MidiFileInfo& info) : m_info(info) {}
+    double ms(std::int64_t tick) {
+        const auto& segments = m_info.MidiTempoSegments;
+        if (m_info.MidiUsesSmpte || segments.empty() || tick < segments[m_at].startTick)
+            return TickToMs(m_info, tick);
+        while (m_at + 1 < segments.size() && segments[m_at + 1].startTick <= tick) ++m_at;
+        const TempoSegment& s = segments[m_at];
+        return s.startMs + static_cast<double>(tick - s.startTick) / m_info.quarterTicks() * s.micros / 1000;
+    }
+
+private:
+    const MidiFileInfo& m_info;
+    std::size_t m_at = 0;
+};
+
+// One track of the second pass.
+struct TrackJob {
+    ByteSpan body;
+    int number = 0;      // from 1, as the dump prints it
+    bool keepNotes = true;
+    std::size_t noteOns = 0;
+};
+
+// Second pass over one track: the dump lines, the notes and the names; `line` is the
+// buffer each line is built in. False when the user cancelled.
+bool DumpTrack(const TrackJob& job, MidiFileInfo& info, DumpSink& sink, std::string& line) {
     OpenNoteStacks stacks;
+    TrackClock clock(info);
     std::vector<MidiNote>& notes = info.MidiTracks.emplace_back();
+    if (job.keepNotes) notes.reserve(job.noteOns);
     info.trackNames.emplace_back();
     bool named = false;
     bool cancelled = false;
-    const bool ended = WalkTrack(body, [&](const Event& e) {
+    const bool ended = WalkTrack(job.body, [&](const Event& e) {
         if (sink.cancelled()) {
             cancelled = true;
             return false;
         }
-        std::string line;
-        line.reserve(64);
-        AppendDumpPrefix(line, TickToMs(info, e.tick), track);
+        line.clear();
+        AppendDumpPrefix(line, clock.ms(e.tick), job.number);
         const int kind = e.status & 0xF0;
         if (e.metaType >= 0) {
             AppendMetaText(line, e.metaType, e.data);
@@ -209,12 +240,13 @@ bool DumpTrack(ByteSpan body, int track, MidiFileInfo& info, DumpSink& sink) {
             AppendSysExText(line, e.status, e.data.size());
         } else {
             AppendChannelText(line, e.status, e.d1, e.d2);
-            if (kind == 0x90 && e.d2 > 0)
+            const bool noteOn = kind == 0x90 && e.d2 > 0;
+            if (job.keepNotes && noteOn)
                 stacks.noteOn(e.d1, e.tick);
-            else if (kind == 0x80 || kind == 0x90)
+            else if (job.keepNotes && (kind == 0x80 || kind == 0x90))
                 stacks.noteOff(e.d1, e.tick, notes);
         }
-        sink.addLine(std::move(line));
+        sink.addLine(line);
         return true;
     });
     if (cancelled) {
@@ -258,9 +290,24 @@ bool ReadHeader(ByteSpan bytes, MidiFileInfo& info, std::size_t& firstTrack, Dum
     return true;
 }
 
+// The bytes of a regular file in one block left uninitialised before the read; null when
+// the file cannot be read. A file that changes meanwhile is read as far as it goes.
+std::unique_ptr<std::uint8_t[]> ReadWholeFile(const std::filesystem::path& path, std::size_t& size) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return nullptr;
+    std::ifstream in(path, std::ios::binary);
+    const std::uintmax_t expected = std::filesystem::file_size(path, error);
+    if (!in.is_open() || error) return nullptr;
+    auto bytes = std::make_unique_for_overwrite<std::uint8_t[]>(static_cast<std::size_t>(expected));
+    in.read(reinterpret_cast<char*>(bytes.get()), static_cast<std::streamsize>(expected));
+    size = static_cast<std::size_t>(in.gcount());
+    if (in.bad()) return nullptr;
+    return bytes;
+}
+
 } // namespace
 
-MidiFileInfo ReadMidiBytes(std::span<const std::uint8_t> bytes, DumpSink& sink) {
+MidiFileInfo ReadMidiBytes(std::span<const std::uint8_t> bytes, DumpSink& sink, NoteCollection notes) {
     MidiFileInfo info;
     std::size_t at = 0;
     if (!ReadHeader(bytes, info, at, sink)) {
@@ -274,9 +321,12 @@ MidiFileInfo ReadMidiBytes(std::span<const std::uint8_t> bytes, DumpSink& sink) 
     }
     CollectTempos(bytes, tracks, info);
     sink.addLine("===== Tracks =====");
+    std::string line; // one buffer for every event line
+    line.reserve(128);
     for (std::size_t t = 0; t < tracks.size(); ++t) {
-        const ByteSpan body = bytes.subspan(tracks[t].begin, tracks[t].end - tracks[t].begin);
-        if (!DumpTrack(body, static_cast<int>(t) + 1, info, sink)) {
+        const TrackJob job{bytes.subspan(tracks[t].begin, tracks[t].end - tracks[t].begin),
+                           static_cast<int>(t) + 1, notes == NoteCollection::Keep, tracks[t].noteOns};
+        if (!DumpTrack(job, info, sink, line)) {
             info.outcome = ReadOutcome::Cancelled;
             return info;
         }
@@ -285,20 +335,16 @@ MidiFileInfo ReadMidiBytes(std::span<const std::uint8_t> bytes, DumpSink& sink) 
     return info;
 }
 
-MidiFileInfo ReadMidiFile(const std::filesystem::path& path, DumpSink& sink) {
-    std::error_code error;
-    std::ifstream in;
-    if (std::filesystem::is_regular_file(path, error)) in.open(path, std::ios::binary);
-    std::vector<std::uint8_t> bytes;
-    if (in.is_open())
-        bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (!in.is_open() || in.bad()) {
+MidiFileInfo ReadMidiFile(const std::filesystem::path& path, DumpSink& sink, NoteCollection notes) {
+    std::size_t size = 0;
+    const auto bytes = ReadWholeFile(path, size);
+    if (!bytes) {
         sink.addLine("[ERROR] Cannot read file: " + path.string());
         MidiFileInfo info;
         info.outcome = ReadOutcome::Unreadable;
         return info;
     }
-    return ReadMidiBytes(bytes, sink);
+    return ReadMidiBytes(ByteSpan(bytes.get(), size), sink, notes);
 }
 
 double TickToMs(const MidiFileInfo& info, std::int64_t tick) {

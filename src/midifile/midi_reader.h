@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tahrir::midifile {
@@ -32,18 +33,19 @@ struct TempoSegment {
 enum class ReadOutcome { Complete, Cancelled, Unreadable, NotMidi, MissingTrack };
 
 // Where the dump goes: the list the user reads. `cancelled` is asked before every event,
-// which is also where a window keeps itself responsive.
+// which is also where a window keeps itself responsive. A line is only lent to the sink:
+// the reader reuses its text for the next one.
 class DumpSink {
 public:
     virtual ~DumpSink() = default;
-    virtual void addLine(std::string line) = 0;
+    virtual void addLine(std::string_view line) = 0;
     virtual bool cancelled() { return false; }
 };
 
 // A sink that keeps the lines.
 class DumpList : public DumpSink {
 public:
-    void addLine(std::string line) override { lines.push_back(std::move(line)); }
+    void addLine(std::string_view line) override { lines.emplace_back(line); }
     std::vector<std::string> lines;
 };
 
@@ -67,9 +69,14 @@ struct MidiFileInfo {
     int quarterTicks() const { return MidiDivision < 1 ? 480 : MidiDivision; }
 };
 
-MidiFileInfo ReadMidiBytes(std::span<const std::uint8_t> bytes, DumpSink& sink);
+// Whether the notes of each track are kept in `MidiTracks`; a dump alone needs none.
+enum class NoteCollection { Keep, Skip };
+
+MidiFileInfo ReadMidiBytes(std::span<const std::uint8_t> bytes, DumpSink& sink,
+                           NoteCollection notes = NoteCollection::Keep);
 // Reads the whole file first; a failure writes "[ERROR] Cannot read file: " and the path.
-MidiFileInfo ReadMidiFile(const std::filesystem::path& path, DumpSink& sink);
+MidiFileInfo ReadMidiFile(const std::filesystem::path& path, DumpSink& sink,
+                          NoteCollection notes = NoteCollection::Keep);
 
 // Milliseconds from the start of the file at `tick`, through the tempo segments.
 double TickToMs(const MidiFileInfo& info, std::int64_t tick);

@@ -1,7 +1,10 @@
 #pragma once
 // MIDI short messages packed as one 32-bit word, and the sinks that receive them.
 
+#include <atomic>
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <vector>
 
 #include "play/wave_command.h"
@@ -28,10 +31,30 @@ WireMessage Unpack(std::uint32_t message);
 // run; live outputs ignore it because the dispatcher sends each message on time.
 class MidiSink {
 public:
+    MidiSink() = default;
+    // A copy (a recording kept for later) starts without a handler and not failed.
+    MidiSink(const MidiSink&) {}
+    MidiSink& operator=(const MidiSink&) { return *this; }
     virtual ~MidiSink() = default;
     virtual void send(std::uint32_t message, double seconds) = 0;
     // A command to the wave voices; outputs without them pass it over.
     virtual void wave(const WaveCommand& /*command*/, double /*seconds*/) {}
+
+    // `handler` is told once, with the reason, when the device stops taking messages (a
+    // port that vanished, an audio output that stopped); it runs on the sending thread.
+    void onFailure(std::function<void(const std::string&)> handler) { m_onFailure = std::move(handler); }
+    bool failed() const { return m_failed.load(); }
+
+protected:
+    // For the outputs: the first report reaches the handler; a failed output drops what
+    // it is sent from then on.
+    void reportFailure(const std::string& why) {
+        if (!m_failed.exchange(true) && m_onFailure) m_onFailure(why);
+    }
+
+private:
+    std::function<void(const std::string&)> m_onFailure;
+    std::atomic<bool> m_failed{false};
 };
 
 // Keeps every message with its time, for tests and for the command line's message list.
@@ -67,8 +90,11 @@ private:
 // Hands every message to several sinks in turn (a recording beside a live output).
 class TeeSink : public MidiSink {
 public:
+    // The tee fails with the first of its outputs that fails.
     void add(MidiSink* sink) {
-        if (sink) m_sinks.push_back(sink);
+        if (!sink) return;
+        m_sinks.push_back(sink);
+        sink->onFailure([this](const std::string& why) { reportFailure(why); });
     }
     void send(std::uint32_t message, double seconds) override {
         for (MidiSink* s : m_sinks)

@@ -23,11 +23,44 @@ Player::Player(MidiSink* sink)
     : m_midi(sink), m_notes(m_midi, m_state, m_controls),
       m_scheduler(m_midi, m_notes, m_state, m_controls), m_timer([this] { timerLoop(); }) {
     m_clock.setInterrupt(&m_controls.StopRequest);
+    watch(sink);
+}
+
+void Player::watch(MidiSink* sink) {
+    if (!sink) return;
+    // An output that fails ends the run as Stop does; the reason waits for the window.
+    sink->onFailure([this](const std::string& why) {
+        {
+            std::lock_guard lock(m_failureMutex);
+            m_failure = why;
+        }
+        m_controls.StopRequest = true;
+    });
+}
+
+std::string Player::deviceFailure() const {
+    std::lock_guard lock(m_failureMutex);
+    return m_failure;
+}
+
+bool Player::replaceSink(MidiSink* sink) {
+    std::lock_guard lock(m_idle);
+    if (m_running.load()) return false;
+    if (m_thread.joinable()) m_thread.join();
+    if (MidiSink* old = m_midi.sink()) old->onFailure(nullptr);
+    m_midi.setSink(sink);
+    watch(sink);
+    {
+        std::lock_guard failure(m_failureMutex);
+        m_failure.clear();
+    }
+    return true;
 }
 
 Player::~Player() {
     stop();
     wait();
+    if (MidiSink* sink = m_midi.sink()) sink->onFailure(nullptr); // the sink may outlive us
     {
         std::lock_guard lock(m_timerMutex);
         m_quit = true;

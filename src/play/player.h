@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 
 #include "core/score_sheet.h"
@@ -69,11 +70,18 @@ public:
     std::optional<AuditionedNote> auditionNote(int step, int octave, char accidental,
                                                int milliseconds = 400);
 
+    // Why the output failed during a run (the run then ended); empty while it works.
+    std::string deviceFailure() const;
+    // Another output once the run has ended, such as the built-in synthesiser after a
+    // port vanished; false while a run plays. `sink` must outlive the player.
+    bool replaceSink(MidiSink* sink);
+
     // Real-time runs measure their timing against this clock.
     const RealtimeClock& realtimeClock() const { return m_clock; }
 
 private:
     void timerLoop();
+    void watch(MidiSink* sink);
 
     PlayControls m_controls;
     RunState m_state;
@@ -84,6 +92,8 @@ private:
     std::atomic<bool> m_running{false};
     std::mutex m_idle; // held only at the edges of a run and by idle sends
     std::thread m_thread;
+    mutable std::mutex m_failureMutex;
+    std::string m_failure;
 
     std::mutex m_timerMutex;
     std::condition_variable m_timerWake;

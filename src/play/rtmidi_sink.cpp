@@ -2,6 +2,8 @@
 
 #include <RtMidi.h>
 
+#include <chrono>
+
 #include "play/synth_sink.h"
 
 namespace tahrir::play {
@@ -22,8 +24,31 @@ std::unique_ptr<RtMidiOut> MakeOut(std::string& error) {
 
 } // namespace
 
-RtMidiSink::RtMidiSink(std::unique_ptr<RtMidiOut> out, std::string portName)
-    : m_out(std::move(out)), m_portName(std::move(portName)) {}
+RtMidiSink::RtMidiSink(std::unique_ptr<RtMidiOut> out, std::string portName, bool watchPort)
+    : m_out(std::move(out)), m_portName(std::move(portName)), m_watchPort(watchPort) {
+    // RtMidi reports a failed send through this callback rather than by throwing.
+    m_out->setErrorCallback(
+        [](RtMidiError::Type type, const std::string& text, void* self) {
+            if (type != RtMidiError::WARNING && type != RtMidiError::DEBUG_WARNING)
+                static_cast<RtMidiSink*>(self)->lost(text);
+        },
+        this);
+}
+
+void RtMidiSink::lost(const std::string& why) {
+    reportFailure("The MIDI port " + m_portName + " stopped (" + why + ")");
+}
+
+// A port that vanishes (a device unplugged) takes messages silently: once a second the
+// port is looked for among those the sequencer still lists.
+bool RtMidiSink::portStillThere() {
+    const auto now = std::chrono::steady_clock::now();
+    if (!m_watchPort || now - m_lastLook < std::chrono::seconds(1)) return true;
+    m_lastLook = now;
+    for (unsigned i = 0; i < m_out->getPortCount(); ++i)
+        if (m_out->getPortName(i) == m_portName) return true;
+    return false;
+}
 
 RtMidiSink::~RtMidiSink() {
     try {
@@ -43,7 +68,7 @@ std::unique_ptr<RtMidiSink> RtMidiSink::openFirstPort(std::string& error) {
             std::string name = out->getPortName(i);
             if (name.find("Midi Through") != std::string::npos) continue;
             out->openPort(i);
-            return std::unique_ptr<RtMidiSink>(new RtMidiSink(std::move(out), name));
+            return std::unique_ptr<RtMidiSink>(new RtMidiSink(std::move(out), name, true));
         }
         error = "no MIDI output port";
     } catch (const RtMidiError& e) {
@@ -57,7 +82,7 @@ std::unique_ptr<RtMidiSink> RtMidiSink::openVirtual(const std::string& name, std
     if (!out) return nullptr;
     try {
         out->openVirtualPort(name);
-        return std::unique_ptr<RtMidiSink>(new RtMidiSink(std::move(out), name));
+        return std::unique_ptr<RtMidiSink>(new RtMidiSink(std::move(out), name, false));
     } catch (const RtMidiError& e) {
         error = e.getMessage();
     }
@@ -66,11 +91,12 @@ std::unique_ptr<RtMidiSink> RtMidiSink::openVirtual(const std::string& name, std
 
 void RtMidiSink::send(std::uint32_t message, double) {
     const WireMessage wire = Unpack(message);
-    if (wire.length == 0) return;
+    if (wire.length == 0 || failed()) return;
     try {
+        if (!portStillThere()) return lost("it is no longer there");
         m_out->sendMessage(wire.bytes, static_cast<std::size_t>(wire.length));
-    } catch (const RtMidiError&) {
-        // a failed send is not looked at, as with the platform call
+    } catch (const RtMidiError& e) {
+        lost(e.getMessage());
     }
 }
 

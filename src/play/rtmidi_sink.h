@@ -2,6 +2,7 @@
 // The first MIDI output port of the system, and the choice between it and the built-in
 // synthesiser at start.
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -27,9 +28,15 @@ public:
     const std::string& portName() const { return m_portName; }
 
 private:
-    RtMidiSink(std::unique_ptr<RtMidiOut> out, std::string portName);
+    // `watchPort`: look now and then whether the port is still listed (not for a virtual
+    // port, which lives as long as the sink).
+    RtMidiSink(std::unique_ptr<RtMidiOut> out, std::string portName, bool watchPort);
+    void lost(const std::string& why);
+    bool portStillThere();
     std::unique_ptr<RtMidiOut> m_out;
     std::string m_portName;
+    bool m_watchPort;
+    std::chrono::steady_clock::time_point m_lastLook = std::chrono::steady_clock::now();
 };
 
 // Which output the player uses; `Auto` takes the first MIDI port when one exists.

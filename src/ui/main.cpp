@@ -123,7 +123,9 @@ int main(int argc, char** argv) {
     tahrir::ui::MainWindow window(options);
     window.show();
     if (splash) splash->raise();
-    if (args.score)
+    if (window.offerRecovery())
+        ; // the recovered score is open
+    else if (args.score)
         window.openPath(*args.score);
     else
         window.LoadFile(1);

@@ -54,6 +54,7 @@ MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWin
     core::StartSession(m_session, options.appFolder);
     m_store = std::make_unique<core::PageStore>(core::PageStore::PathIn(options.appFolder));
     m_undo = std::make_unique<edit::FileUndoPages>(core::PageStore::PathIn(options.appFolder));
+    m_undo->noteSnapshotsFor([this] { return m_doc.CurrentFileName; });
     if (options.dialogs) {
         m_dialogs = options.dialogs;
     } else {
@@ -325,6 +326,7 @@ void MainWindow::wirePlayback() {
         return std::pair<int, int>{m_editor->SelStart, m_editor->SelEnd};
     };
     m_playback->statusChanged = [this] { m_playPanel->statusChanged(); };
+    m_playback->deviceLost = [this](const std::string& what) { m_dialogs->message("Tahrir", what); };
     m_playPanel->tempoMoved = [this](int v) { m_editor->LiveTempo = v; };
     m_playback->syllableVoiceChanged = [this](bool on) { m_editor->SyllableVoiceOn = on; };
     m_playTimer = new QTimer(this);

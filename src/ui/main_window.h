@@ -75,6 +75,9 @@ public:
     // CmdJpg: shows a reference picture above the sheet, or hides the strip.
     void cmdJpg();
     ReferenceStrip* referenceStrip() const { return m_strip; }
+    // At start: offers the last snapshot of a run that did not end normally (recovery.cpp);
+    // true when it was restored.
+    bool offerRecovery();
 
     // A key of the score view, as the palette and the keyboard send it.
     void editorKey(EditorKey key);

@@ -80,8 +80,30 @@ int Playback::poll() {
         m_player->wait();
         m_playLine = 0;
         setStatus(PlayStatus::Idle);
+        afterDeviceFailure();
     }
     return m_playLine.load();
+}
+
+// The output failed during the run, which ended: one message, and the built-in
+// synthesiser takes over unless it was the output that failed.
+void Playback::afterDeviceFailure() {
+    const std::string why = m_player->deviceFailure();
+    if (why.empty()) return;
+    std::string message = why + ".";
+    play::OpenedOutput synth;
+    if (m_outputDescription != "built-in synthesiser") synth = play::OpenOutput(play::OutputChoice::Synthesiser, m_voices.get());
+    if (synth.sink) {
+        m_player->replaceSink(synth.sink.get());
+        message += " Playing on with the built-in synthesiser.";
+    } else {
+        m_player->replaceSink(nullptr);
+        synth.description = "no output";
+        message += " Playing on without sound.";
+    }
+    m_sink = std::move(synth.sink); // the failed output closes here, no longer in use
+    m_outputDescription = synth.description;
+    if (deviceLost) deviceLost(message);
 }
 
 void Playback::soundNote(const edit::NoteSound& note) {

@@ -28,6 +28,8 @@ public:
     std::function<std::pair<int, int>()> selection;
     // Told when the status changes (buttons, pause label).
     std::function<void()> statusChanged;
+    // Told once when the output failed during a run, with what happened and what plays on.
+    std::function<void(const std::string&)> deviceLost;
 
     // PlayCmd, PauseCmd and StopCmd.
     void playClick(int fromLine = 0);
@@ -70,6 +72,7 @@ public:
 private:
     void setStatus(PlayStatus status);
     bool loadAccompaniment();
+    void afterDeviceFailure();
 
     core::Document& m_doc;
     std::unique_ptr<play::WaveVoices> m_voices; // outlives the stream that mixes it

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "core/page_store.h"
+#include "core/recovery.h"
 #include "temp_folder.h"
 
 using namespace tahrir::core;
@@ -72,4 +73,25 @@ TEST(PageStore, DamagedStoreIsReportedAndCountIsBounded) {
     PageStore nowhere(folder / "missing" / "tmp.ctz");
     EXPECT_FALSE(nowhere.fillAll(sheet, "0"));
     EXPECT_FALSE(nowhere.error().empty());
+}
+
+TEST(PageStore, ALeftStoreIsFoundOnlyWithItsNoteAndAPageItHolds) {
+    TempFolder folder;
+    PageStore store(PageStore::PathIn(folder.path()));
+    EXPECT_FALSE(FindLeftSnapshot(store)) << "no store";
+    ASSERT_TRUE(store.fillAll(SmallSheet(), "3"));
+    EXPECT_FALSE(FindLeftSnapshot(store)) << "a load alone leaves nothing to recover";
+    ScoreSheet edited = SmallSheet();
+    edited.setLine(2, "TEMPO 99");
+    ASSERT_TRUE(store.writePage(5, edited));
+    NoteSnapshot(store.file(), 5, "/scores/a.srv");
+    const auto left = FindLeftSnapshot(store);
+    ASSERT_TRUE(left);
+    EXPECT_EQ(left->page, 5);
+    EXPECT_EQ(left->fileName, "/scores/a.srv");
+    NoteSnapshot(store.file(), 102, "/scores/a.srv");
+    EXPECT_FALSE(FindLeftSnapshot(store)) << "a page beyond the store";
+    ASSERT_TRUE(store.clear());
+    EXPECT_FALSE(std::filesystem::exists(SnapshotNotePath(store.file()))) << "a normal end forgets";
+    EXPECT_FALSE(FindLeftSnapshot(store));
 }

@@ -168,7 +168,7 @@ TEST(MidiReader, LongHeaderAndTruncatedOrUndecodableTracks) {
 TEST(MidiReader, CancelWritesTerminated) {
     class CancelAfter : public DumpSink {
     public:
-        void addLine(std::string line) override { lines.push_back(std::move(line)); }
+        void addLine(std::string_view line) override { lines.emplace_back(line); }
         bool cancelled() override { return ++asked > 2; }
         Strings lines;
         int asked = 0;

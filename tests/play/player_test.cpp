@@ -214,3 +214,55 @@ TEST(Player, InstrumentButtonsReprogramTheVoices) {
 
 } // namespace
 } // namespace tahrir::play
+
+namespace tahrir::play {
+namespace {
+
+// An output that fails when it is sent `failAt` (a chosen message) and drops what follows,
+// as a port that is unplugged or an audio device that stops.
+class FailingSink : public LockedSink {
+public:
+    explicit FailingSink(std::uint32_t failAt) : m_failAt(failAt) {}
+    void send(std::uint32_t message, double seconds) override {
+        if (failed()) return;
+        if (message == m_failAt) return reportFailure("gone");
+        LockedSink::send(message, seconds);
+    }
+
+private:
+    std::uint32_t m_failAt;
+};
+
+TEST(PlayerDevice, AnOutputThatFailsEndsTheRunOnceAndAnotherTakesOver) {
+    const auto sheet = Sheet("", 60, "4/4", {Note(1, 3, 32), Note(2, 3, 32), Note(3, 3, 32)});
+    for (const bool throughTee : {false, true}) {
+        for (const std::uint32_t failAt : {Do, Re}) {
+            SCOPED_TRACE(::testing::Message() << "tee " << throughTee << " fail at " << std::hex << failAt);
+            FailingSink failing(failAt);
+            TeeSink tee;
+            tee.add(&failing);
+            Player player(throughTee ? static_cast<MidiSink*>(&tee) : &failing);
+            player.startUp();
+            player.controls().UserTempo = failAt == Do ? 20 : 320; // Do fails a 36 s run
+            const auto start = std::chrono::steady_clock::now();
+            ASSERT_TRUE(player.play(sheet, {}));
+            player.wait();
+            EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << "no hang on a dead output";
+            EXPECT_EQ(player.deviceFailure(), "gone");
+            EXPECT_FALSE(failing.contains(failAt));
+            EXPECT_FALSE(failing.contains(PackNoteOn(64, 60, 3))) << "nothing goes out after the failure";
+            // The built-in synthesiser (here a recording) plays the next run whole.
+            LockedSink fallback;
+            ASSERT_TRUE(player.replaceSink(&fallback));
+            EXPECT_EQ(player.deviceFailure(), "");
+            player.controls().UserTempo = 320;
+            ASSERT_TRUE(player.play(sheet, {}));
+            player.wait();
+            EXPECT_TRUE(fallback.contains(PackNoteOn(64, 60, 3)));
+            EXPECT_EQ(player.deviceFailure(), "");
+        }
+    }
+}
+
+} // namespace
+} // namespace tahrir::play

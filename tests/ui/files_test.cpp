@@ -69,6 +69,26 @@ TEST_F(WindowFiles, CancelInTheSaveDialogStillSavesToThePresetName) {
     EXPECT_FALSE(doc().DirtyFlag);
 }
 
+TEST_F(WindowFiles, ASaveThatFailsSaysWhyAndKeepsTheScoreOpenAndUnsaved) {
+    dirty();
+    // The score's file was replaced by a folder of its name while the score was open.
+    std::filesystem::remove(file);
+    std::filesystem::create_directories(file + "/inside");
+    const std::string line8 = line(8);
+    EXPECT_FALSE(rig.window->SaveImage());
+    ASSERT_EQ(rig.dialogs.messages.size(), 1u);
+    EXPECT_EQ(rig.dialogs.messages[0].rfind("Can't write " + file + ": ", 0), 0u) << rig.dialogs.messages[0];
+    EXPECT_TRUE(std::filesystem::is_directory(file + "/inside"));
+    EXPECT_TRUE(doc().DirtyFlag);
+    EXPECT_TRUE(rig.window->isWindowModified());
+    EXPECT_EQ(doc().CurrentFileName, file);
+    EXPECT_EQ(line(8), line8);
+    // Leaving asks to save again; a second failure keeps the question open until No.
+    rig.dialogs.answers = {Answer::Yes, Answer::No, Answer::No};
+    EXPECT_FALSE(rig.window->ExitImage());
+    EXPECT_EQ(rig.dialogs.messages.size(), 2u);
+}
+
 TEST_F(WindowFiles, AFileThatCannotBeReadKeepsTheOpenScore) {
     const int last = doc().Sheet.LastLine;
     const std::string line8 = line(8);
