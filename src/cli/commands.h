@@ -35,5 +35,7 @@ int RunExportMusicXml(const Argv& argv);
 int RunPitch(const Argv& argv);
 int RunFindNote(const Argv& argv);
 int RunTranscribe(const Argv& argv);
+// Fingering (cmd_fingering.cpp)
+int RunFingering(const Argv& argv);
 
 } // namespace tahrir::cli

@@ -42,6 +42,7 @@ const Command kCommands[] = {
      "[--min-duration 1|2|4|8] [--method simple|women|men] [--cutoff C] [--k K] [--exact] "
      "[--silent] [--raw] [--grid 12|24|dastgah] [--notes OUT.txt] [--tracker classic|modern]",
      RunTranscribe},
+    {"fingering", "fingering FILE.srv --instrument tar|ney|harmonica|hang", RunFingering},
 };
 
 void PrintHelp(std::ostream& out) {
