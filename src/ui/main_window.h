@@ -29,6 +29,7 @@ class Editor;
 namespace tahrir::ui {
 
 class Dialogs;
+class FingeringDock;
 class MeasureStrip;
 class PalettePanel;
 class Playback;
@@ -118,6 +119,7 @@ private:
     MeasureStrip* m_measures = nullptr;
     TextFrames* m_frames = nullptr;
     PlaybackPanel* m_playPanel = nullptr;
+    FingeringDock* m_fingering = nullptr;
     QCheckBox* m_editorCh = nullptr;
     QLabel* m_descriptLabel = nullptr;
     QPlainTextEdit* m_descriptText = nullptr;
