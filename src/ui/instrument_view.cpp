@@ -87,9 +87,18 @@ void InstrumentView::setMarks(std::optional<MarkedNote> cursor,
 }
 
 void InstrumentView::paintEvent(QPaintEvent*) {
+    const qreal ratio = devicePixelRatioF();
+    if (m_still.size() != size() * ratio) {
+        m_still = QPixmap(size() * ratio);
+        m_still.setDevicePixelRatio(ratio);
+        m_still.fill(palette().window().color());
+        QPainter still(&m_still);
+        still.setRenderHint(QPainter::Antialiasing);
+        draw(still, {}, true);
+    }
     QPainter p(this);
+    p.drawPixmap(0, 0, m_still);
     p.setRenderHint(QPainter::Antialiasing);
-    p.fillRect(rect(), palette().window());
     std::vector<Mark> marks;
     if (m_playing && m_playing->position) marks.push_back({m_playing->position, PlayingColour()});
     if (m_cursor && m_cursor->position) {
@@ -97,49 +106,55 @@ void InstrumentView::paintEvent(QPaintEvent*) {
         if (!m_cursor->exact) c.setAlpha(120); // only the nearest the instrument can play
         marks.push_back({m_cursor->position, c});
     }
+    draw(p, marks, false);
+}
+
+void InstrumentView::draw(QPainter& p, const std::vector<Mark>& marks, bool still) const {
     switch (m_instrument) {
-    case Instrument::Tar: drawTar(p, marks); break;
-    case Instrument::Ney: drawNey(p, marks); break;
-    case Instrument::Harmonica: drawHarmonica(p, marks); break;
-    case Instrument::Hang: drawHang(p, marks); break;
+    case Instrument::Tar: drawTar(p, marks, still); break;
+    case Instrument::Ney: drawNey(p, marks, still); break;
+    case Instrument::Harmonica: drawHarmonica(p, marks, still); break;
+    case Instrument::Hang: drawHang(p, marks, still); break;
     }
 }
 
 // The neck from the nut (left) towards the body, frets spaced as on a real string:
 // a fret s semitones up lies at 1 - 2^(-s/12) of the string. Koron and sori frets, a
 // quarter tone off the semitone grid, are drawn in brown.
-void InstrumentView::drawTar(QPainter& p, const std::vector<Mark>& marks) const {
+void InstrumentView::drawTar(QPainter& p, const std::vector<Mark>& marks, bool still) const {
     const double left = 40, right = width() - 20.0, top = 30, bottom = height() - 40.0;
     const double top12 = m_fretSemitones.empty() ? 19 : m_fretSemitones.back() + 0.5;
     const double reach = 1 - std::pow(2.0, -top12 / 12);
     const auto xOf = [&](double semis) {
         return left + (right - left) * (1 - std::pow(2.0, -semis / 12)) / reach;
     };
-    p.setPen(Qt::NoPen);
-    p.setBrush(QColor(120, 80, 45));
-    p.drawRect(QRectF(left, top, right - left, bottom - top));
-    p.setBrush(QColor(235, 225, 200));
-    p.drawRect(QRectF(left - 6, top, 6, bottom - top)); // the nut
-    QFont small = font();
-    small.setPointSizeF(7);
-    p.setFont(small);
-    for (std::size_t f = 1; f < m_fretSemitones.size(); ++f) {
-        const double s = m_fretSemitones[f];
-        if (s < 0) continue;
-        const bool quarter = s != std::floor(s);
-        p.setPen(QPen(quarter ? QColor(200, 150, 90) : QColor(230, 230, 230), quarter ? 1.5 : 2));
-        p.drawLine(QPointF(xOf(s), top), QPointF(xOf(s), bottom));
-        p.setPen(palette().windowText().color());
-        if (f % 2 == 1 || quarter)
-            p.drawText(QPointF(xOf(s) - 4, bottom + (quarter ? 26 : 14)), QString::number(f));
-    }
     const auto yOf = [&](int course) { return top + (bottom - top) * (course - 0.5) / kCourses; };
-    for (int c = 1; c <= kCourses; ++c) {
-        p.setPen(QPen(c == kCourses ? QColor(210, 170, 60) : QColor(240, 240, 240), 1));
-        p.drawLine(QPointF(left - 6, yOf(c) - 2), QPointF(right, yOf(c) - 2));
-        p.drawLine(QPointF(left - 6, yOf(c) + 2), QPointF(right, yOf(c) + 2));
-        p.setPen(palette().windowText().color());
-        p.drawText(QPointF(4, yOf(c) + 4), QString("c%1").arg(c));
+    if (still) {
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(120, 80, 45));
+        p.drawRect(QRectF(left, top, right - left, bottom - top));
+        p.setBrush(QColor(235, 225, 200));
+        p.drawRect(QRectF(left - 6, top, 6, bottom - top)); // the nut
+        QFont small = font();
+        small.setPointSizeF(7);
+        p.setFont(small);
+        for (std::size_t f = 1; f < m_fretSemitones.size(); ++f) {
+            const double s = m_fretSemitones[f];
+            if (s < 0) continue;
+            const bool quarter = s != std::floor(s);
+            p.setPen(QPen(quarter ? QColor(200, 150, 90) : QColor(230, 230, 230), quarter ? 1.5 : 2));
+            p.drawLine(QPointF(xOf(s), top), QPointF(xOf(s), bottom));
+            p.setPen(palette().windowText().color());
+            if (f % 2 == 1 || quarter)
+                p.drawText(QPointF(xOf(s) - 4, bottom + (quarter ? 26 : 14)), QString::number(f));
+        }
+        for (int c = 1; c <= kCourses; ++c) {
+            p.setPen(QPen(c == kCourses ? QColor(210, 170, 60) : QColor(240, 240, 240), 1));
+            p.drawLine(QPointF(left - 6, yOf(c) - 2), QPointF(right, yOf(c) - 2));
+            p.drawLine(QPointF(left - 6, yOf(c) + 2), QPointF(right, yOf(c) + 2));
+            p.setPen(palette().windowText().color());
+            p.drawText(QPointF(4, yOf(c) + 4), QString("c%1").arg(c));
+        }
     }
     for (const Mark& m : marks) {
         const QStringList w = Words(m.position);
@@ -160,11 +175,13 @@ void InstrumentView::drawTar(QPainter& p, const std::vector<Mark>& marks) const 
 // The ney upright seen from the front: the thumb hole (on the back) drawn dashed at the
 // top, front holes 1 to 5 below; a hole is filled as far as the finger covers it. The
 // registers are listed beside it with the marked one lit.
-void InstrumentView::drawNey(QPainter& p, const std::vector<Mark>& marks) const {
+void InstrumentView::drawNey(QPainter& p, const std::vector<Mark>& marks, bool still) const {
     const double cx = width() * 0.35, top = 12, bottom = height() - 12.0;
-    p.setPen(QPen(QColor(120, 90, 40), 1.5));
-    p.setBrush(QColor(225, 195, 130));
-    p.drawRoundedRect(QRectF(cx - 16, top, 32, bottom - top), 10, 10);
+    if (still) {
+        p.setPen(QPen(QColor(120, 90, 40), 1.5));
+        p.setBrush(QColor(225, 195, 130));
+        p.drawRoundedRect(QRectF(cx - 16, top, 32, bottom - top), 10, 10);
+    }
     const double step = (bottom - top - 40) / 6;
     const Mark* shown = marks.empty() ? nullptr : &marks.back();
     const QStringList w = shown ? Words(shown->position) : QStringList{};
@@ -172,9 +189,13 @@ void InstrumentView::drawNey(QPainter& p, const std::vector<Mark>& marks) const 
     for (int h = 0; h < 6; ++h) {
         const QPointF c(cx, top + 30 + step * h + (h > 0 ? step * 0.3 : 0));
         const double r = 9;
-        p.setPen(QPen(Qt::black, 1.5, h == 0 ? Qt::DashLine : Qt::SolidLine));
-        p.setBrush(Qt::white);
-        p.drawEllipse(c, r, r);
+        if (still) {
+            p.setPen(QPen(Qt::black, 1.5, h == 0 ? Qt::DashLine : Qt::SolidLine));
+            p.setBrush(Qt::white);
+            p.drawEllipse(c, r, r);
+            p.setPen(palette().windowText().color());
+            p.drawText(QPointF(cx + 22, c.y() + 4), kNeyHoles[h]);
+        }
         const double covered = h < pattern.size() ? Covered(pattern[h]) : 0;
         if (covered > 0) {
             p.setPen(Qt::NoPen);
@@ -183,11 +204,9 @@ void InstrumentView::drawNey(QPainter& p, const std::vector<Mark>& marks) const 
             p.drawPie(QRectF(c.x() - r, c.y() - r, 2 * r, 2 * r), 270 * 16 - int(180 * 16 * covered),
                       int(360 * 16 * covered));
         }
-        p.setPen(palette().windowText().color());
-        p.drawText(QPointF(cx + 22, c.y() + 4), kNeyHoles[h]);
     }
     QFont bold = font();
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3 && !still; ++i) {
         const bool lit = !w.isEmpty() && w[0] == kNeyRegisters[i];
         bold.setBold(lit);
         p.setFont(bold);
@@ -198,14 +217,14 @@ void InstrumentView::drawNey(QPainter& p, const std::vector<Mark>& marks) const 
 
 // The comb face-on: holes 1 to 10 with the blow notes above and the draw notes below;
 // the marked hole is filled and its action written under it.
-void InstrumentView::drawHarmonica(QPainter& p, const std::vector<Mark>& marks) const {
+void InstrumentView::drawHarmonica(QPainter& p, const std::vector<Mark>& marks, bool still) const {
     const double left = 20, right = width() - 20.0, cy = height() / 2.0;
     const double cell = (right - left) / kHarmonicaHoles;
     p.setPen(QPen(QColor(90, 90, 100), 2));
     p.setBrush(QColor(200, 200, 210));
-    p.drawRoundedRect(QRectF(left - 8, cy - 32, right - left + 16, 64), 8, 8);
+    if (still) p.drawRoundedRect(QRectF(left - 8, cy - 32, right - left + 16, 64), 8, 8);
     p.setBrush(QColor(60, 40, 30));
-    for (int h = 1; h <= kHarmonicaHoles; ++h) {
+    for (int h = 1; h <= kHarmonicaHoles && still; ++h) {
         const double x = left + cell * (h - 0.5);
         p.setPen(Qt::NoPen);
         p.drawRect(QRectF(x - cell * 0.3, cy - 10, cell * 0.6, 20));
@@ -237,12 +256,12 @@ void InstrumentView::drawHarmonica(QPainter& p, const std::vector<Mark>& marks) 
 
 // The top shell: the ding in the centre and the eight fields round it, zig-zagging up
 // from the lowest at the bottom.
-void InstrumentView::drawHang(QPainter& p, const std::vector<Mark>& marks) const {
+void InstrumentView::drawHang(QPainter& p, const std::vector<Mark>& marks, bool still) const {
     const QPointF c(width() / 2.0, height() / 2.0);
     const double r = std::min(width(), height()) / 2.0 - 8;
     p.setPen(QPen(QColor(70, 70, 60), 2));
     p.setBrush(QColor(150, 140, 110));
-    p.drawEllipse(c, r, r);
+    if (still) p.drawEllipse(c, r, r);
     const auto centreOf = [&](int field) {
         if (field == 0) return c;
         // Fields alternate left and right of the bottom as they rise, 45 degrees apart.
@@ -259,11 +278,13 @@ void InstrumentView::drawHang(QPainter& p, const std::vector<Mark>& marks) const
     for (int f = 0; f <= kHangFields; ++f) {
         const QPointF at = centreOf(f);
         const double fr = f == 0 ? r * 0.22 : r * 0.15;
-        QColor fill(175, 165, 135);
+        std::optional<QColor> fill;
+        if (still) fill = QColor(175, 165, 135);
         for (const Mark& m : marks)
             if (WordInt(Words(m.position), 0) == f) fill = m.colour;
+        if (!fill) continue;
         p.setPen(QPen(QColor(70, 70, 60), 1.5));
-        p.setBrush(fill);
+        p.setBrush(*fill);
         p.drawEllipse(at, fr * 1.1, fr);
         const Position* pos = byField[static_cast<std::size_t>(f)];
         const QString text = pos ? QString::fromStdString(pos->text).section('(', 1).chopped(1) : QString();

@@ -2,7 +2,9 @@
 // One instrument drawn with the positions of the note under the cursor and of the note
 // sounding now: the tar's neck, the ney's holes, the harmonica's holes, the hang's fields.
 
+#include <QPixmap>
 #include <QWidget>
+#include <optional>
 
 #include "fingering/fingering_table.h"
 
@@ -37,15 +39,18 @@ private:
         const fingering::Position* position;
         QColor colour;
     };
-    void drawTar(QPainter& p, const std::vector<Mark>& marks) const;
-    void drawNey(QPainter& p, const std::vector<Mark>& marks) const;
-    void drawHarmonica(QPainter& p, const std::vector<Mark>& marks) const;
-    void drawHang(QPainter& p, const std::vector<Mark>& marks) const;
+    // Draws the instrument's still parts (`still`, once per size into m_still) or the marks.
+    void draw(QPainter& p, const std::vector<Mark>& marks, bool still) const;
+    void drawTar(QPainter& p, const std::vector<Mark>& marks, bool still) const;
+    void drawNey(QPainter& p, const std::vector<Mark>& marks, bool still) const;
+    void drawHarmonica(QPainter& p, const std::vector<Mark>& marks, bool still) const;
+    void drawHang(QPainter& p, const std::vector<Mark>& marks, bool still) const;
 
     fingering::Instrument m_instrument;
     const fingering::FingeringTable& m_table;
     std::vector<double> m_fretSemitones; // the tar's frets above the open course, from the table
     std::optional<MarkedNote> m_cursor, m_playing;
+    QPixmap m_still; // the instrument without marks, at the widget's size
 };
 
 // The colours of the two marks.
