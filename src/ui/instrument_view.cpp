@@ -250,7 +250,7 @@ void InstrumentView::drawHarmonica(QPainter& p, const std::vector<Mark>& marks, 
         const double bend = std::abs(w[2].toDouble());
         QString what = w[1];
         if (bend > 0) what += QString(" bend %1").arg(bend);
-        p.drawText(QRectF(x - 60, cy + 34, 120, 20), Qt::AlignCenter, what);
+        p.drawText(QRectF(std::max(0.0, x - 60), cy + 34, 120, 20), Qt::AlignCenter, what);
     }
 }
 
