@@ -22,6 +22,12 @@ QStringList Words(const Position* p) {
     return p ? QString::fromStdString(p->place).split(' ', Qt::SkipEmptyParts) : QStringList{};
 }
 
+// The note a position gives, written in brackets at the end of its text: "C4".
+QString NoteNameOf(const Position& p) {
+    const QString text = QString::fromStdString(p.text);
+    return text.contains('(') ? text.section('(', -1).chopped(1) : QString();
+}
+
 int WordInt(const QStringList& words, int i) {
     return i < words.size() ? words[i].toInt() : -1;
 }
@@ -57,8 +63,12 @@ InstrumentView::InstrumentView(Instrument instrument, const fingering::Fingering
     // Each fret's distance above its course's open note, as the table places the notes.
     double open[kCourses + 1] = {};
     for (const Position& p : table.rows())
-        if (const QStringList w = Words(&p); w.size() == 2 && w[1] == "0")
-            open[std::clamp(WordInt(w, 0), 0, kCourses)] = p.note;
+        if (const QStringList w = Words(&p); w.size() == 2 && w[1] == "0") {
+            const int course = std::clamp(WordInt(w, 0), 0, kCourses);
+            open[course] = p.note;
+            m_courseNames.resize(kCourses + 1);
+            m_courseNames[static_cast<std::size_t>(course)] = NoteNameOf(p);
+        }
     for (const Position& p : table.rows()) {
         const QStringList w = Words(&p);
         const int course = WordInt(w, 0), fret = WordInt(w, 1);
@@ -153,7 +163,9 @@ void InstrumentView::drawTar(QPainter& p, const std::vector<Mark>& marks, bool s
             p.drawLine(QPointF(left - 6, yOf(c) - 2), QPointF(right, yOf(c) - 2));
             p.drawLine(QPointF(left - 6, yOf(c) + 2), QPointF(right, yOf(c) + 2));
             p.setPen(palette().windowText().color());
-            p.drawText(QPointF(4, yOf(c) + 4), QString("c%1").arg(c));
+            const auto k = static_cast<std::size_t>(c);
+            p.drawText(QPointF(4, yOf(c) + 4),
+                       k < m_courseNames.size() ? m_courseNames[k] : QString("c%1").arg(c));
         }
     }
     for (const Mark& m : marks) {
@@ -287,7 +299,7 @@ void InstrumentView::drawHang(QPainter& p, const std::vector<Mark>& marks, bool 
         p.setBrush(*fill);
         p.drawEllipse(at, fr * 1.1, fr);
         const Position* pos = byField[static_cast<std::size_t>(f)];
-        const QString text = pos ? QString::fromStdString(pos->text).section('(', 1).chopped(1) : QString();
+        const QString text = pos ? NoteNameOf(*pos) : QString();
         p.setPen(Qt::black);
         p.drawText(QRectF(at.x() - 30, at.y() - 8, 60, 16), Qt::AlignCenter, text);
     }

@@ -49,6 +49,7 @@ private:
     fingering::Instrument m_instrument;
     const fingering::FingeringTable& m_table;
     std::vector<double> m_fretSemitones; // the tar's frets above the open course, from the table
+    std::vector<QString> m_courseNames;  // the tar's open courses by number: "C4"
     std::optional<MarkedNote> m_cursor, m_playing;
     QPixmap m_still; // the instrument without marks, at the widget's size
 };
