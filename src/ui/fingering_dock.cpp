@@ -51,8 +51,12 @@ void FingeringDock::follow(int line, int scoreVersion, int transpose) {
     refresh();
 }
 
-void FingeringDock::setPlaying(int line) {
-    if (line == m_playLine) return;
+void FingeringDock::setPlaying(int line, int transpose) {
+    if (line == m_playLine && transpose == m_transpose) return;
+    if (transpose != m_transpose && m_version) {
+        m_notes.compute(m_sheet, transpose);
+        m_transpose = transpose;
+    }
     m_playLine = line;
     refresh();
 }

@@ -28,8 +28,9 @@ public:
     // (the layout's generation) and `transpose` is the slider's value: either change
     // computes the sounding notes again.
     void follow(int line, int scoreVersion, int transpose);
-    // The line sounding now during playback, 0 when none.
-    void setPlaying(int line);
+    // The line sounding now during playback, 0 when none, and the slider's transposition
+    // (the window's timer calls this, so a moved slider shows without a cursor move).
+    void setPlaying(int line, int transpose);
 
     QTabWidget* tabs() const { return m_tabs; }
     InstrumentView* view(fingering::Instrument i) const {
@@ -47,7 +48,7 @@ private:
     fingering::InstrumentTables m_tables;
     fingering::SoundingNotes m_notes;
     std::optional<int> m_version;
-    int m_transpose = 0;
+    int m_transpose = play::TransposeCentre;
     int m_cursorLine = 0, m_playLine = 0;
     QTabWidget* m_tabs = nullptr;
     std::array<InstrumentView*, 4> m_views{};

@@ -448,7 +448,7 @@ void MainWindow::setZoom(double zoomBase) {
 
 void MainWindow::pollPlayback() {
     const int line = m_playback->poll();
-    m_fingering->setPlaying(line);
+    m_fingering->setPlaying(line, m_playback->player().controls().Transpose);
     if (line == m_pic->playLine()) return;
     m_pic->setPlayLine(line);
     // The page scrolls with the sounding note.

@@ -1,4 +1,5 @@
 #include <QLabel>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -34,6 +35,14 @@ TEST(FingeringDock, FollowsTheCursorWithTheSoundingNote) {
     while (rig.window->document().Sheet.CurrentLine < 17) rig.key(Qt::Key_Right);
     EXPECT_EQ(CursorNote(dock, Instrument::Tar), 61.5);
     EXPECT_TRUE(dock.caption().contains("course 1 fret 2 (D4 koron)")) << dock.caption().toStdString();
+    // The transposition slider a whole tone up: D koron sounds as E koron, fret 5.
+    auto* slider = rig.window->findChild<QScrollBar*>("HScroll1");
+    ASSERT_TRUE(slider);
+    slider->setValue(26);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return CursorNote(dock, Instrument::Tar) == 63.5; }, 2000));
+    EXPECT_TRUE(dock.caption().contains("course 1 fret 5 (E4 koron)")) << dock.caption().toStdString();
+    slider->setValue(24);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return CursorNote(dock, Instrument::Tar) == 61.5; }, 2000));
     // The hang drum has no D koron: the nearest field (D4, a quarter tone up) is shown,
     // and said to be so.
     dock.tabs()->setCurrentIndex(static_cast<int>(Instrument::Hang));
