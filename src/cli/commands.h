@@ -37,5 +37,7 @@ int RunFindNote(const Argv& argv);
 int RunTranscribe(const Argv& argv);
 // Real recordings (cmd_notes.cpp)
 int RunNotes(const Argv& argv);
+// Fingering (cmd_fingering.cpp)
+int RunFingering(const Argv& argv);
 
 } // namespace tahrir::cli

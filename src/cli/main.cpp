@@ -46,6 +46,7 @@ const Command kCommands[] = {
      "notes FILE [--grid 12|24|dastgah] [--signature LINE1] [--base HZ] [--koron C] "
      "[--sori C] [-o OUT.txt] [--json] [--frames OUT.txt]",
      RunNotes},
+    {"fingering", "fingering FILE.srv --instrument tar|ney|harmonica|hang", RunFingering},
 };
 
 void PrintHelp(std::ostream& out) {

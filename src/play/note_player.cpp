@@ -201,6 +201,7 @@ void NotePlayer::PlayNoteLine(int step, int octave, int duration, char accidenta
     auto resolved = resolve(step, octave, accidental, mark);
     if (!resolved) return;
     Resolved& r = *resolved;
+    if (m_observer && line > 3 && step > 0) m_observer->noteResolved(line, r.main, r.mainChannel);
     const int base = 90 - m_controls.VolScr.load(std::memory_order_relaxed);
     // The accent rounds half to even; above 127 it would spill into the next byte, so it
     // is held at 127.

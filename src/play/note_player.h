@@ -21,6 +21,9 @@ class PlayObserver {
 public:
     virtual ~PlayObserver() = default;
     virtual void lineSounded(int line) = 0;
+    // Told of each note line as it is resolved, before it sounds: its key and voice
+    // channel (koron and sori voices bend the key a quarter tone).
+    virtual void noteResolved(int /*line*/, int /*key*/, int /*channel*/) {}
 };
 
 // A typed note sounded for audition: its key and channel.

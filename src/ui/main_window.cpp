@@ -25,6 +25,7 @@
 #include "edit/editor.h"
 #include "edit/key_codes.h"
 #include "ui/dialogs.h"
+#include "ui/fingering_dock.h"
 #include "ui/measure_strip.h"
 #include "ui/musicxml_command.h"
 #include "ui/palette_panel.h"
@@ -177,6 +178,8 @@ void MainWindow::buildDocks() {
     dl->addWidget(m_descriptText);
     descDock->setWidget(desc);
     addDockWidget(Qt::RightDockWidgetArea, descDock);
+    m_fingering = new FingeringDock(m_doc.Sheet, m_session.AppFolder, this);
+    addDockWidget(Qt::RightDockWidgetArea, m_fingering);
     fitDocks();
 }
 
@@ -217,6 +220,7 @@ void MainWindow::buildMenus() {
     add(view, "PageView", "&Page view", [this] { setViewMode(0); });
     add(view, "WorkingView", "&Working view", [this] { setViewMode(1); });
     add(view, "CmdJpg", "&Reference image...", [this] { cmdJpg(); });
+    view->addAction(m_fingering->toggleViewAction());
     view->addSeparator();
     // ViewFont entries: the view's size is the entry's index less one.
     for (int i = 2; i <= 7; ++i)
@@ -370,6 +374,7 @@ void MainWindow::afterEdit(int oldLine, int oldGeneration) {
     syncFrames();
     syncHint();
     followCursor();
+    m_fingering->follow(line, m_layout.generation(), m_playback->player().controls().Transpose);
     setWindowTitle(scoreTitle());
     setWindowModified(m_doc.DirtyFlag);
     syncPenNotice();
@@ -473,6 +478,7 @@ void MainWindow::setZoom(double zoomBase) {
 
 void MainWindow::pollPlayback() {
     const int line = m_playback->poll();
+    m_fingering->setPlaying(line, m_playback->player().controls().Transpose);
     if (line == m_pic->playLine()) return;
     m_pic->setPlayLine(line);
     // The page scrolls with the sounding note.

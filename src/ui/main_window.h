@@ -31,6 +31,7 @@ class Editor;
 namespace tahrir::ui {
 
 class Dialogs;
+class FingeringDock;
 class MeasureStrip;
 class PalettePanel;
 class Playback;
@@ -156,6 +157,7 @@ private:
     TextFrames* m_frames = nullptr;
     PlaybackPanel* m_playPanel = nullptr;
     PrintCommands* m_print = nullptr;
+    FingeringDock* m_fingering = nullptr;
     QCheckBox* m_editorCh = nullptr;
     QLabel* m_descriptLabel = nullptr;
     QPlainTextEdit* m_descriptText = nullptr;

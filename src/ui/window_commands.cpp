@@ -179,17 +179,22 @@ void MainWindow::fitDocks() {
     auto* palette = findChild<QDockWidget*>("PaletteDock");
     auto* play = findChild<QDockWidget*>("PlaybackDock");
     auto* desc = findChild<QDockWidget*>("DescriptionDock");
-    if (!palette || !play || !desc) return;
+    auto* fingering = findChild<QDockWidget*>("FingeringDock");
+    if (!palette || !play || !desc || !fingering) return;
     const bool small = width() < 1280;
     if (property("smallLayout").toBool() == small) return;
     setProperty("smallLayout", small);
     if (small) {
         tabifyDockWidget(palette, play);
         tabifyDockWidget(palette, desc);
+        tabifyDockWidget(palette, fingering);
         palette->raise();
     } else {
         addDockWidget(Qt::RightDockWidgetArea, play);
         addDockWidget(Qt::RightDockWidgetArea, desc);
+        // The fingering views share the description's place, one tab each.
+        tabifyDockWidget(desc, fingering);
+        desc->raise();
     }
 }
 

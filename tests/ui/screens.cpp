@@ -38,19 +38,7 @@ bool SaveWidget(QWidget& w, const std::string& dir, const char* name) {
 }
 
 bool Save(MainWindow& w, const std::string& dir, const char* name) {
-    QApplication::processEvents();
-    const std::string path = dir + "/" + name;
-    const bool ok = w.grab().save(QString::fromStdString(path));
-    std::printf("%s %s\n", ok ? "wrote" : "could not write", path.c_str());
-    return ok;
-}
-
-bool SaveWidget(QWidget& w, const std::string& dir, const char* name) {
-    QApplication::processEvents();
-    const std::string path = dir + "/" + name;
-    const bool ok = w.grab().save(QString::fromStdString(path));
-    std::printf("%s %s\n", ok ? "wrote" : "could not write", path.c_str());
-    return ok;
+    return SaveWidget(w, dir, name);
 }
 
 void Keys(WindowRig& rig, std::initializer_list<std::pair<int, Qt::KeyboardModifiers>> keys) {
