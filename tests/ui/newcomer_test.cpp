@@ -59,7 +59,9 @@ TEST_F(Newcomer, ANewScoreBringsItsTempoToTheBar) {
 TEST_F(Newcomer, EveryInstrumentButtonSoundsTheInstrumentItNames) {
     play::RecordingSink sink;
     rig.window->playback().player().midi().setSink(&sink);
-    const auto buttons = rig.window->findChildren<QToolButton*>("InsImage");
+    // The MIDI instruments' pictures; 8 to 10 are the wave voices and the accompaniment.
+    auto buttons = rig.window->findChildren<QToolButton*>("InsImage");
+    buttons.removeIf([](QToolButton* b) { return b->property("index").toInt() >= 8; });
     ASSERT_EQ(buttons.size(), 8);
     for (QToolButton* b : buttons) {
         sink.clear();
