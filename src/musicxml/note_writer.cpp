@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "core/beam_patterns.h"
 #include "core/cp1256.h"
 #include "core/line_kind.h"
 #include "musicxml/exporter.h"
@@ -26,21 +27,6 @@ NoteRead ReadNote(const core::ScoreLine& line) {
     n.root = line.get(core::NoteField::ChordRootCode)[0];
     n.kind = line.get(core::NoteField::ChordKindCode)[0];
     return n;
-}
-
-int BeamLevels(int ticks) {
-    switch (ticks) {
-    case 4:
-    case 6:
-        return 1;
-    case 2:
-    case 3:
-        return 2;
-    case 1:
-        return 3;
-    default:
-        return 0;
-    }
 }
 
 // The letter a note's own accidental sounds with, read in upper case as playback reads
@@ -98,17 +84,17 @@ std::string Exporter::pitchXml(int step, int octave, char letter) const {
 }
 
 std::string Exporter::beamXml(const NoteRead& n, int i) const {
-    const int levels = BeamLevels(n.ticks);
+    const int levels = core::BeamLevel(n.ticks);
     if (levels == 0) return {};
     int prevLevels = 0, nextLevels = 0;
     for (int j = i - 1; j >= 4; --j) {
         if (core::ClassifyLine(m_sheet[j].text(), j) != core::LineKind::NoteLine) continue;
         const NoteRead p = ReadNote(m_sheet[j]);
-        if (p.beam == 'C') prevLevels = BeamLevels(p.ticks);
+        if (p.beam == 'C') prevLevels = core::BeamLevel(p.ticks);
         break;
     }
     if (n.beam == 'C')
-        if (const int j = nextNote(i)) nextLevels = BeamLevels(ReadNote(m_sheet[j]).ticks);
+        if (const int j = nextNote(i)) nextLevels = core::BeamLevel(ReadNote(m_sheet[j]).ticks);
     if (prevLevels == 0 && nextLevels == 0) return {};
     std::string out;
     for (int k = 1; k <= levels; ++k) {
