@@ -187,6 +187,7 @@ void MainWindow::buildMenus() {
                                      *m_dialogs, m_doc, m_playback->player().controls())),
                                  6000);
     });
+    add(file, "OpenFMeter", "&Transcribe a recording...", [this] { openFMeter(); });
     file->addSeparator();
     add(file, "ExitImage", "E&xit", [this] { close(); });
     QMenu* view = menuBar()->addMenu("&View");

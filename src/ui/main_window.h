@@ -29,6 +29,7 @@ class Editor;
 namespace tahrir::ui {
 
 class Dialogs;
+class FMeter;
 class MeasureStrip;
 class PalettePanel;
 class Playback;
@@ -62,6 +63,8 @@ public:
     void editorKey(EditorKey key);
     void setViewMode(int mode);
     void setZoom(double zoomBase);
+    // The transcription window, made on first use.
+    FMeter* openFMeter();
 
     edit::Editor& editor() { return *m_editor; }
     core::Document& document() { return m_doc; }
