@@ -82,7 +82,7 @@ FMeter::FMeter(FMeterHost host, QWidget* parent) : QWidget(parent, Qt::Window), 
 
 FMeter::~FMeter() {
     m_stop = true;
-    m_watcher.waitForFinished();
+    m_future.waitForFinished();
 }
 
 QWidget* FMeter::buildToolbar() {
@@ -246,7 +246,7 @@ QWidget* FMeter::buildInsert() {
 
 void FMeter::openRecording(const std::filesystem::path& file) {
     m_stop = true;
-    m_watcher.waitForFinished();
+    m_future.waitForFinished();
     m_stop = false;
     m_progressValue = 0;
     m_progress->setValue(0);
@@ -255,16 +255,17 @@ void FMeter::openRecording(const std::filesystem::path& file) {
     m_progressTimer->start(100);
     m_translate->setEnabled(false);
     m_status->setText("Reading " + QString::fromStdString(file.filename().string()) + "...");
-    m_watcher.setFuture(QtConcurrent::run([this, file]() -> std::optional<app::WaveAnalysis> {
+    m_future = QtConcurrent::run([this, file]() -> std::optional<app::WaveAnalysis> {
         return app::AnalyseRecording(file, m_loadError, [this](double done) {
             m_progressValue = done;
             return !m_stop.load();
         });
-    }));
+    });
+    m_watcher.setFuture(m_future);
 }
 
 bool FMeter::waitForAnalysis() {
-    m_watcher.waitForFinished();
+    m_future.waitForFinished();
     QCoreApplication::processEvents();
     return m_analysis != nullptr;
 }
@@ -273,7 +274,7 @@ void FMeter::analysisFinished() {
     m_progressTimer->stop();
     m_progress->hide();
     m_cancel->hide();
-    auto result = m_watcher.result();
+    auto result = m_future.result();
     if (!result) {
         m_status->setText(QString::fromStdString(m_loadError));
         return;
@@ -441,6 +442,11 @@ std::vector<GridLine> FMeter::gridLines() const {
             lines.push_back({12.0 * (octave + 1) + p.cents / 100,
                              ReadableName(names[index]) + QString::number(octave), natural});
         }
+    // The dastgah grid repeats Do (and Do koron) at both ends of its octave.
+    std::sort(lines.begin(), lines.end(), [](const GridLine& a, const GridLine& b) { return a.note < b.note; });
+    lines.erase(std::unique(lines.begin(), lines.end(),
+                            [](const GridLine& a, const GridLine& b) { return std::abs(a.note - b.note) < 1e-6; }),
+                lines.end());
     return lines;
 }
 

@@ -96,6 +96,7 @@ private:
     WaveWindow m_window;
     std::unique_ptr<app::WaveAnalysis> m_analysis;
     app::TrackedNotes m_found;
+    QFuture<std::optional<app::WaveAnalysis>> m_future;
     QFutureWatcher<std::optional<app::WaveAnalysis>> m_watcher;
     std::atomic<double> m_progressValue{0};
     std::atomic<bool> m_stop{false};

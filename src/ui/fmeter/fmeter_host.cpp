@@ -9,7 +9,8 @@
 namespace tahrir::ui {
 
 FMeter* MainWindow::openFMeter() {
-    auto* meter = findChild<FMeter*>();
+    // The window is a plain widget without a meta-object of its own: found by its name.
+    FMeter* meter = dynamic_cast<FMeter*>(findChild<QWidget*>("FMeter", Qt::FindDirectChildrenOnly));
     if (!meter) {
         FMeterHost host;
         host.appFolder = m_session.AppFolder;
