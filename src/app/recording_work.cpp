@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "play/midi_message.h"
+#include "play/synth_sink.h"
 #include "transcribe/wave_file.h"
 
 namespace tahrir::app {
@@ -109,6 +111,30 @@ TrackedNotes ModernTrack(const std::vector<RecordingNote>& notes, double rate, b
         tracked.notes.push_back({n.onset * rate, n.offset * rate, n.note, false});
     if (silent && !tracked.notes.empty()) tracked.shift = tracked.notes.front().start;
     return tracked;
+}
+
+bool RenderNotes(const TrackedNotes& tracked, const std::filesystem::path& wav, std::string& error) {
+    auto synth = play::SynthSink::openOffline(play::DefaultSoundFont(), wav, error);
+    if (!synth) return false;
+    // A flute holds its pitch like a voice; channel 1 sounds a quarter tone higher
+    // (a quarter of the two-semitone bend range).
+    constexpr int kFlute = 73;
+    for (int channel = 0; channel < 2; ++channel) {
+        synth->send(play::PackProgramChange(kFlute, channel), 0);
+        synth->send(play::PackPitchBend(0, channel ? 80 : 64, channel), 0);
+    }
+    for (const TimedNote& n : tracked.notes) {
+        if (n.rest || n.end <= n.start) continue;
+        const int key = static_cast<int>(std::floor(n.note));
+        const int channel = n.note - key >= 0.25 ? 1 : 0;
+        synth->send(play::PackNoteOn(key, 90, channel), n.start / tracked.rate);
+        synth->send(play::PackNoteOff(key, channel), n.end / tracked.rate);
+    }
+    if (!synth->finish(0.5)) {
+        error = "Can't write " + wav.string();
+        return false;
+    }
+    return true;
 }
 
 } // namespace tahrir::app

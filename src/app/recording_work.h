@@ -62,4 +62,8 @@ TrackedNotes ClassicTrack(std::string_view wave, const transcribe::PassOptions& 
 TrackedNotes ModernTrack(const std::vector<transcribe::RecordingNote>& notes, double rate,
                          bool silent);
 
+// The notes rendered by the built-in synthesiser into `wav` at the times they were
+// found, quarter tones on a channel bent up by a quarter; false with `error` on failure.
+bool RenderNotes(const TrackedNotes& notes, const std::filesystem::path& wav, std::string& error);
+
 } // namespace tahrir::app

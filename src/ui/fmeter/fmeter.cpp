@@ -460,7 +460,16 @@ void FMeter::setPlayAt(double sample) {
 }
 
 void FMeter::playFound() {
-    if (m_host.playNotes && !m_found.notes.empty()) m_host.playNotes(m_found.notes, m_found.rate);
+    if (m_found.notes.empty()) return;
+    const std::filesystem::path wav = m_host.appFolder / "tmpnotes.wav";
+    std::string error;
+    if (!app::RenderNotes(m_found, wav, error)) {
+        m_status->setText(QString::fromStdString(error));
+        return;
+    }
+    const double rate = m_window.rate();
+    const bool marked = m_chSel->isChecked() && m_window.marked();
+    m_audio->playFile(wav, marked ? m_window.markFrom / rate : 0, marked ? m_window.markTo / rate : -1);
 }
 
 void FMeter::refreshGrid() { m_detail->setGrid(gridLines()); }

@@ -40,8 +40,6 @@ struct FMeterHost {
         insert;
     // Rewrites the letters of line 1 as one undoable step.
     std::function<void(const std::string&)> setSignature;
-    // Plays the notes through the program's player.
-    std::function<void(const std::vector<transcribe::TimedNote>&, double rate)> playNotes;
 };
 
 class FMeter : public QWidget {
@@ -63,7 +61,7 @@ public:
 
     // The play line, in samples; -1 hides it.
     void setPlayAt(double sample);
-    // The found notes through the program's player.
+    // The found notes through the built-in synthesiser, at their times.
     void playFound();
 
     // The view.

@@ -93,21 +93,33 @@ void FMeterAudio::addMeter(QGridLayout* l, int row) {
 
 void FMeterAudio::setRecording(const std::filesystem::path& file) {
     m_file = file;
-    if (m_player) m_player->setSource(QUrl::fromLocalFile(QString::fromStdString(file.string())));
 }
 
 void FMeterAudio::play() {
     if (m_file.empty()) return;
+    const WaveWindow& w = m_window.view();
+    playFile(m_file, w.marked() ? w.markFrom / w.rate() : 0, w.marked() ? w.markTo / w.rate() : -1);
+}
+
+void FMeterAudio::playFile(const std::filesystem::path& file, double from, double to) {
     if (!m_player) {
         m_player = new QMediaPlayer(this);
         m_output = new QAudioOutput(this);
         m_player->setAudioOutput(m_output);
-        m_player->setSource(QUrl::fromLocalFile(QString::fromStdString(m_file.string())));
+        // A position set before the file is loaded is lost: it is set again once it is.
+        connect(m_player, &QMediaPlayer::mediaStatusChanged, this, [this](QMediaPlayer::MediaStatus s) {
+            if (m_startSeconds > 0 && (s == QMediaPlayer::LoadedMedia || s == QMediaPlayer::BufferedMedia)) {
+                m_player->setPosition(static_cast<qint64>(1000 * m_startSeconds));
+                m_startSeconds = -1;
+            }
+        });
     }
-    const WaveWindow& w = m_window.view();
-    m_endSeconds = w.marked() ? w.markTo / w.rate() : -1;
-    if (w.marked()) m_player->setPosition(static_cast<qint64>(1000 * w.markFrom / w.rate()));
-    else m_player->setPosition(0);
+    m_player->stop();
+    m_player->setSource(QUrl());
+    m_player->setSource(QUrl::fromLocalFile(QString::fromStdString(file.string())));
+    m_endSeconds = to;
+    m_startSeconds = from;
+    m_player->setPosition(static_cast<qint64>(1000 * from));
     m_player->play();
     m_follow->start();
 }

@@ -30,7 +30,10 @@ public:
     void addMeter(QGridLayout* layout, int row);
     void setRecording(const std::filesystem::path& file);
 
+    // The recording, or its marked stretch.
     void play();
+    // `file` from `from` seconds to `to` (-1: its end), the play line following it.
+    void playFile(const std::filesystem::path& file, double from, double to);
     void stop();
     bool startRecording();
     bool recording() const { return m_source != nullptr; }
@@ -54,6 +57,7 @@ private:
     QToolButton* m_record = nullptr;
     QProgressBar* m_level = nullptr;
     double m_endSeconds = -1; // where play of the marked stretch ends
+    double m_startSeconds = -1; // where play starts once the file is loaded
 };
 
 } // namespace tahrir::ui
