@@ -38,34 +38,36 @@ void BuildPeaks(WaveAnalysis& a) {
     }
 }
 
-std::optional<WaveAnalysis> AnalyseRecording(const std::filesystem::path& file,
-                                             std::string& error, const Progress& progress) {
+std::optional<WaveAnalysis> LoadForView(const std::filesystem::path& file, std::string& error) {
     WaveAnalysis a;
     a.file = file;
     auto rec = LoadRecording(file, TrackerRate, error);
     if (!rec) return std::nullopt;
     a.recording = std::move(*rec);
+    a.hopSeconds = static_cast<double>(PyinTracker(a.recording.rate).hop()) / a.recording.rate;
     BuildPeaks(a);
+    return a;
+}
+
+std::optional<std::vector<PitchFrame>> TrackPitch(const WaveAnalysis& a, const Progress& progress) {
     const std::vector<float>& s = a.recording.samples;
     PyinTracker tracker(a.recording.rate);
-    a.hopSeconds = static_cast<double>(tracker.hop()) / a.recording.rate;
+    std::vector<PitchFrame> frames;
     const auto stretch = static_cast<std::size_t>(kStretchSeconds * a.recording.rate);
     for (std::size_t from = 0; from < s.size(); from += stretch) {
-        if (progress && !progress(static_cast<double>(from) / static_cast<double>(s.size()))) {
-            error = "Stopped";
+        if (progress && !progress(static_cast<double>(from) / static_cast<double>(s.size())))
             return std::nullopt;
-        }
         const std::size_t to = std::min(s.size(), from + stretch);
         const std::vector<float> part(s.begin() + static_cast<std::ptrdiff_t>(from),
                                       s.begin() + static_cast<std::ptrdiff_t>(to));
         const double offset = static_cast<double>(from) / a.recording.rate;
         for (PitchFrame f : tracker.track(part)) {
             f.seconds += offset;
-            a.frames.push_back(f);
+            frames.push_back(f);
         }
     }
     if (progress) progress(1);
-    return a;
+    return frames;
 }
 
 std::string EightBitWave(const std::vector<float>& samples, int rate) {

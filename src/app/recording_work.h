@@ -31,10 +31,14 @@ struct WaveAnalysis {
 // Called with the part done (0 to 1); returning false stops the work.
 using Progress = std::function<bool(double)>;
 
-// Loads and tracks `file` in stretches so that `progress` is heard; nullopt with a
-// message in `error` on failure or when stopped.
-std::optional<WaveAnalysis> AnalyseRecording(const std::filesystem::path& file,
-                                             std::string& error, const Progress& progress);
+// Loads `file` and sums its samples up for drawing, without its pitch track; nullopt
+// with a message naming the file in `error` on failure.
+std::optional<WaveAnalysis> LoadForView(const std::filesystem::path& file, std::string& error);
+
+// The pitch track of the loaded samples, tracked in stretches so that `progress` is
+// heard; nullopt when stopped.
+std::optional<std::vector<transcribe::PitchFrame>> TrackPitch(const WaveAnalysis& analysis,
+                                                             const Progress& progress);
 
 // The minimum and maximum of every PeakBlock samples.
 void BuildPeaks(WaveAnalysis& analysis);

@@ -72,7 +72,8 @@ FMeter::FMeter(FMeterHost host, QWidget* parent) : QWidget(parent, Qt::Window), 
         m_window.first = static_cast<double>(v) * app::PeakBlock;
         syncView();
     });
-    connect(&m_watcher, &QFutureWatcherBase::finished, this, [this] { analysisFinished(); });
+    connect(&m_watcher, &QFutureWatcherBase::finished, this, [this] { loadFinished(); });
+    connect(&m_trackWatcher, &QFutureWatcherBase::finished, this, [this] { trackFinished(); });
     m_progressTimer = new QTimer(this);
     connect(m_progressTimer, &QTimer::timeout, this,
             [this] { m_progress->setValue(static_cast<int>(100 * m_progressValue.load())); });
@@ -80,9 +81,13 @@ FMeter::FMeter(FMeterHost host, QWidget* parent) : QWidget(parent, Qt::Window), 
     resize(1100, 760);
 }
 
-FMeter::~FMeter() {
+FMeter::~FMeter() { stopWork(); }
+
+void FMeter::stopWork() {
     m_stop = true;
     m_future.waitForFinished();
+    m_track.waitForFinished();
+    m_stop = false;
 }
 
 QWidget* FMeter::buildToolbar() {
@@ -245,36 +250,37 @@ QWidget* FMeter::buildInsert() {
 }
 
 void FMeter::openRecording(const std::filesystem::path& file) {
-    m_stop = true;
-    m_future.waitForFinished();
-    m_stop = false;
-    m_progressValue = 0;
-    m_progress->setValue(0);
-    m_progress->show();
-    m_cancel->show();
-    m_progressTimer->start(100);
+    stopWork();
+    m_window = WaveWindow{};
+    m_analysis.reset();
+    syncView();
     m_translate->setEnabled(false);
     m_status->setText("Reading " + QString::fromStdString(file.filename().string()) + "...");
     m_future = QtConcurrent::run([this, file]() -> std::optional<app::WaveAnalysis> {
-        return app::AnalyseRecording(file, m_loadError, [this](double done) {
-            m_progressValue = done;
-            return !m_stop.load();
-        });
+        return app::LoadForView(file, m_loadError);
     });
     m_watcher.setFuture(m_future);
 }
 
-bool FMeter::waitForAnalysis() {
+bool FMeter::waitForView() {
     m_future.waitForFinished();
     QCoreApplication::processEvents();
     return m_analysis != nullptr;
 }
 
-void FMeter::analysisFinished() {
-    m_progressTimer->stop();
-    m_progress->hide();
-    m_cancel->hide();
-    auto result = m_future.result();
+bool FMeter::waitForAnalysis() {
+    m_future.waitForFinished();
+    QCoreApplication::processEvents();
+    m_track.waitForFinished();
+    QCoreApplication::processEvents();
+    return m_analysis != nullptr && m_translate->isEnabled();
+}
+
+// The wave is drawn at once; the pitch track follows off the GUI thread.
+void FMeter::loadFinished() {
+    // Taken, not copied; the spent future is replaced by a finished empty one.
+    auto result = m_future.takeResult();
+    m_future = {};
     if (!result) {
         m_status->setText(QString::fromStdString(m_loadError));
         return;
@@ -286,13 +292,43 @@ void FMeter::analysisFinished() {
     m_window.perPixel = std::max(1.0, static_cast<double>(m_window.length()) / m_window.viewWidth);
     m_found = {};
     m_detail->setNotes({});
-    m_detail->fitPitchRange();
-    m_translate->setEnabled(true);
     m_insert->setEnabled(false);
     m_audio->setRecording(m_analysis->file);
-    m_status->setText(QString("%1 s at %2 Hz").arg(m_analysis->recording.seconds, 0, 'f', 1)
+    m_status->setText(QString("%1 s at %2 Hz: finding the pitch...")
+                          .arg(m_analysis->recording.seconds, 0, 'f', 1)
                           .arg(m_analysis->recording.fileRate));
     syncView();
+    m_progressValue = 0;
+    m_progress->setValue(0);
+    m_progress->show();
+    m_cancel->show();
+    m_progressTimer->start(100);
+    const app::WaveAnalysis* analysis = m_analysis.get();
+    m_track = QtConcurrent::run([this, analysis]() {
+        return app::TrackPitch(*analysis, [this](double done) {
+            m_progressValue = done;
+            return !m_stop.load();
+        });
+    });
+    m_trackWatcher.setFuture(m_track);
+}
+
+void FMeter::trackFinished() {
+    m_progressTimer->stop();
+    m_progress->hide();
+    m_cancel->hide();
+    auto frames = m_track.takeResult();
+    m_track = {};
+    if (!frames || !m_analysis) {
+        m_status->setText("The pitch was not tracked: stopped");
+        return;
+    }
+    m_analysis->frames = std::move(*frames);
+    m_detail->fitPitchRange();
+    m_translate->setEnabled(true);
+    m_status->setText(QString("%1 s at %2 Hz").arg(m_analysis->recording.seconds, 0, 'f', 1)
+                          .arg(m_analysis->recording.fileRate));
+    m_detail->update();
 }
 
 void FMeter::syncView() {

@@ -49,7 +49,9 @@ public:
 
     // Opens a recording and starts its analysis off the GUI thread.
     void openRecording(const std::filesystem::path& file);
-    // Waits for the analysis under way (the tests and the screenshots).
+    // Waits for the recording to be drawn, or also for its pitch track (the tests, the
+    // pictures and the benchmarks).
+    bool waitForView();
     bool waitForAnalysis();
     const app::WaveAnalysis* analysis() const { return m_analysis.get(); }
     const WaveWindow& view() const { return m_window; }
@@ -83,7 +85,9 @@ private:
     QWidget* buildPasses();
     QWidget* buildDastgah();
     QWidget* buildInsert();
-    void analysisFinished();
+    void loadFinished();
+    void trackFinished();
+    void stopWork();
     void syncView();
     void refreshGrid();
     void boxClicked(int step, int k);
@@ -96,6 +100,9 @@ private:
     app::TrackedNotes m_found;
     QFuture<std::optional<app::WaveAnalysis>> m_future;
     QFutureWatcher<std::optional<app::WaveAnalysis>> m_watcher;
+    using Frames = std::vector<transcribe::PitchFrame>;
+    QFuture<std::optional<Frames>> m_track;
+    QFutureWatcher<std::optional<Frames>> m_trackWatcher;
     std::atomic<double> m_progressValue{0};
     std::atomic<bool> m_stop{false};
     std::string m_loadError;
