@@ -7,10 +7,12 @@
 #include <QAudioDevice>
 #include <QMediaDevices>
 #include <QRadioButton>
+#include <QSlider>
 #include <QTest>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/dastgah_scale.h"
@@ -137,6 +139,13 @@ TEST_F(FMeterTest, GridAndDastgahBoxesChangeTheNoteNames) {
     choose("Grid12");
     EXPECT_EQ(names().size(), 12);
     EXPECT_TRUE(names().filter("koron").isEmpty() && names().filter("sori").isEmpty());
+    // La tuned a semitone up moves the grid a semitone up under the curve.
+    meter->findChild<QSlider*>("HSBaseF")->setValue(466);
+    const auto grid = meter->gridLines();
+    const auto c4 = std::find_if(grid.begin(), grid.end(), [](const GridLine& g) { return g.label == "C4"; });
+    ASSERT_NE(c4, grid.end());
+    EXPECT_NEAR(c4->note, 61, 0.01);
+    meter->findChild<QSlider*>("HSBaseF")->setValue(440);
     choose("Grid24");
     EXPECT_EQ(names().size(), 24);
     EXPECT_FALSE(names().filter("koron").isEmpty() && names().filter("sori").isEmpty());

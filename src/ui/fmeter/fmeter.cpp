@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QSlider>
 #include <QSpinBox>
 #include <QTimer>
 #include <QToolButton>
@@ -151,6 +152,18 @@ QWidget* FMeter::buildControls() {
     AddRadio(m_grid, gl, "12 # b", 1, "Grid12");
     AddRadio(m_grid, gl, "24 < !", 2, "Grid24")->setChecked(true);
     connect(m_grid, &QButtonGroup::idClicked, this, [this] { refreshGrid(); });
+    m_baseF = new QSlider(Qt::Horizontal, grid);
+    m_baseF->setObjectName("HSBaseF");
+    m_baseF->setRange(330, 660);
+    m_baseF->setValue(440);
+    auto* baseLabel = new QLabel("La 440 Hz", grid);
+    baseLabel->setObjectName("LabelBaseF");
+    connect(m_baseF, &QSlider::valueChanged, this, [this, baseLabel](int v) {
+        baseLabel->setText(QString("La %1 Hz").arg(v));
+        refreshGrid();
+    });
+    gl->addWidget(baseLabel);
+    gl->addWidget(m_baseF);
     left->addWidget(tracker);
     left->addWidget(grid);
     l->addLayout(left);
@@ -379,6 +392,7 @@ NotesOptions FMeter::notesOptions() const {
     NotesOptions o;
     o.grid = static_cast<NoteGrid>(m_grid->checkedId());
     o.mask = core::BuildScaleMask(boxLetters());
+    o.tuning.baseHz = m_baseF->value();
     return o;
 }
 
@@ -392,6 +406,7 @@ PassOptions FMeter::passOptions() const {
     o.Silent = m_silent->isChecked();
     o.finder.grid = static_cast<NoteGrid>(m_grid->checkedId());
     o.finder.mask = core::BuildScaleMask(boxLetters());
+    o.finder.BaseFrequency = m_baseF->value();
     return o;
 }
 
@@ -471,11 +486,13 @@ std::vector<GridLine> FMeter::gridLines() const {
     const auto points = GridPoints(o.grid, o.tuning, o.mask);
     const auto& names = core::QuarterToneNames();
     std::vector<GridLine> lines;
+    // The curve is drawn against La 440: a retuned grid moves under it.
+    const double shift = 12 * std::log2(o.tuning.baseHz / 440);
     for (int octave = 1; octave <= 8; ++octave)
         for (const GridPoint& p : points) {
             const auto index = static_cast<std::size_t>(std::clamp<long>(1 + std::lround(2 * p.note), 0, 26));
             const bool natural = names[index][1] == ' ';
-            lines.push_back({12.0 * (octave + 1) + p.cents / 100,
+            lines.push_back({12.0 * (octave + 1) + p.cents / 100 + shift,
                              ReadableName(names[index]) + QString::number(octave), natural});
         }
     // The dastgah grid repeats Do (and Do koron) at both ends of its octave.

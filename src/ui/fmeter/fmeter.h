@@ -22,6 +22,7 @@ class QProgressBar;
 class QPushButton;
 class QRadioButton;
 class QScrollBar;
+class QSlider;
 class QSpinBox;
 class QTimer;
 
@@ -128,6 +129,7 @@ private:
     QCheckBox* m_raw = nullptr; // OptQuan: the raw notes of pass 2
     QCheckBox* m_tempoToSheet = nullptr;
     QSpinBox* m_octIns = nullptr;
+    QSlider* m_baseF = nullptr; // HSBaseF: the La the grid is tuned to
     QPushButton* m_translate = nullptr;
     QPushButton* m_insert = nullptr;
     QCheckBox* m_boxes[core::DastgahBoxCount] = {};
