@@ -6,6 +6,7 @@
 #include <iostream>
 #include <string_view>
 
+#include "app/recording_work.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
 #include "cli/notes_options.h"
@@ -144,26 +145,14 @@ int OpenTarget(const TranscribeRequest& r, const core::Session& session, core::P
     return ExitOk;
 }
 
-// The notes a tracker found, in samples at `rate`, and what is taken off their times.
-struct TrackedNotes {
-    std::vector<TimedNote> notes;
-    double rate = WaveRate;
-    double shift = 0;
-};
-
-// The three passes, then the notes read back from the scratch file the insertion takes:
-// the raw ones of pass 2 or the cleaned ones of pass 3.
+// The three passes; the note list gets the cleaned notes, or the raw ones without pass 3.
 int ClassicNotes(TranscribeRequest& r, std::string_view wave, const std::filesystem::path& folder,
-                 TrackedNotes& tracked) {
-    const PassResult passes = RunPasses(wave, r.passes, folder);
-    if (!passes.error.empty()) return Fail(ExitIo, passes.error);
+                 app::TrackedNotes& tracked) {
+    PassResult passes;
+    tracked = app::ClassicTrack(wave, r.passes, folder, r.raw, &passes);
+    if (!tracked.error.empty()) return Fail(ExitIo, tracked.error);
     if (r.notes && !WriteNoteList(*r.notes, passes.cleaned.value_or(passes.raw)))
         return Fail(ExitIo, "Can't write " + *r.notes);
-    tracked.rate = passes.rate;
-    tracked.shift = r.passes.Silent && passes.FirstNoteStart >= 1 ? passes.FirstNoteStart : 0;
-    const auto records = ReadNoteRecords(folder / (r.raw ? "tmp2" : "tmp3"));
-    if (!records) return ExitOk;
-    for (const NoteRecord& n : *records) tracked.notes.push_back({n.start, n.end, n.note, false});
     return ExitOk;
 }
 
@@ -230,7 +219,7 @@ int RunTranscribe(const Argv& argv) {
     const double tempo = r.tempo.value_or(doc.CurrentTempo > 0 ? doc.CurrentTempo : 60);
     r.passes.tempo = tempo;
     r.passes.finder.mask = core::BuildScaleMask(core::SignatureAt(sheet, sheet.CurrentLine));
-    TrackedNotes tracked;
+    app::TrackedNotes tracked;
     const std::string_view wave(reinterpret_cast<const char*>(bytes->data()), bytes->size());
     if (r.modern) {
         transcribe::NotesOptions modern;

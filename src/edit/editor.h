@@ -115,6 +115,9 @@ public:
     void CommitLineCommand();
     void DeleteLinesCommand();
     void TakeSnapshot();
+    // Lines written into the sheet from outside (the transcription window): one undo
+    // step, the layout and the pen brought up to them.
+    void linesInserted();
     void WritePasteFile();
 
     // State shared with the window.

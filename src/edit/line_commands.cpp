@@ -27,6 +27,15 @@ void Editor::TakeSnapshot() {
     m_doc.DirtyFlag = true;
 }
 
+void Editor::linesInserted() {
+    TakeSnapshot();
+    relayout();
+    setPenFromLine(std::min(CurrentLine(), LastLine()));
+    recolourLines();
+    keepCursorInView();
+    refreshLineState();
+}
+
 void Editor::CommitLineCommand() {
     const int line = CurrentLine();
     const auto at = static_cast<std::size_t>(line);

@@ -4,18 +4,24 @@
 
 namespace tahrir::transcribe {
 
+std::vector<RecordingNote> NotesOfFrames(const std::vector<PitchFrame>& frames,
+                                         double hopSeconds, const NotesOptions& options) {
+    std::vector<RecordingNote> notes;
+    const std::vector<GridPoint> points = GridPoints(options.grid, options.tuning, options.mask);
+    for (const NoteEvent& e : SegmentNotes(frames, hopSeconds)) {
+        if (const auto note = SnapToGrid(e.hz, points, options.tuning))
+            notes.push_back({e.onset, e.offset, e.hz, *note});
+    }
+    return notes;
+}
+
 RecordingTranscript TranscribeSamples(const std::vector<float>& samples, int rate,
                                       const NotesOptions& options) {
     PyinTracker tracker(rate);
     RecordingTranscript out;
     out.fileRate = rate;
     out.frames = tracker.track(samples);
-    const double hopSeconds = static_cast<double>(tracker.hop()) / rate;
-    const std::vector<GridPoint> points = GridPoints(options.grid, options.tuning, options.mask);
-    for (const NoteEvent& e : SegmentNotes(out.frames, hopSeconds)) {
-        if (const auto note = SnapToGrid(e.hz, points, options.tuning))
-            out.notes.push_back({e.onset, e.offset, e.hz, *note});
-    }
+    out.notes = NotesOfFrames(out.frames, static_cast<double>(tracker.hop()) / rate, options);
     return out;
 }
 

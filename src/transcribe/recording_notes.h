@@ -35,6 +35,10 @@ struct NotesOptions {
     core::ScaleMask mask = core::BuildScaleMask(""); // the dastgah grid's degrees
 };
 
+// Segments a decoded track (frames a hop of `hopSeconds` apart) and snaps the notes.
+std::vector<RecordingNote> NotesOfFrames(const std::vector<PitchFrame>& frames,
+                                         double hopSeconds, const NotesOptions& options);
+
 // Tracks and segments mono samples at `rate`, then snaps the notes to the grid.
 RecordingTranscript TranscribeSamples(const std::vector<float>& samples, int rate,
                                       const NotesOptions& options);

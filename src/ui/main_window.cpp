@@ -206,6 +206,7 @@ void MainWindow::buildMenus() {
                                      *m_dialogs, m_doc, m_playback->player().controls())),
                                  6000);
     });
+    add(file, "OpenFMeter", "&Transcribe a recording...", [this] { openFMeter(); });
     file->addSeparator();
     m_print = new PrintCommands(this, *m_dialogs, [this] { return WindowPageSource(*this); });
     m_print->addTo(file, exportMenu);

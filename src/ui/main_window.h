@@ -32,6 +32,7 @@ namespace tahrir::ui {
 
 class Dialogs;
 class FingeringDock;
+class FMeter;
 class MeasureStrip;
 class PalettePanel;
 class Playback;
@@ -84,6 +85,8 @@ public:
     void editorKey(EditorKey key);
     void setViewMode(int mode);
     void setZoom(double zoomBase);
+    // The transcription window, made on first use.
+    FMeter* openFMeter();
 
     edit::Editor& editor() { return *m_editor; }
     core::Document& document() { return m_doc; }

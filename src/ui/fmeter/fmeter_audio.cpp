@@ -1,0 +1,189 @@
+#include "ui/fmeter/fmeter_audio.h"
+
+#include <QAudioDevice>
+#include <QAudioFormat>
+#include <QAudioOutput>
+#include <QAudioSource>
+#include <QFile>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMediaDevices>
+#include <QMediaPlayer>
+#include <QProgressBar>
+#include <QTimer>
+#include <QToolButton>
+#include <QUrl>
+#include <QtEndian>
+#include <cmath>
+
+#include "ui/fmeter/fmeter.h"
+
+namespace tahrir::ui {
+
+namespace {
+
+// The 44-byte header of a 16-bit mono PCM wave of `dataBytes` bytes.
+QByteArray WaveHeader(int rate, qint64 dataBytes) {
+    QByteArray h(44, '\0');
+    const auto put = [&h](int at, quint32 v, int bytes) {
+        for (int i = 0; i < bytes; ++i) h[at + i] = static_cast<char>((v >> (8 * i)) & 0xff);
+    };
+    h.replace(0, 4, "RIFF");
+    put(4, static_cast<quint32>(36 + dataBytes), 4);
+    h.replace(8, 8, "WAVEfmt ");
+    put(16, 16, 4);
+    put(20, 1, 2);
+    put(22, 1, 2);
+    put(24, static_cast<quint32>(rate), 4);
+    put(28, static_cast<quint32>(rate * 2), 4);
+    put(32, 2, 2);
+    put(34, 16, 2);
+    h.replace(36, 4, "data");
+    put(40, static_cast<quint32>(dataBytes), 4);
+    return h;
+}
+
+} // namespace
+
+FMeterAudio::FMeterAudio(FMeter& window, std::filesystem::path appFolder)
+    : m_window(window), m_folder(std::move(appFolder)) {
+    m_follow = new QTimer(this);
+    m_follow->setInterval(30);
+    connect(m_follow, &QTimer::timeout, this, [this] { follow(); });
+}
+
+FMeterAudio::~FMeterAudio() {
+    if (m_source) finishRecording();
+}
+
+QString FMeterAudio::noInputReason() {
+    return QMediaDevices::audioInputs().isEmpty()
+               ? "No microphone or other sound input was found on this computer"
+               : QString();
+}
+
+void FMeterAudio::addButtons(QHBoxLayout* l) {
+    const auto button = [&](const char* name, const QString& text, auto slot) {
+        auto* b = new QToolButton;
+        b->setObjectName(name);
+        b->setText(text);
+        connect(b, &QToolButton::clicked, this, slot);
+        l->addWidget(b);
+        return b;
+    };
+    button("PlayWave", "Play", [this] { play(); });
+    button("PlayNotes", "Play notes", [this] { m_window.playFound(); });
+    button("StopWave", "Stop", [this] { stop(); });
+    m_record = button("RecordWave", "Record", [this] { startRecording(); });
+    const QString why = noInputReason();
+    m_record->setEnabled(why.isEmpty());
+    m_record->setToolTip(why.isEmpty() ? "Record from the microphone into Tmp.Wav" : why);
+}
+
+void FMeterAudio::addMeter(QGridLayout* l, int row) {
+    m_level = new QProgressBar;
+    m_level->setObjectName("InputLevel");
+    m_level->setRange(0, 100);
+    m_level->setTextVisible(false);
+    m_level->setMaximumHeight(10);
+    l->addWidget(new QLabel("Input"), row, 0);
+    l->addWidget(m_level, row, 1);
+}
+
+void FMeterAudio::setRecording(const std::filesystem::path& file) {
+    m_file = file;
+}
+
+void FMeterAudio::play() {
+    if (m_file.empty()) return;
+    const WaveWindow& w = m_window.view();
+    playFile(m_file, w.marked() ? w.markFrom / w.rate() : 0, w.marked() ? w.markTo / w.rate() : -1);
+}
+
+void FMeterAudio::playFile(const std::filesystem::path& file, double from, double to) {
+    if (!m_player) {
+        m_player = new QMediaPlayer(this);
+        m_output = new QAudioOutput(this);
+        m_player->setAudioOutput(m_output);
+        // A position set before the file is loaded is lost: it is set again once it is.
+        connect(m_player, &QMediaPlayer::mediaStatusChanged, this, [this](QMediaPlayer::MediaStatus s) {
+            if (m_startSeconds > 0 && (s == QMediaPlayer::LoadedMedia || s == QMediaPlayer::BufferedMedia)) {
+                m_player->setPosition(static_cast<qint64>(1000 * m_startSeconds));
+                m_startSeconds = -1;
+            }
+        });
+    }
+    m_player->stop();
+    m_player->setSource(QUrl());
+    m_player->setSource(QUrl::fromLocalFile(QString::fromStdString(file.string())));
+    m_endSeconds = to;
+    m_startSeconds = from;
+    m_player->setPosition(static_cast<qint64>(1000 * from));
+    m_player->play();
+    m_follow->start();
+}
+
+void FMeterAudio::follow() {
+    if (!m_player || m_player->playbackState() != QMediaPlayer::PlayingState) {
+        m_follow->stop();
+        m_window.setPlayAt(-1);
+        return;
+    }
+    const double seconds = m_player->position() / 1000.0;
+    if (m_endSeconds >= 0 && seconds >= m_endSeconds) {
+        stop();
+        return;
+    }
+    m_window.setPlayAt(seconds * m_window.view().rate());
+}
+
+void FMeterAudio::stop() {
+    if (m_player) m_player->stop();
+    if (m_source) finishRecording();
+    m_follow->stop();
+    m_window.setPlayAt(-1);
+}
+
+bool FMeterAudio::startRecording() {
+    if (m_source || !noInputReason().isEmpty()) return false;
+    const QAudioDevice device = QMediaDevices::defaultAudioInput();
+    QAudioFormat format;
+    format.setChannelCount(1);
+    format.setSampleFormat(QAudioFormat::Int16);
+    format.setSampleRate(44100);
+    if (!device.isFormatSupported(format)) format.setSampleRate(48000);
+    m_target = std::make_unique<QFile>(QString::fromStdString((m_folder / "Tmp.Wav").string()));
+    if (!m_target->open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
+    m_target->write(WaveHeader(format.sampleRate(), 0));
+    m_dataBytes = 0;
+    m_source = new QAudioSource(device, format, this);
+    QIODevice* in = m_source->start();
+    connect(in, &QIODevice::readyRead, this, [this, in] {
+        const QByteArray data = in->readAll();
+        m_target->write(data);
+        m_dataBytes += data.size();
+        // The level meter shows the loudest sample of the block.
+        int peak = 0;
+        for (qsizetype i = 0; i + 1 < data.size(); i += 2)
+            peak = std::max(peak, std::abs(int(qFromLittleEndian<qint16>(data.constData() + i))));
+        m_level->setValue(peak * 100 / 32768);
+    });
+    m_record->setText("Recording...");
+    return true;
+}
+
+void FMeterAudio::finishRecording() {
+    const int rate = m_source->format().sampleRate();
+    m_source->stop();
+    m_source->deleteLater();
+    m_source = nullptr;
+    m_target->seek(0);
+    m_target->write(WaveHeader(rate, m_dataBytes));
+    m_target->close();
+    m_level->setValue(0);
+    m_record->setText("Record");
+    m_window.openRecording(m_folder / "Tmp.Wav");
+}
+
+} // namespace tahrir::ui
