@@ -8,21 +8,13 @@
 
 #include "core/app_folder.h"
 #include "ui/fingering_dock.h"
+#include "offscreen_app.h"
 
 namespace {
 
 using namespace tahrir;
 
-QApplication& App() {
-    static QApplication* app = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        static int argc = 1;
-        static char name[] = "fingering_bench";
-        static char* argv[] = {name, nullptr};
-        return new QApplication(argc, argv);
-    }();
-    return *app;
-}
+QApplication& App() { return bench::OffscreenApp(); }
 
 // Line 1 the key signature (koron D and A), then 4/4 measures of notes with koron and sori.
 core::ScoreSheet FullSheet() {

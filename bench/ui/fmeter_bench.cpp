@@ -8,21 +8,13 @@
 
 #include "ui/fmeter/fmeter.h"
 #include "wave_writer.h"
+#include "offscreen_app.h"
 
 namespace {
 
 using namespace tahrir;
 
-QApplication& App() {
-    static QApplication* app = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        static int argc = 1;
-        static char name[] = "fmeter_bench";
-        static char* argv[] = {name, nullptr};
-        return new QApplication(argc, argv);
-    }();
-    return *app;
-}
+QApplication& App() { return bench::OffscreenApp(); }
 
 // A melody of three minutes at 44.1 kHz, written once.
 std::filesystem::path Recording() {

@@ -14,21 +14,13 @@
 #include "ui/main_window.h"
 #include "ui/print_frame.h"
 #include "ui/score_view.h"
+#include "offscreen_app.h"
 
 namespace {
 
 using namespace tahrir;
 
-QApplication& App() {
-    static QApplication* app = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        static int argc = 1;
-        static char name[] = "ui_bench";
-        static char* argv[] = {name, nullptr};
-        return new QApplication(argc, argv);
-    }();
-    return *app;
-}
+QApplication& App() { return bench::OffscreenApp(); }
 
 // Dialogs that answer nothing: the benchmarks never ask.
 class SilentDialogs : public ui::Dialogs {
