@@ -76,6 +76,7 @@ std::vector<Span> PartitionLevels(const std::vector<double>& cents, Span run, st
 // where the waveform loses its periodicity for a moment (a legato re-articulation).
 bool Rearticulates(const std::vector<PitchFrame>& frames, std::size_t t, double riseDb,
                    double aperiodicityFloor) {
+    if (t == 0 || t + 1 >= frames.size()) return false;
     const float s = frames[t].onsetStrength;
     if (s >= riseDb && s >= frames[t - 1].onsetStrength && s >= frames[t + 1].onsetStrength)
         return true;
@@ -84,9 +85,10 @@ bool Rearticulates(const std::vector<PitchFrame>& frames, std::size_t t, double 
     const float level = frames[t].rmsDb;
     if (level > frames[t - 1].rmsDb || level > frames[t + 1].rmsDb) return false;
     float before = level, after = level, bump = 0;
+    // The reach stops at the ends of the track.
     for (std::size_t k = 1; k <= kReach; ++k) {
-        before = std::max(before, frames[t - k].rmsDb);
-        after = std::max(after, frames[t + k].rmsDb);
+        if (k <= t) before = std::max(before, frames[t - k].rmsDb);
+        if (t + k < frames.size()) after = std::max(after, frames[t + k].rmsDb);
     }
     for (std::size_t k = t - 1; k <= t + 1; ++k) bump = std::max(bump, frames[k].aperiodicity);
     return before - level >= kDipDb && after - level >= kDipDb &&

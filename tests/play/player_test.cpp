@@ -241,6 +241,7 @@ TEST(PlayerDevice, AnOutputThatFailsEndsTheRunOnceAndAnotherTakesOver) {
             FailingSink failing(failAt);
             TeeSink tee;
             tee.add(&failing);
+            LockedSink fallback; // every sink outlives the player that holds it
             Player player(throughTee ? static_cast<MidiSink*>(&tee) : &failing);
             player.startUp();
             player.controls().UserTempo = failAt == Do ? 20 : 320; // Do fails a 36 s run
@@ -252,7 +253,6 @@ TEST(PlayerDevice, AnOutputThatFailsEndsTheRunOnceAndAnotherTakesOver) {
             EXPECT_FALSE(failing.contains(failAt));
             EXPECT_FALSE(failing.contains(PackNoteOn(64, 60, 3))) << "nothing goes out after the failure";
             // The built-in synthesiser (here a recording) plays the next run whole.
-            LockedSink fallback;
             ASSERT_TRUE(player.replaceSink(&fallback));
             EXPECT_EQ(player.deviceFailure(), "");
             player.controls().UserTempo = 320;
