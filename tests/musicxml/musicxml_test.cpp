@@ -17,6 +17,7 @@
 #include "core/score_reader.h"
 #include "musicxml/score_export.h"
 #include "temp_folder.h"
+#include "golden_text.h"
 
 namespace tahrir::musicxml {
 namespace {
@@ -32,17 +33,7 @@ core::Document Score(const std::string& description, std::initializer_list<std::
 }
 
 void ExpectGolden(const std::string& name, const std::string& actual) {
-    const std::string path = std::string(TAHRIR_TEST_DATA) + "/musicxml/" + name;
-    if (const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN");
-        update && std::string(update) == "1") {
-        std::ofstream(path, std::ios::binary) << actual;
-        return;
-    }
-    std::ifstream in(path, std::ios::binary);
-    ASSERT_TRUE(in) << "missing golden file " << path << " (run with TAHRIR_UPDATE_GOLDEN=1)";
-    std::stringstream expected;
-    expected << in.rdbuf();
-    EXPECT_EQ(expected.str(), actual) << "differs from " << path;
+    tahrir::test::ExpectGoldenText(std::string(TAHRIR_TEST_DATA) + "/musicxml/" + name, actual);
 }
 
 // A note read back: step, octave, alter and its length in 32nds; chord companions left out.

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "sheet_builder.h"
+#include "golden_text.h"
 
 namespace tahrir::render {
 namespace {
@@ -16,16 +17,7 @@ using test::MakeSheet;
 using test::Repeat;
 
 void ExpectGolden(const std::string& name, const std::string& actual) {
-    const std::string path = std::string(TAHRIR_TEST_DATA) + "/render/" + name;
-    if (const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN"); update && std::string(update) == "1") {
-        std::ofstream(path, std::ios::binary) << actual;
-        return;
-    }
-    std::ifstream in(path, std::ios::binary);
-    ASSERT_TRUE(in) << "missing golden file " << path << " (run with TAHRIR_UPDATE_GOLDEN=1)";
-    std::stringstream expected;
-    expected << in.rdbuf();
-    EXPECT_EQ(expected.str(), actual) << "differs from " << path;
+    tahrir::test::ExpectGoldenText(std::string(TAHRIR_TEST_DATA) + "/render/" + name, actual);
 }
 
 // Signs of every family in two measures: key signature, repeat, volta, tie, beams, dots,
