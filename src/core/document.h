@@ -31,9 +31,6 @@ struct Session {
     // Filled by StartSession (session.h).
     std::vector<Instrument> InsList;
     std::array<std::string_view, PaletteHintCount> PaletteHints{};
-    std::array<std::string_view, 12> SharpChords{};
-    std::array<std::string_view, 12> FlatChords{};
-    std::array<std::string_view, 13> ChordKinds{};
 
     // AppFolder plus a file name such as "tmp.ctz".
     std::filesystem::path file(const std::string& name) const { return AppFolder / name; }

@@ -26,9 +26,6 @@ void StartSession(Session& session, const std::filesystem::path& appFolder) {
     const auto& instruments = InstrumentTable();
     session.InsList.assign(instruments.begin(), instruments.end());
     session.PaletteHints = PaletteHintTable();
-    session.SharpChords = SharpChordNames();
-    session.FlatChords = FlatChordNames();
-    session.ChordKinds = ChordKindNames();
     session.CalibrationValue =
         ReadCalibration(session.file("initialize.vel")).value_or(DefaultCalibration);
     session.InitialTempo = 60;

@@ -17,11 +17,6 @@ inline constexpr int PaletteHintCount = 81;
 // The eight instruments of `InsList`, in list order.
 const std::array<Instrument, 8>& InstrumentTable();
 
-// Chord roots in sharp and in flat spelling, and the chord kinds, by code index.
-const std::array<std::string_view, 12>& SharpChordNames();
-const std::array<std::string_view, 12>& FlatChordNames();
-const std::array<std::string_view, 13>& ChordKindNames();
-
 // The hint shown over each palette key, indexed like the palette (UTF-8; unused keys empty).
 const std::array<std::string_view, PaletteHintCount>& PaletteHintTable();
 
