@@ -22,8 +22,9 @@ protected:
         notes.beginRun();
         notes.EventLogOn = true;
     }
-    void line(int step, int octave, int duration, char accidental = ' ', const char* mark = "  ") {
-        notes.PlayNoteLine(step, octave, duration, accidental, mark, 10);
+    void line(int step, int octave, int duration, char accidental = ' ', const char* mark = "  ",
+              int at = 10) {
+        notes.PlayNoteLine(step, octave, duration, accidental, core::ReadMark(mark[0], mark[1]), at);
     }
     void restart() {
         sink.clear();
@@ -114,10 +115,10 @@ TEST_F(NotePlayerTest, TieContinuesTheNoteAndLengthensItsLogRecord) {
     sheet.setLine(12, testing::Note(2, 3, 8, ' ', "TI"));
     sheet.setLine(13, testing::Note(3, 3, 8));
     notes.setSheet(&sheet);
-    notes.PlayNoteLine(1, 3, 8, ' ', "TI", 10);
-    notes.PlayNoteLine(1, 3, 4, ' ', "  ", 11);
-    notes.PlayNoteLine(2, 3, 8, ' ', "TI", 12);
-    notes.PlayNoteLine(3, 3, 8, ' ', "  ", 13);
+    line(1, 3, 8, ' ', "TI", 10);
+    line(1, 3, 4, ' ', "  ", 11);
+    line(2, 3, 8, ' ', "TI", 12);
+    line(3, 3, 8, ' ', "  ", 13);
     const std::vector<NoteEvent> expected = {{0, 'N', 60, 3, 60},
                                              {1.5, 'N', 62, 3, 60},
                                              {1.5, 'F', 60, 3, 0},
