@@ -38,19 +38,6 @@ protected:
     NotePlayer notes;
 };
 
-TEST(StepPitchTable, BuildsOctavesFromTheBase) {
-    StepPitchTable table;
-    EXPECT_EQ(table.at(1), 24);
-    EXPECT_EQ(table.at(22), 60); // Do of octave 3
-    EXPECT_EQ(table.at(27), 69); // La of octave 3
-    EXPECT_EQ(table.at(29), 72);
-    EXPECT_EQ(table.at(50), 108); // the last entry the octaves reach
-    EXPECT_EQ(table.at(0), std::nullopt);
-    EXPECT_EQ(table.at(59), std::nullopt);
-    table.rebuild(TransposeCentre + 2); // two semitones up
-    EXPECT_EQ(table.at(22), 62);
-}
-
 TEST_F(NotePlayerTest, VoiceChannelFollowsAccidentalSignatureAndMeasure) {
     line(2, 3, 8, 'K'); // koron Re
     EXPECT_EQ(sink.messages().front(), 0x003C3E92u);
