@@ -12,7 +12,8 @@ namespace {
 
 // A field or line without its blanks and the CR of its line end.
 std::string_view TrimLine(std::string_view s) {
-    while (!s.empty() && s.back() == '\r') s.remove_suffix(1);
+    while (!s.empty() && s.back() == '\r')
+        s.remove_suffix(1);
     return core::Trim(s);
 }
 

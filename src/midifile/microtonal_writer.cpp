@@ -66,7 +66,8 @@ std::string AppendNotes(Bytes& music, const std::vector<EventRecord>& records, d
         // Time is summed in seconds and rounded once, so that rounding never drifts.
         seconds += r.seconds;
         const double at = std::nearbyint(seconds * ticksPerSecond);
-        if (!(r.seconds >= 0) || !(at < 0x0FFFFFFF)) return RecordError(i, "has a time a MIDI file cannot hold");
+        if (!(r.seconds >= 0) || !(at < 0x0FFFFFFF))
+            return RecordError(i, "has a time a MIDI file cannot hold");
         if (r.channel < 0 || r.channel > 15)
             return RecordError(i, "has channel " + std::to_string(r.channel) + ", outside 0..15");
         if (r.key < 0 || r.key > 127)

@@ -48,7 +48,8 @@ bool AppendVlq(Bytes& out, long long value) {
         groups[n++] = static_cast<std::uint8_t>(value & 0x7F);
         value >>= 7;
     } while (value > 0);
-    while (n > 1) out.push_back(static_cast<std::uint8_t>(groups[--n] | 0x80));
+    while (n > 1)
+        out.push_back(static_cast<std::uint8_t>(groups[--n] | 0x80));
     out.push_back(groups[0]);
     return true;
 }

@@ -68,14 +68,21 @@ struct Expansion {
 
 // The fractions do not always sum to one: dorrab and mordent run 6% long on purpose.
 constexpr Expansion kExpansions[] = {
-    {Mark::Dorrab, {{Who::Main, 0.14, false}, {Who::Main, 0.14, false}, {Who::Main, 0.78, false}}, 3},
-    {Mark::Mordent, {{Who::Main, 0.14, false}, {Who::Companion, 0.14, true}, {Who::Main, 0.78, false}}, 3},
-    {Mark::IntervalMordent, {{Who::Companion, 0.1, true}, {Who::Main, 0.1, false}, {Who::Companion, 0.78, true}}, 3},
+    {Mark::Dorrab,
+     {{Who::Main, 0.14, false}, {Who::Main, 0.14, false}, {Who::Main, 0.78, false}},
+     3},
+    {Mark::Mordent,
+     {{Who::Main, 0.14, false}, {Who::Companion, 0.14, true}, {Who::Main, 0.78, false}},
+     3},
+    {Mark::IntervalMordent,
+     {{Who::Companion, 0.1, true}, {Who::Main, 0.1, false}, {Who::Companion, 0.78, true}},
+     3},
     {Mark::Tekyeh, {{Who::Main, 0.5, false}, {Who::Companion, 0.5, false}, {}}, 2},
     {Mark::Staccato, {{Who::Main, 0.5, false}, {Who::Silence, 0.5, false}, {}}, 2},
 };
 // "DA", a word only the player knows: the note cut short by a tenth.
-constexpr Expansion kDetached = {Mark::Other, {{Who::Main, 0.9, false}, {Who::Silence, 0.1, false}, {}}, 2};
+constexpr Expansion kDetached = {
+    Mark::Other, {{Who::Main, 0.9, false}, {Who::Silence, 0.1, false}, {}}, 2};
 
 const Expansion* FindExpansion(const core::MarkWord& m) {
     if (m.first == 'D' && m.second == 'A') return &kDetached;
@@ -212,7 +219,8 @@ void NotePlayer::expand(const Resolved& r, int duration, const core::MarkWord& m
         return PlayEvent(0, 0.0000001, EventMode::Plain, r.mainChannel);
     if (duration == -1) return PlayEvent(main, tick, EventMode::Plain, r.mainChannel);
     if (mark.mark == Mark::Riz) return playRounds(r, duration, false);
-    if (mark.mark == Mark::Trill || mark.mark == Mark::TrillFlat) return playRounds(r, duration, true);
+    if (mark.mark == Mark::Trill || mark.mark == Mark::TrillFlat)
+        return playRounds(r, duration, true);
     if (const Expansion* e = FindExpansion(mark)) {
         for (int i = 0; i < e->count; ++i) {
             const Share& s = e->events[i];

@@ -45,8 +45,7 @@ struct Tuplet {
     int count;
     double factor;
 };
-constexpr Tuplet kTuplets[4] = {
-    {3, 1.5}, {5, 1.25}, {7, 7.0 / 6}, {9, 9.0 / 8}};
+constexpr Tuplet kTuplets[4] = {{3, 1.5}, {5, 1.25}, {7, 7.0 / 6}, {9, 9.0 / 8}};
 
 constexpr long long kVirtualLineBudget = 64LL * core::SheetSize;
 
@@ -64,8 +63,9 @@ Scheduler::Walked Scheduler::walkedOf(int index) const {
     Walked w{core::ReadNote(line), 0};
     if (w.note.pitched) {
         // A word of no time keeps its own number: " -1" for a grace note or a barline.
-        w.duration = w.note.ticks ? *w.note.ticks
-                                  : static_cast<int>(core::Val(line.get(core::NoteField::DurationField)));
+        w.duration = w.note.ticks
+                         ? *w.note.ticks
+                         : static_cast<int>(core::Val(line.get(core::NoteField::DurationField)));
     }
     return w;
 }
@@ -209,7 +209,8 @@ void Scheduler::countIn() {
     if (m_controls.CountIn.load()) {
         const CountInRow* row = &kCountIn[std::size(kCountIn) - 1];
         for (const CountInRow& r : kCountIn)
-            if (r.numerator == m_headMeasure.numerator && r.denominator == m_headMeasure.denominator)
+            if (r.numerator == m_headMeasure.numerator &&
+                r.denominator == m_headMeasure.denominator)
                 row = &r;
         for (int i = 0; i < row->count; ++i)
             m_notes.PlayNoteLine(row->clicks[i].step, row->clicks[i].octave,

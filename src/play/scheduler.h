@@ -82,7 +82,7 @@ private:
     int m_endLine = 0;
     int m_startMeasure = 0;
     int m_endMeasure = 0;
-    int m_headTicks = 0;                // the measure of line 3
+    int m_headTicks = 0;                 // the measure of line 3
     core::MeasureFraction m_headMeasure; // its two numbers, for the count-in
     Context m_repeat;
     Context m_large;

@@ -40,10 +40,16 @@ TEST(MidiWriter, TempoLengthForms) {
 
 TEST(MidiWriter, DeltaFormsOverflowAndTicksFromSeconds) {
     // The play log's file holds three bytes at most, the microtonal file four.
-    const std::pair<long long, Bytes> cases[] = {
-        {0, {0}},           {127, {0x7F}}, {128, {0x81, 0x00}}, {16383, {0xFF, 0x7F}},
-        {16384, {0x81, 0x80, 0x00}}, {2097151, {0xFF, 0xFF, 0x7F}}, {2097152, {0x81, 0x80, 0x80, 0x00}},
-        {0x0FFFFFFF, {0xFF, 0xFF, 0xFF, 0x7F}}, {0x10000000, {}}, {-1, {}}};
+    const std::pair<long long, Bytes> cases[] = {{0, {0}},
+                                                 {127, {0x7F}},
+                                                 {128, {0x81, 0x00}},
+                                                 {16383, {0xFF, 0x7F}},
+                                                 {16384, {0x81, 0x80, 0x00}},
+                                                 {2097151, {0xFF, 0xFF, 0x7F}},
+                                                 {2097152, {0x81, 0x80, 0x80, 0x00}},
+                                                 {0x0FFFFFFF, {0xFF, 0xFF, 0xFF, 0x7F}},
+                                                 {0x10000000, {}},
+                                                 {-1, {}}};
     for (const auto& [ticks, bytes] : cases) {
         Bytes vlq, delta;
         EXPECT_EQ(AppendVlq(vlq, ticks), !bytes.empty()) << ticks;

@@ -24,7 +24,8 @@ protected:
     }
     void line(int step, int octave, int duration, char accidental = ' ', const char* mark = "  ",
               int at = 10) {
-        notes.PlayNoteLine(step, octave, duration, accidental, core::ReadMark(mark[0], mark[1]), at);
+        notes.PlayNoteLine(step, octave, duration, accidental, core::ReadMark(mark[0], mark[1]),
+                           at);
     }
     void restart() {
         sink.clear();
@@ -193,6 +194,15 @@ TEST_F(NotePlayerTest, TwoNotesTogetherLogBothAtOnce) {
     EXPECT_EQ(NoteEvents(sink), expected);
     EXPECT_EQ(notes.eventLog().text(),
               "0,60,3,60\r\n0,64,3,60\r\n1,60,3,0\r\n0,64,3,0\r\n0,62,3,60\r\n1,62,3,0\r\n");
+}
+
+TEST_F(NotePlayerTest, TogetherCountsColonAsTenLikeA) {
+    // Sol with the note ten steps below its upper neighbour: Mi of octave 2.
+    for (const char* mark : {"AT", ":T"}) {
+        restart();
+        line(5, 3, 8, ' ', mark);
+        EXPECT_EQ(NoteOns(sink), (Ons{{52, 3}, {67, 3}})) << mark;
+    }
 }
 
 TEST_F(NotePlayerTest, AuditionUsesVoiceChannelsAndEnds) {
