@@ -53,10 +53,19 @@ constexpr std::array<int, 7> kFlatOrder = {7, 3, 6, 2, 5, 1, 4};  // Si Mi La Re
 
 // The MusicXML kind of each chord kind, in the order of core's kind names. A major chord
 // is shown by its root alone.
-constexpr std::string_view kKindValues[] = {
-    "major",         "minor",        "augmented",     "diminished",  "suspended-second",
-    "suspended-fourth", "major-sixth", "minor-sixth", "dominant",    "minor-seventh",
-    "major-seventh", "major-minor", "diminished-seventh"};
+constexpr std::string_view kKindValues[] = {"major",
+                                            "minor",
+                                            "augmented",
+                                            "diminished",
+                                            "suspended-second",
+                                            "suspended-fourth",
+                                            "major-sixth",
+                                            "minor-sixth",
+                                            "dominant",
+                                            "minor-seventh",
+                                            "major-seventh",
+                                            "major-minor",
+                                            "diminished-seventh"};
 
 } // namespace
 
@@ -98,8 +107,8 @@ std::optional<ChordKind> ChordKindOf(char code) {
     const auto name = core::ChordKindName(code);
     if (!name) return std::nullopt;
     const auto names = core::ChordKindNames();
-    const auto index = static_cast<std::size_t>(std::find(names.begin(), names.end(), *name) -
-                                                names.begin());
+    const auto index =
+        static_cast<std::size_t>(std::find(names.begin(), names.end(), *name) - names.begin());
     if (index >= std::size(kKindValues)) return std::nullopt;
     const std::string_view value = kKindValues[index];
     return ChordKind{value, value == kKindValues[0] ? std::string_view() : *name};

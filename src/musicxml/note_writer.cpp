@@ -88,7 +88,8 @@ std::string Exporter::beamXml(const core::NoteView& n, int i) const {
         break;
     }
     if (n.beam == 'C')
-        if (const int j = nextNote(i)) nextLevels = core::BeamLevel(core::ReadNote(m_sheet[j]).duration());
+        if (const int j = nextNote(i))
+            nextLevels = core::BeamLevel(core::ReadNote(m_sheet[j]).duration());
     if (prevLevels == 0 && nextLevels == 0) return {};
     std::string out;
     for (int k = 1; k <= levels; ++k) {
@@ -145,13 +146,15 @@ void Exporter::markXml(const core::NoteView& n, std::string& notations) const {
 
 // "1T".."KT": the companion sounds with the note, written as a chord note. It stands
 // the interval's count of steps below the step above the note, with the key's letter.
-std::string Exporter::companionXml(const core::NoteView& n, int shift, const std::string& timing) const {
+std::string Exporter::companionXml(const core::NoteView& n, int shift,
+                                   const std::string& timing) const {
     const int count = n.mark.number;
     if (count <= 0 || n.step <= 0) return {};
     const int position = n.position() - count; // 0-based: octave * 7 + step - 1
     const int step = (position % 7 + 7) % 7 + 1;
     const int octave = (position - (step - 1)) / 7;
-    const Accidental key = step == n.step ? Accidental::None : m_key[static_cast<std::size_t>(step)];
+    const Accidental key =
+        step == n.step ? Accidental::None : m_key[static_cast<std::size_t>(step)];
     return "<note><chord/>" + pitchXml(step, octave + 1 + m_octaveShift + shift, key) + timing +
            "</note>\n";
 }
@@ -215,8 +218,8 @@ std::string Exporter::tupletXml(std::string& notations) {
            "</normal-notes></time-modification>";
 }
 
-std::string Exporter::noteXml(const core::NoteView& n, int i, int shift, const std::string& duration,
-                              const std::string& look) {
+std::string Exporter::noteXml(const core::NoteView& n, int i, int shift,
+                              const std::string& duration, const std::string& look) {
     const bool grace = !n.ticks;
     std::string notations;
     std::string out = "<note>";
@@ -245,7 +248,8 @@ void Exporter::noteLine(int i) {
     const MarkGroup group = MarkGroupOf(n.mark.mark);
     // "8U" sounds an octave up: written an octave down under a shift line of its own. Under
     // an octave line of the same direction it adds nothing.
-    const int mark = group == MarkGroup::Octave ? (n.mark.mark == core::Mark::OctaveUp ? 1 : -1) : 0;
+    const int mark =
+        group == MarkGroup::Octave ? (n.mark.mark == core::Mark::OctaveUp ? 1 : -1) : 0;
     const int shift = mark == m_octaveShift ? 0 : mark;
     if (group == MarkGroup::Tuplet && !grace) m_tupletCount = m_tupletLeft = n.mark.number;
     std::string& body = m_cur.body;
