@@ -168,7 +168,8 @@ TEST(LineReading, PageAndPlayerAgreeWithTheLineView) {
 // The palette lit for line 4 when the editor is switched on there.
 std::string Lit(const std::string& line) {
     const test::TempFolder folder;
-    test::WriteBytes(folder / "s.srv", test::Sv5File("d", {kHead[0], kHead[1], kHead[2], line, "13  8"}));
+    test::WriteBytes(folder / "s.srv",
+                     test::Sv5File("d", {kHead[0], kHead[1], kHead[2], line, "13  8"}));
     const test::CliRun run = test::RunCli(
         folder, {"type", (folder / "s.srv").string(), "-o", (folder / "o.srv").string(), "--json"});
     EXPECT_EQ(run.code, 0) << run.err;
