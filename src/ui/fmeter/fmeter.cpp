@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "play/midi_out.h"
 #include "transcribe/wave_file.h"
 #include "ui/fmeter/fmeter_audio.h"
 
@@ -30,17 +31,6 @@ namespace tahrir::ui {
 using namespace tahrir::transcribe;
 
 namespace {
-
-// A grid position's name for the eye: "E koron", "F sori", "C#".
-QString ReadableName(std::string_view name) {
-    const QString out{QChar(name[0])};
-    switch (name[1]) {
-    case 'k': return out + " koron";
-    case 's': return out + " sori";
-    case 'd': return out + "#";
-    default: return out;
-    }
-}
 
 QRadioButton* AddRadio(QButtonGroup* group, QLayout* layout, const QString& text, int id,
                        const char* name) {
@@ -160,7 +150,7 @@ QWidget* FMeter::buildControls() {
     baseLabel->setObjectName("LabelBaseF");
     connect(m_baseF, &QSlider::valueChanged, this, [this, baseLabel](int v) {
         baseLabel->setText(QString("La %1 Hz").arg(v));
-        refreshGrid();
+        baseFrequencyMoved(v);
     });
     gl->addWidget(baseLabel);
     gl->addWidget(m_baseF);
@@ -169,6 +159,9 @@ QWidget* FMeter::buildControls() {
     l->addLayout(left);
     l->addWidget(buildPasses());
     l->addWidget(buildDastgah());
+    m_noteMeter = new NoteMeter(box);
+    m_noteMeter->keyPressed() = [this](int position) { soundKey(position); };
+    l->addWidget(m_noteMeter, 1);
     l->addWidget(buildInsert());
     return box;
 }
@@ -304,6 +297,7 @@ void FMeter::loadFinished() {
     m_window.viewWidth = std::max(1, m_detail->width());
     m_window.perPixel = std::max(1.0, static_cast<double>(m_window.length()) / m_window.viewWidth);
     m_found = {};
+    m_heard.reset();
     m_detail->setNotes({});
     m_insert->setEnabled(false);
     m_audio->setRecording(m_analysis->file);
@@ -342,6 +336,7 @@ void FMeter::trackFinished() {
     m_status->setText(QString("%1 s at %2 Hz").arg(m_analysis->recording.seconds, 0, 'f', 1)
                           .arg(m_analysis->recording.fileRate));
     m_detail->update();
+    showNoteAt();
 }
 
 void FMeter::syncView() {
@@ -386,6 +381,7 @@ void FMeter::mark(double from, double to) {
     m_window.markTo = std::clamp(to, 0.0, n);
     m_overview->update();
     m_detail->update();
+    showNoteAt();
 }
 
 NotesOptions FMeter::notesOptions() const {
@@ -412,6 +408,8 @@ PassOptions FMeter::passOptions() const {
 
 void FMeter::transcribe() {
     if (!m_analysis) return;
+    // The grid is that of the signature in force at the cursor.
+    if (m_host.signature) showScaleKeys(m_host.signature());
     const auto& rec = m_analysis->recording;
     const bool stretch = m_chSel->isChecked() && m_window.marked();
     if (m_tracker->checkedId() == 1) {
@@ -435,6 +433,7 @@ void FMeter::transcribe() {
     for (const TimedNote& n : m_found.notes)
         if (!n.rest) bars.push_back({n.start / m_found.rate, n.end / m_found.rate, n.note});
     m_detail->setNotes(std::move(bars));
+    showNoteAt();
     m_insert->setEnabled(!m_found.notes.empty());
     m_status->setText(m_found.error.empty()
                           ? QString("%1 notes found").arg(m_found.notes.size())
@@ -443,6 +442,8 @@ void FMeter::transcribe() {
 
 InsertResult FMeter::insertToSheet() {
     if (m_found.notes.empty() || !m_host.insert) return {};
+    // The boxes decide the steps: painted from the signature in force at the cursor.
+    if (m_host.signature) showScaleKeys(m_host.signature());
     InsertOptions o;
     o.sampleRate = m_found.rate;
     o.tempo = m_host.tempo ? m_host.tempo() : 60;
@@ -510,6 +511,7 @@ void FMeter::setPlayAt(double sample) {
     if (sample >= 0 && (sample < m_window.first || sample > m_window.first + visible))
         m_window.first = sample - visible / 10;
     syncView();
+    showNoteAt();
 }
 
 void FMeter::playFound() {
@@ -525,6 +527,65 @@ void FMeter::playFound() {
     m_audio->playFile(wav, marked ? m_window.markFrom / rate : 0, marked ? m_window.markTo / rate : -1);
 }
 
-void FMeter::refreshGrid() { m_detail->setGrid(gridLines()); }
+void FMeter::refreshGrid() {
+    m_detail->setGrid(gridLines());
+    m_noteMeter->setScale(core::BuildScaleMask(boxLetters()));
+    // The grid and the base frequency place the heard note anew.
+    m_heard.reset();
+    showNoteAt();
+}
+
+NoteFinderSettings FMeter::finderSettings() const {
+    NoteFinderSettings o;
+    o.grid = static_cast<NoteGrid>(m_grid->checkedId());
+    o.mask = core::BuildScaleMask(boxLetters());
+    o.BaseFrequency = m_baseF->value();
+    return o;
+}
+
+void FMeter::showNoteAt() {
+    const double at = m_window.playAt >= 0 ? m_window.playAt : m_window.markFrom;
+    if (!m_analysis || at < 0) {
+        m_noteMeter->showNote(std::nullopt, 0);
+        return;
+    }
+    const double seconds = at / m_window.rate();
+    // The frame whose window is centred nearest the position.
+    const auto& frames = m_analysis->frames;
+    auto it = std::lower_bound(frames.begin(), frames.end(), seconds,
+                               [](const PitchFrame& f, double s) { return f.seconds < s; });
+    if (it != frames.begin() && (it == frames.end() || seconds - (it - 1)->seconds < it->seconds - seconds)) --it;
+    if (it != frames.end() && it->hz > 0) {
+        NoteFinderSettings o = finderSettings();
+        o.WaveRate = m_window.rate();
+        // An unvoiced frame, or a pitch below the base Do, keeps the last note.
+        if (auto found = FindNote(o.WaveRate / it->hz, o)) m_heard = found;
+    }
+    double found = 0;
+    for (const TimedNote& n : m_found.notes)
+        if (!n.rest && seconds * m_found.rate >= n.start && seconds * m_found.rate < n.end) found = n.note;
+    m_noteMeter->showNote(m_heard, found);
+}
+
+void FMeter::baseFrequencyMoved(int hertz) {
+    refreshGrid();
+    if (play::MidiOut* midi = m_host.midi ? m_host.midi() : nullptr) m_tuner.apply(*midi, hertz);
+}
+
+void FMeter::soundKey(int position) {
+    play::MidiOut* midi = m_host.midi ? m_host.midi() : nullptr;
+    if (!midi) return;
+    // The bends of this window's plan first: channel 4 a quarter tone under channel 3.
+    m_tuner.apply(*midi, m_baseF->value());
+    // Positions count quarter tones from Do koron; Do of the middle octave is MIDI 60. A
+    // quarter tone is the semitone above it on the channel bent down.
+    constexpr int kNatural = 3, kQuarterBelow = 4;
+    const int key = 60 + position / 2;
+    const int channel = position % 2 == 0 ? kQuarterBelow : kNatural;
+    midi->MidiNoteOn(key, 100, channel);
+    QTimer::singleShot(600, this, [this, key, channel] {
+        if (play::MidiOut* m = m_host.midi ? m_host.midi() : nullptr) m->MidiNoteOff(key, channel);
+    });
+}
 
 } // namespace tahrir::ui
