@@ -284,6 +284,8 @@ bool FMeter::waitForAnalysis() {
 
 // The wave is drawn at once; the pitch track follows off the GUI thread.
 void FMeter::loadFinished() {
+    // A report of a load already taken over by a newer one.
+    if (!m_future.isValid()) return;
     // Taken, not copied; the spent future is replaced by a finished empty one.
     auto result = m_future.takeResult();
     m_future = {};
@@ -321,6 +323,8 @@ void FMeter::loadFinished() {
 }
 
 void FMeter::trackFinished() {
+    if (!m_track.isValid()) return;
+    m_stop = false;
     m_progressTimer->stop();
     m_progress->hide();
     m_cancel->hide();
@@ -569,22 +573,23 @@ void FMeter::showNoteAt() {
 
 void FMeter::baseFrequencyMoved(int hertz) {
     refreshGrid();
-    if (play::MidiOut* midi = m_host.midi ? m_host.midi() : nullptr) m_tuner.apply(*midi, hertz);
+    if (m_host.midi) m_host.midi([this, hertz](play::MidiOut& midi) { m_tuner.apply(midi, hertz); });
 }
 
 void FMeter::soundKey(int position) {
-    play::MidiOut* midi = m_host.midi ? m_host.midi() : nullptr;
-    if (!midi) return;
-    // The bends of this window's plan first: channel 4 a quarter tone under channel 3.
-    m_tuner.apply(*midi, m_baseF->value());
+    if (!m_host.midi) return;
     // Positions count quarter tones from Do koron; Do of the middle octave is MIDI 60. A
     // quarter tone is the semitone above it on the channel bent down.
     constexpr int kNatural = 3, kQuarterBelow = 4;
     const int key = 60 + position / 2;
     const int channel = position % 2 == 0 ? kQuarterBelow : kNatural;
-    midi->MidiNoteOn(key, 100, channel);
+    m_host.midi([&](play::MidiOut& midi) {
+        // The bends of this window's plan first: channel 4 a quarter tone under channel 3.
+        m_tuner.apply(midi, m_baseF->value());
+        midi.MidiNoteOn(key, 100, channel);
+    });
     QTimer::singleShot(600, this, [this, key, channel] {
-        if (play::MidiOut* m = m_host.midi ? m_host.midi() : nullptr) m->MidiNoteOff(key, channel);
+        m_host.midi([&](play::MidiOut& midi) { midi.MidiNoteOff(key, channel); });
     });
 }
 

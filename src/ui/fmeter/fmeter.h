@@ -43,9 +43,9 @@ struct FMeterHost {
         insert;
     // Rewrites the letters of line 1 as one undoable step.
     std::function<void(const std::string&)> setSignature;
-    // The MIDI output the keyboard sounds on and the base frequency bends; null while
-    // the score is playing or when there is none.
-    std::function<play::MidiOut*()> midi;
+    // Hands the MIDI output the keyboard sounds on and the base frequency bends to the
+    // function given; does nothing while the score is playing or when there is none.
+    std::function<void(const std::function<void(play::MidiOut&)>&)> midi;
 };
 
 class FMeter : public QWidget {

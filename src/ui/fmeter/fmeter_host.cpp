@@ -29,8 +29,8 @@ FMeter* MainWindow::openFMeter() {
             m_editor->linesInserted();
             afterEdit(m_doc.Sheet.CurrentLine, -1);
         };
-        host.midi = [this]() -> play::MidiOut* {
-            return m_playback->busy() || !m_playback->hasOutput() ? nullptr : &m_playback->player().midi();
+        host.midi = [this](const std::function<void(play::MidiOut&)>& use) {
+            if (m_playback->hasOutput() && !m_playback->busy()) m_playback->player().withIdleMidi(use);
         };
         meter = new FMeter(std::move(host), this);
     }
