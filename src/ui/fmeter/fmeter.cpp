@@ -161,8 +161,8 @@ QWidget* FMeter::buildControls() {
     l->addWidget(buildDastgah());
     m_noteMeter = new NoteMeter(box);
     m_noteMeter->keyPressed() = [this](int position) { soundKey(position); };
-    l->addWidget(m_noteMeter, 1);
-    l->addWidget(buildInsert());
+    l->addWidget(m_noteMeter);
+    l->addWidget(buildInsert(), 1);
     return box;
 }
 

@@ -69,6 +69,8 @@ QString ReadableName(std::string_view name) {
 KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {
     setObjectName("Klav");
     setMinimumSize(200, 64);
+    setToolTip("Orange: the note heard at the position; blue frame: the note found there;\n"
+               "green dots: the degrees of the dastgah. Click a key to hear it.");
     m_mask.fill(0);
 }
 
@@ -122,6 +124,11 @@ void KeyboardView::paintEvent(QPaintEvent*) {
                 p.setBrush(Qt::NoBrush);
                 p.drawRoundedRect(r.adjusted(2, 2, -2, -2), 2, 2);
             }
+            if (kind == KeyKind::White) {
+                p.setPen(QColor(90, 90, 90));
+                const QRectF label(r.left(), r.top() + r.height() * 0.6, r.width(), r.height() * 0.2);
+                p.drawText(label, Qt::AlignCenter, QString(QChar(core::QuarterToneNames()[static_cast<std::size_t>(k)][0])));
+            }
             if (scaleKey(k)) {
                 // The dastgah's degrees carry a dot at the foot of the key.
                 const double d = std::min(r.width() * 0.5, 9.0);
@@ -162,6 +169,11 @@ void ErrorMeter::paintEvent(QPaintEvent*) {
         const double len = (c % 50 == 0) ? height() * 0.5 : height() * 0.25;
         p.drawLine(QPointF(xOf(c), height() - 1), QPointF(xOf(c), height() - 1 - len));
     }
+    QFont small = font();
+    small.setPointSizeF(std::max(6.0, small.pointSizeF() - 2));
+    p.setFont(small);
+    p.drawText(QRectF(2, 0, 60, height() / 2.0), Qt::AlignLeft | Qt::AlignTop, "-50");
+    p.drawText(QRectF(width() - 62, 0, 60, height() / 2.0), Qt::AlignRight | Qt::AlignTop, "+50");
     if (!m_error) return;
     const double cents = CentsOf(*m_error);
     const bool close = std::abs(cents) <= 10;
@@ -171,6 +183,7 @@ void ErrorMeter::paintEvent(QPaintEvent*) {
 
 NoteMeter::NoteMeter(QWidget* parent) : QGroupBox("Note at the position", parent) {
     setObjectName("NoteMeter");
+    setMaximumWidth(460);
     auto* l = new QVBoxLayout(this);
     m_keys = new KeyboardView(this);
     m_meter = new ErrorMeter(this);

@@ -34,7 +34,7 @@ public:
     bool scaleKey(int position) const { return m_mask[static_cast<std::size_t>(position)] != 0; }
     // A click on a key, with its position.
     std::function<void(int)> pressed;
-    QSize sizeHint() const override { return {260, 80}; }
+    QSize sizeHint() const override { return {380, 90}; }
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -57,7 +57,7 @@ public:
     std::optional<int> error() const { return m_error; }
     // Cents off the note: 1200 log2(ErrorNote / 1000).
     static double CentsOf(int errorNote);
-    QSize sizeHint() const override { return {260, 34}; }
+    QSize sizeHint() const override { return {380, 34}; }
 
 protected:
     void paintEvent(QPaintEvent*) override;
