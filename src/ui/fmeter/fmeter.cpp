@@ -435,7 +435,7 @@ void FMeter::transcribe() {
     }
     std::vector<NoteBar> bars;
     for (const TimedNote& n : m_found.notes)
-        if (!n.rest) bars.push_back({n.start / m_found.rate, n.end / m_found.rate, n.note});
+        if (!n.rest) bars.push_back({n.start / m_found.rate, n.end / m_found.rate, n.note + tuningShift()});
     m_detail->setNotes(std::move(bars));
     showNoteAt();
     m_insert->setEnabled(!m_found.notes.empty());
@@ -491,8 +491,7 @@ std::vector<GridLine> FMeter::gridLines() const {
     const auto points = GridPoints(o.grid, o.tuning, o.mask);
     const auto& names = core::QuarterToneNames();
     std::vector<GridLine> lines;
-    // The curve is drawn against La 440: a retuned grid moves under it.
-    const double shift = 12 * std::log2(o.tuning.baseHz / 440);
+    const double shift = tuningShift();
     for (int octave = 1; octave <= 8; ++octave)
         for (const GridPoint& p : points) {
             const auto index = static_cast<std::size_t>(std::clamp<long>(1 + std::lround(2 * p.note), 0, 26));
@@ -530,6 +529,10 @@ void FMeter::playFound() {
     const bool marked = m_chSel->isChecked() && m_window.marked();
     m_audio->playFile(wav, marked ? m_window.markFrom / rate : 0, marked ? m_window.markTo / rate : -1);
 }
+
+// The curve is drawn against La 440: a retuned grid, and the notes placed on it, lie this
+// many semitones off.
+double FMeter::tuningShift() const { return 12 * std::log2(m_baseF->value() / 440.0); }
 
 void FMeter::refreshGrid() {
     m_detail->setGrid(gridLines());

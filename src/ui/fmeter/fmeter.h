@@ -103,6 +103,7 @@ private:
     void syncView();
     void refreshGrid();
     void showNoteAt();
+    double tuningShift() const;
     void baseFrequencyMoved(int hertz);
     transcribe::NoteFinderSettings finderSettings() const;
     void boxClicked(int step, int k);

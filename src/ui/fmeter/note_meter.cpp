@@ -154,6 +154,7 @@ double ErrorMeter::CentsOf(int errorNote) { return 1200 * std::log2(errorNote / 
 void ErrorMeter::setError(std::optional<int> errorNote) {
     if (errorNote == m_error) return;
     m_error = errorNote;
+    setToolTip(errorNote ? QString("ErrorNote %1: 1000 is exactly on the note").arg(*errorNote) : QString());
     update();
 }
 
