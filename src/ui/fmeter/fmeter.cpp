@@ -534,6 +534,8 @@ void FMeter::playFound() {
 // many semitones off.
 double FMeter::tuningShift() const { return 12 * std::log2(m_baseF->value() / 440.0); }
 
+void FMeter::showStatus(const QString& text) { m_status->setText(text); }
+
 void FMeter::refreshGrid() {
     m_detail->setGrid(gridLines());
     m_noteMeter->setScale(core::BuildScaleMask(boxLetters()));

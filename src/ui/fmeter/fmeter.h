@@ -72,6 +72,9 @@ public:
     // The found notes through the built-in synthesiser, at their times.
     void playFound();
 
+    // A line of news under the buttons (a recording that could not be written).
+    void showStatus(const QString& text);
+
     // The view.
     void zoom(double factor);
     void goTo(double sample);

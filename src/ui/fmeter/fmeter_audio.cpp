@@ -126,13 +126,17 @@ bool FMeterAudio::startRecording() {
     format.setSampleRate(44100);
     if (!device.isFormatSupported(format)) format.setSampleRate(48000);
     const QString file = QString::fromStdString((m_folder / "Tmp.Wav").string());
-    if (!m_recorder.start(file, format.sampleRate())) return false;
+    if (!m_recorder.start(file, format.sampleRate())) {
+        m_window.showStatus("Can't write " + file);
+        return false;
+    }
     m_source = new QAudioSource(device, format, this);
     QIODevice* in = m_source->start();
     if (!in) {
         m_recorder.finish();
         m_source->deleteLater();
         m_source = nullptr;
+        m_window.showStatus("The sound input could not be started");
         return false;
     }
     connect(in, &QIODevice::readyRead, this,
@@ -149,6 +153,7 @@ void FMeterAudio::finishRecording() {
     m_level->setValue(0);
     m_record->setText("Record");
     if (written) m_window.openRecording(m_folder / "Tmp.Wav");
+    else m_window.showStatus(QString::fromStdString("Can't write " + (m_folder / "Tmp.Wav").string()));
 }
 
 } // namespace tahrir::ui
