@@ -169,10 +169,7 @@ TEST_F(FMeterTest, TheKeyboardAndErrorMeterShowTheNoteAtThePosition) {
         EXPECT_EQ(m.keyboard().heardKey(), c.key);
         ASSERT_TRUE(m.meter().error());
         const double cents = ErrorMeter::CentsOf(*m.meter().error());
-        EXPECT_EQ(std::abs(cents) <= 10, c.onKey) << cents;
-        if (!c.onKey) {
-            EXPECT_GT(std::abs(cents), 35);
-        }
+        EXPECT_TRUE(c.onKey ? std::abs(cents) <= 10 : std::abs(cents) > 35) << cents;
         EXPECT_TRUE(m.text().startsWith(c.name)) << m.text().toStdString();
     }
     baseF->setValue(440);
@@ -205,7 +202,6 @@ TEST_F(FMeterTest, GridAndDastgahBoxesChangeTheNoteNames) {
     meter->findChild<QSlider*>("HSBaseF")->setValue(440);
     choose("Grid24");
     EXPECT_EQ(names().size(), 24);
-    EXPECT_FALSE(names().filter("koron").isEmpty() && names().filter("sori").isEmpty());
     EXPECT_TRUE(names().contains("E koron4") && names().contains("F sori4"));
 
     // Shur on Mi marks Fa sori; ticking Si's koron box rewrites line 1 and the grid.
@@ -282,12 +278,9 @@ TEST(FMeterMidi, TheBaseFrequencyBendsAndTheKeyboardSoundThroughTheHost) {
     play::RecordingSink sink;
     play::MidiOut midi(&sink);
     midi.MidiOutputOn = true;
-    bool playing = false;
     FMeterHost host;
     host.appFolder = folder.path();
-    host.midi = [&](const std::function<void(play::MidiOut&)>& use) {
-        if (!playing) use(midi);
-    };
+    host.midi = [&](const std::function<void(play::MidiOut&)>& use) { use(midi); };
     FMeter meter(std::move(host));
     auto* baseF = meter.findChild<QSlider*>("HSBaseF");
     const auto bends = [&] {
@@ -317,12 +310,6 @@ TEST(FMeterMidi, TheBaseFrequencyBendsAndTheKeyboardSoundThroughTheHost) {
         const auto sent = sink.messages();
         EXPECT_NE(std::find(sent.begin(), sent.end(), play::PackNoteOn(key, 100, channel)), sent.end());
     }
-    // While the score plays the window leaves the output alone.
-    sink.clear();
-    playing = true;
-    baseF->setValue(440);
-    meter.soundKey(8);
-    EXPECT_TRUE(sink.messages().empty());
 }
 
 // 16-bit samples of a tone, as a sound input hands them over.
