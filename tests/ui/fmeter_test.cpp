@@ -304,9 +304,15 @@ TEST(FMeterMidi, TheBaseFrequencyBendsAndTheKeyboardSoundThroughTheHost) {
     baseF->setValue(600);
     EXPECT_EQ(bends(), (std::vector<std::pair<int, int>>{up[2]}));
 
-    // E koron sounds as E on the channel bent down, Fa on the natural channel.
-    for (auto [position, key, channel] : {std::tuple{8, 64, 4}, std::tuple{11, 65, 3}}) {
-        meter.soundKey(position);
+    // Clicks on the keyboard, at fractions of its width and height (white keys are an
+    // eighth of 8.5 widths wide): E koron in the top row sounds as E on the channel bent
+    // down, F at the foot of its white key on the natural channel.
+    meter.show();
+    QApplication::processEvents();
+    auto* klav = meter.findChild<QWidget*>("Klav");
+    for (auto [x, y, key, channel] : {std::tuple{2.5, 0.15, 64, 4}, std::tuple{4.0, 0.9, 65, 3}}) {
+        sink.clear();
+        QTest::mouseClick(klav, Qt::LeftButton, {}, QPoint(int(x / 8.5 * klav->width()), int(y * klav->height())));
         const auto sent = sink.messages();
         EXPECT_NE(std::find(sent.begin(), sent.end(), play::PackNoteOn(key, 100, channel)), sent.end());
     }
