@@ -33,6 +33,7 @@ namespace tahrir::ui {
 class Dialogs;
 class FingeringDock;
 class FMeter;
+class Language;
 class MeasureStrip;
 class PalettePanel;
 class Playback;
@@ -49,6 +50,7 @@ struct WindowOptions {
     std::string output = "auto"; // the player's output: auto, midi, synth, none
     Dialogs* dialogs = nullptr;  // null: the Qt dialogs
     bool rememberLayout = true;  // window geometry and docks kept between runs
+    std::string language;        // "en" or "fa"; empty: the saved choice, else the system's
 };
 
 class MainWindow : public QMainWindow {
@@ -85,6 +87,9 @@ public:
     void editorKey(EditorKey key);
     void setViewMode(int mode);
     void setZoom(double zoomBase);
+    // The window's language, "en" or "fa", switched in every open window at once.
+    QString language() const;
+    void setLanguage(const QString& code);
     // The transcription window, made on first use.
     FMeter* openFMeter();
 
@@ -139,7 +144,10 @@ private:
     // Window geometry and the docks' places, kept in the user's settings.
     void restoreLayout();
     void saveLayout();
+    void startLanguage(const WindowOptions& options);
+    void buildLanguageMenu(QMenu* view);
 
+    std::unique_ptr<Language> m_language; // first made, last gone: every text goes through it
     core::Session m_session;
     core::Document m_doc;
     std::unique_ptr<core::PageStore> m_store;
@@ -174,5 +182,8 @@ private:
     bool m_closing = false;
     bool m_rememberLayout = true;
 };
+
+// The text of the View menu's size entry `size`.
+QString ViewSizeText(int size);
 
 } // namespace tahrir::ui

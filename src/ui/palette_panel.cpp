@@ -8,6 +8,7 @@
 
 #include "ui/key_translate.h"
 #include "ui/palette_table.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -48,7 +49,7 @@ PalettePanel::PalettePanel(const QString& musicFamily, QWidget* parent) : QWidge
     std::array<QGridLayout*, PaletteGroups.size()> grids{};
     std::array<int, PaletteGroups.size()> counts{};
     for (std::size_t g = 0; g < PaletteGroups.size(); ++g) {
-        auto* box = new QGroupBox(QString::fromUtf8(PaletteGroups[g].data(), static_cast<int>(PaletteGroups[g].size())), this);
+        auto* box = new QGroupBox(Tr("Palette", PaletteGroups[g].data()), this);
         grids[g] = new QGridLayout(box);
         grids[g]->setSpacing(2);
         grids[g]->setContentsMargins(4, 4, 4, 4);
@@ -67,7 +68,7 @@ PalettePanel::PalettePanel(const QString& musicFamily, QWidget* parent) : QWidge
             b->setText(QString::fromUcs4(look.glyph.data(), static_cast<qsizetype>(look.glyph.size())));
         } else {
             b->setFont(text);
-            b->setText(QString::fromUtf8(look.text.data(), static_cast<int>(look.text.size())));
+            b->setText(Tr("Palette", look.text.data())); // symbols stay as they are
         }
         b->setStyleSheet("QToolButton { background: #fbfbf6; border: 1px solid #b8b8a8; }"
                          "QToolButton:checked { background: #ffd95a; border: 2px solid #c08000; }");

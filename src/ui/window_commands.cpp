@@ -22,6 +22,7 @@
 #include "ui/playback.h"
 #include "ui/playback_panel.h"
 #include "ui/reference_strip.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -65,7 +66,7 @@ std::filesystem::path TuningFile(const core::Session& session) {
 } // namespace
 
 void MainWindow::exportMidi(int microtonal) {
-    std::string path = m_dialogs->saveFile(microtonal ? "Export MIDI (microtonal)" : "Export MIDI",
+    std::string path = m_dialogs->saveFile(microtonal ? TrStd("Files", "Export MIDI (microtonal)") : TrStd("Files", "Export MIDI"),
                                            kMidiFilter, "");
     if (path.empty()) return;
     if (std::filesystem::path(path).extension().empty()) path += ".mid";
@@ -79,12 +80,12 @@ void MainWindow::exportMidi(int microtonal) {
         m_dialogs->message("Tahrir", error);
         return;
     }
-    statusBar()->showMessage(QString::fromStdString("Wrote " + path), 6000);
+    statusBar()->showMessage(Tr("Files", "Wrote %1").arg(QString::fromStdString(path)), 6000);
 }
 
 void MainWindow::importMidi() {
     if (!settleUnsaved("File has been changed !")) return;
-    const std::string midi = m_dialogs->openFile("Import MIDI", kMidiFilter);
+    const std::string midi = m_dialogs->openFile(TrStd("Files", "Import MIDI"), kMidiFilter);
     if (midi.empty()) return;
     m_playback->stopClick();
     const std::filesystem::path score = FreeScoreName(midi);
@@ -99,8 +100,8 @@ void MainWindow::importMidi() {
     }
     // The file on disk is opened like any score, so the reader's full result shows.
     if (openPath(score.string()))
-        statusBar()->showMessage(QString::fromStdString("Imported " + std::to_string(r.notes) + " notes into " +
-                                                        score.string()), 8000);
+        statusBar()->showMessage(
+            Tr("Files", "Imported %1 notes into %2").arg(r.notes).arg(QString::fromStdString(score.string())), 8000);
 }
 
 // InsertScale: the named signatures of "Kookha.tun"; OK writes the chosen one to line 1.
@@ -108,7 +109,7 @@ bool MainWindow::insertScale() {
     const auto file = TuningFile(m_session);
     const play::TuningFile tuning = play::LoadTuning(file);
     if (!tuning.opened) {
-        m_dialogs->message("Tahrir", "Can't read " + file.string());
+        m_dialogs->message("Tahrir", TrStd("Files", "Can't read ") + file.string());
         return false;
     }
     std::vector<std::string> names;
@@ -136,7 +137,7 @@ std::string TrimRight(std::string text) {
     return text;
 }
 
-const char* const kPenNotice = "Enter stores the note";
+const char* const kPenNotice = QT_TRANSLATE_NOOP("Window", "Enter stores the note");
 
 } // namespace
 
@@ -148,14 +149,14 @@ bool MainWindow::penPending() const {
 
 void MainWindow::syncPenNotice() {
     if (penPending())
-        statusBar()->showMessage(kPenNotice);
-    else if (statusBar()->currentMessage() == kPenNotice)
+        statusBar()->showMessage(Tr("Window", kPenNotice));
+    else if (statusBar()->currentMessage() == Tr("Window", kPenNotice))
         statusBar()->clearMessage();
 }
 
 bool MainWindow::storePenFirst() {
     if (!penPending()) return true;
-    switch (m_dialogs->question("Tahrir", "The note in the pen is not stored yet. Store it first ?", true)) {
+    switch (m_dialogs->question("Tahrir", TrStd("Window", "The note in the pen is not stored yet. Store it first ?"), true)) {
     case Answer::Cancel: return false;
     case Answer::Yes: editorKey({edit::Key::Enter, edit::Shift::None}); break;
     case Answer::No: break;
@@ -166,8 +167,8 @@ bool MainWindow::storePenFirst() {
 // Said once, in the status bar and on the playback panel, with the way to get sound.
 void MainWindow::noOutputNotice() {
     const QString text =
-        QString("No sound output: %1. Install a General MIDI sound font (Debian package "
-                "fluid-soundfont-gm) or start a MIDI synthesiser, then start Tahrir again.")
+        Tr("Window", "No sound output: %1. Install a General MIDI sound font (Debian package "
+                     "fluid-soundfont-gm) or start a MIDI synthesiser, then start Tahrir again.")
             .arg(QString::fromStdString(m_playback->outputDescription()));
     statusBar()->showMessage(text, 20000);
     m_playPanel->showNoOutput(text);
@@ -215,9 +216,9 @@ void MainWindow::cmdJpg() {
         m_strip->hide();
         return;
     }
-    const std::string path = m_dialogs->openFile("Reference image", "JPG Files (*.jpg *.jpeg *.png)");
+    const std::string path = m_dialogs->openFile(TrStd("Window", "Reference image"), "JPG Files (*.jpg *.jpeg *.png)");
     if (path.empty() || !m_strip->load(QString::fromStdString(path))) {
-        if (!path.empty()) m_dialogs->message("Tahrir", "Can't read the picture " + path);
+        if (!path.empty()) m_dialogs->message("Tahrir", TrStd("Window", "Can't read the picture ") + path);
         m_strip->clear();
         m_strip->hide();
         return;

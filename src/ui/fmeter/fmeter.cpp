@@ -24,6 +24,7 @@
 
 #include "transcribe/wave_file.h"
 #include "ui/fmeter/fmeter_audio.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -55,7 +56,7 @@ QRadioButton* AddRadio(QButtonGroup* group, QLayout* layout, const QString& text
 
 FMeter::FMeter(FMeterHost host, QWidget* parent) : QWidget(parent, Qt::Window), m_host(std::move(host)) {
     setObjectName("FMeter");
-    setWindowTitle("Transcription");
+    setWindowTitle(Tr("Transcription", "Transcription"));
     auto* layout = new QVBoxLayout(this);
     m_audio = std::make_unique<FMeterAudio>(*this, m_host.appFolder);
     layout->addWidget(buildToolbar());
@@ -103,18 +104,18 @@ QWidget* FMeter::buildToolbar() {
         l->addWidget(b);
         return b;
     };
-    button("OpenWave", "Open...", [this] {
-        const QString f = QFileDialog::getOpenFileName(this, "Open a recording", QString(),
-                                                       "Recordings (*.wav *.flac *.ogg *.mp3);;All files (*)");
+    button("OpenWave", Tr("Transcription", "Open..."), [this] {
+        const QString f = QFileDialog::getOpenFileName(this, Tr("Transcription", "Open a recording"), QString(),
+                                                       Tr("Transcription", "Recordings (*.wav *.flac *.ogg *.mp3);;All files (*)"));
         if (!f.isEmpty()) openRecording(f.toStdString());
     });
     m_audio->addButtons(l);
     l->addSpacing(12);
-    button("ZoomIn", "Zoom in", [this] { zoom(0.5); });
-    button("ZoomOut", "Zoom out", [this] { zoom(2); });
+    button("ZoomIn", Tr("Transcription", "Zoom in"), [this] { zoom(0.5); });
+    button("ZoomOut", Tr("Transcription", "Zoom out"), [this] { zoom(2); });
     button("GotoLeft", "|<", [this] { goTo(0); });
     button("GotoRight", ">|", [this] { goTo(static_cast<double>(m_window.length())); });
-    m_chSel = new QCheckBox("Marked stretch only", bar);
+    m_chSel = new QCheckBox(Tr("Transcription", "Marked stretch only"), bar);
     m_chSel->setObjectName("ChSel");
     l->addWidget(m_chSel);
     m_position = new QLabel(bar);
@@ -125,7 +126,7 @@ QWidget* FMeter::buildToolbar() {
     m_progress->setObjectName("AnalysisProgress");
     m_progress->setMaximumWidth(160);
     m_progress->hide();
-    m_cancel = new QPushButton("Cancel", bar);
+    m_cancel = new QPushButton(Tr("Transcription", "Cancel"), bar);
     m_cancel->setObjectName("CancelAnalysis");
     m_cancel->hide();
     connect(m_cancel, &QPushButton::clicked, this, [this] { m_stop = true; });
@@ -139,12 +140,12 @@ QWidget* FMeter::buildControls() {
     auto* l = new QHBoxLayout(box);
     l->setContentsMargins(0, 0, 0, 0);
     auto* left = new QVBoxLayout;
-    auto* tracker = new QGroupBox("Tracker", box);
+    auto* tracker = new QGroupBox(Tr("Transcription", "Tracker"), box);
     auto* tl = new QVBoxLayout(tracker);
     m_tracker = new QButtonGroup(tracker);
-    AddRadio(m_tracker, tl, "Classic (three passes)", 0, "TrackerClassic");
-    AddRadio(m_tracker, tl, "Modern (pitch track)", 1, "TrackerModern")->setChecked(true);
-    auto* grid = new QGroupBox("Grid", box);
+    AddRadio(m_tracker, tl, Tr("Transcription", "Classic (three passes)"), 0, "TrackerClassic");
+    AddRadio(m_tracker, tl, Tr("Transcription", "Modern (pitch track)"), 1, "TrackerModern")->setChecked(true);
+    auto* grid = new QGroupBox(Tr("Transcription", "Grid"), box);
     grid->setObjectName("OptScTr");
     auto* gl = new QVBoxLayout(grid);
     m_grid = new QButtonGroup(grid);
@@ -156,10 +157,10 @@ QWidget* FMeter::buildControls() {
     m_baseF->setObjectName("HSBaseF");
     m_baseF->setRange(330, 660);
     m_baseF->setValue(440);
-    auto* baseLabel = new QLabel("La 440 Hz", grid);
+    auto* baseLabel = new QLabel(Tr("Transcription", "La %1 Hz").arg(440), grid);
     baseLabel->setObjectName("LabelBaseF");
     connect(m_baseF, &QSlider::valueChanged, this, [this, baseLabel](int v) {
-        baseLabel->setText(QString("La %1 Hz").arg(v));
+        baseLabel->setText(Tr("Transcription", "La %1 Hz").arg(v));
         refreshGrid();
     });
     gl->addWidget(baseLabel);
@@ -174,7 +175,7 @@ QWidget* FMeter::buildControls() {
 }
 
 QWidget* FMeter::buildPasses() {
-    auto* box = new QGroupBox("Passes", this);
+    auto* box = new QGroupBox(Tr("Transcription", "Passes"), this);
     auto* l = new QGridLayout(box);
     m_method = new QComboBox(box);
     m_method->setObjectName("Method");
@@ -190,19 +191,19 @@ QWidget* FMeter::buildPasses() {
     m_minDur = new QComboBox(box);
     m_minDur->setObjectName("VSMinDur");
     m_minDur->addItems({"1/32", "1/16", "1/8", "1/4"});
-    m_exact = new QCheckBox("Exact notes", box);
+    m_exact = new QCheckBox(Tr("Transcription", "Exact notes"), box);
     m_exact->setObjectName("ChExactNote");
-    m_silent = new QCheckBox("Start at the first note", box);
+    m_silent = new QCheckBox(Tr("Transcription", "Start at the first note"), box);
     m_silent->setObjectName("ChSilent");
-    m_raw = new QCheckBox("Raw notes (no cleaning)", box);
+    m_raw = new QCheckBox(Tr("Transcription", "Raw notes (no cleaning)"), box);
     m_raw->setObjectName("OptQuan");
-    l->addWidget(new QLabel("Method"), 0, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Method")), 0, 0);
     l->addWidget(m_method, 0, 1);
-    l->addWidget(new QLabel("Cut-off"), 1, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Cut-off")), 1, 0);
     l->addWidget(m_cutOff, 1, 1);
-    l->addWidget(new QLabel("Period over"), 2, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Period over")), 2, 0);
     l->addWidget(m_k, 2, 1);
-    l->addWidget(new QLabel("Smallest note"), 3, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Smallest note")), 3, 0);
     l->addWidget(m_minDur, 3, 1);
     l->addWidget(m_exact, 4, 0, 1, 2);
     l->addWidget(m_silent, 5, 0, 1, 2);
@@ -211,7 +212,7 @@ QWidget* FMeter::buildPasses() {
 }
 
 QWidget* FMeter::buildDastgah() {
-    auto* box = new QGroupBox("Dastgah", this);
+    auto* box = new QGroupBox(Tr("Transcription", "Dastgah"), this);
     auto* l = new QGridLayout(box);
     l->setSpacing(1);
     // Rows from the top: sharp, sori, natural, koron, flat; k counts from flat.
@@ -233,9 +234,9 @@ QWidget* FMeter::buildDastgah() {
 }
 
 QWidget* FMeter::buildInsert() {
-    auto* box = new QGroupBox("Notes", this);
+    auto* box = new QGroupBox(Tr("Transcription", "Notes"), this);
     auto* l = new QGridLayout(box);
-    m_translate = new QPushButton("Transcribe", box);
+    m_translate = new QPushButton(Tr("Transcription", "Transcribe"), box);
     m_translate->setObjectName("CmTranslate");
     m_translate->setEnabled(false);
     connect(m_translate, &QPushButton::clicked, this, [this] { transcribe(); });
@@ -247,13 +248,13 @@ QWidget* FMeter::buildInsert() {
     m_octIns->setObjectName("OctIns");
     m_octIns->setRange(0, 4);
     m_octIns->setValue(2);
-    m_tempoToSheet = new QCheckBox("Tempo to sheet", box);
+    m_tempoToSheet = new QCheckBox(Tr("Transcription", "Tempo to sheet"), box);
     m_tempoToSheet->setObjectName("ChTempoToSheet");
     m_status = new QLabel(box);
     m_status->setObjectName("FMeterStatus");
     m_status->setWordWrap(true);
     l->addWidget(m_translate, 0, 0, 1, 2);
-    l->addWidget(new QLabel("Octave"), 1, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Octave")), 1, 0);
     l->addWidget(m_octIns, 1, 1);
     l->addWidget(m_tempoToSheet, 2, 0, 1, 2);
     l->addWidget(m_insert, 3, 0, 1, 2);
@@ -268,7 +269,7 @@ void FMeter::openRecording(const std::filesystem::path& file) {
     m_analysis.reset();
     syncView();
     m_translate->setEnabled(false);
-    m_status->setText("Reading " + QString::fromStdString(file.filename().string()) + "...");
+    m_status->setText(Tr("Transcription", "Reading %1...").arg(QString::fromStdString(file.filename().string())));
     m_future = QtConcurrent::run([this, file]() -> std::optional<app::WaveAnalysis> {
         return app::LoadForView(file, m_loadError);
     });
@@ -307,7 +308,7 @@ void FMeter::loadFinished() {
     m_detail->setNotes({});
     m_insert->setEnabled(false);
     m_audio->setRecording(m_analysis->file);
-    m_status->setText(QString("%1 s at %2 Hz: finding the pitch...")
+    m_status->setText(Tr("Transcription", "%1 s at %2 Hz: finding the pitch...")
                           .arg(m_analysis->recording.seconds, 0, 'f', 1)
                           .arg(m_analysis->recording.fileRate));
     syncView();
@@ -333,13 +334,13 @@ void FMeter::trackFinished() {
     auto frames = m_track.takeResult();
     m_track = {};
     if (!frames || !m_analysis) {
-        m_status->setText("The pitch was not tracked: stopped");
+        m_status->setText(Tr("Transcription", "The pitch was not tracked: stopped"));
         return;
     }
     m_analysis->frames = std::move(*frames);
     m_detail->fitPitchRange();
     m_translate->setEnabled(true);
-    m_status->setText(QString("%1 s at %2 Hz").arg(m_analysis->recording.seconds, 0, 'f', 1)
+    m_status->setText(Tr("Transcription", "%1 s at %2 Hz").arg(m_analysis->recording.seconds, 0, 'f', 1)
                           .arg(m_analysis->recording.fileRate));
     m_detail->update();
 }
@@ -437,7 +438,7 @@ void FMeter::transcribe() {
     m_detail->setNotes(std::move(bars));
     m_insert->setEnabled(!m_found.notes.empty());
     m_status->setText(m_found.error.empty()
-                          ? QString("%1 notes found").arg(m_found.notes.size())
+                          ? Tr("Transcription", "%1 notes found").arg(m_found.notes.size())
                           : QString::fromStdString(m_found.error));
 }
 
@@ -456,7 +457,7 @@ InsertResult FMeter::insertToSheet() {
     o.boxes = boxes;
     const InsertResult r = m_host.insert(m_found, o);
     m_status->setText(r.memoryFull ? QString::fromStdString(r.message)
-                                   : QString("%1 lines inserted").arg(r.linesInserted));
+                                   : Tr("Transcription", "%1 lines inserted").arg(r.linesInserted));
     return r;
 }
 

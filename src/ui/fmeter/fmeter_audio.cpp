@@ -18,6 +18,7 @@
 #include <cmath>
 
 #include "ui/fmeter/fmeter.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -59,7 +60,7 @@ FMeterAudio::~FMeterAudio() {
 
 QString FMeterAudio::noInputReason() {
     return QMediaDevices::audioInputs().isEmpty()
-               ? "No microphone or other sound input was found on this computer"
+               ? Tr("Transcription", "No microphone or other sound input was found on this computer")
                : QString();
 }
 
@@ -72,13 +73,13 @@ void FMeterAudio::addButtons(QHBoxLayout* l) {
         l->addWidget(b);
         return b;
     };
-    button("PlayWave", "Play", [this] { play(); });
-    button("PlayNotes", "Play notes", [this] { m_window.playFound(); });
-    button("StopWave", "Stop", [this] { stop(); });
-    m_record = button("RecordWave", "Record", [this] { startRecording(); });
+    button("PlayWave", Tr("Transcription", "Play"), [this] { play(); });
+    button("PlayNotes", Tr("Transcription", "Play notes"), [this] { m_window.playFound(); });
+    button("StopWave", Tr("Transcription", "Stop"), [this] { stop(); });
+    m_record = button("RecordWave", Tr("Transcription", "Record"), [this] { startRecording(); });
     const QString why = noInputReason();
     m_record->setEnabled(why.isEmpty());
-    m_record->setToolTip(why.isEmpty() ? "Record from the microphone into Tmp.Wav" : why);
+    m_record->setToolTip(why.isEmpty() ? Tr("Transcription", "Record from the microphone into Tmp.Wav") : why);
 }
 
 void FMeterAudio::addMeter(QGridLayout* l, int row) {
@@ -87,7 +88,7 @@ void FMeterAudio::addMeter(QGridLayout* l, int row) {
     m_level->setRange(0, 100);
     m_level->setTextVisible(false);
     m_level->setMaximumHeight(10);
-    l->addWidget(new QLabel("Input"), row, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Input")), row, 0);
     l->addWidget(m_level, row, 1);
 }
 
@@ -169,7 +170,7 @@ bool FMeterAudio::startRecording() {
             peak = std::max(peak, std::abs(int(qFromLittleEndian<qint16>(data.constData() + i))));
         m_level->setValue(peak * 100 / 32768);
     });
-    m_record->setText("Recording...");
+    m_record->setText(Tr("Transcription", "Recording..."));
     return true;
 }
 
@@ -182,7 +183,7 @@ void FMeterAudio::finishRecording() {
     m_target->write(WaveHeader(rate, m_dataBytes));
     m_target->close();
     m_level->setValue(0);
-    m_record->setText("Record");
+    m_record->setText(Tr("Transcription", "Record"));
     m_window.openRecording(m_folder / "Tmp.Wav");
 }
 
