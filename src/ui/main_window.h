@@ -33,6 +33,7 @@ namespace tahrir::ui {
 class Dialogs;
 class FingeringDock;
 class FMeter;
+class HelpWindow;
 class Language;
 class MeasureStrip;
 class PalettePanel;
@@ -139,6 +140,8 @@ private:
     void buildFileExtras(QMenu* file, QAction* save);
     void buildEditMenu();
     void buildHelpMenu();
+    // Help, made on first use (or soon after the start) and kept; a language switch drops it.
+    HelpWindow& helpWindow();
     void fillRecentMenu();
     void assignMenuKeys();
     // Window geometry and the docks' places, kept in the user's settings.
@@ -177,6 +180,7 @@ private:
     QSlider* m_zoom = nullptr;
     QMenu* m_recentMenu = nullptr;
     ReferenceStrip* m_strip = nullptr;
+    HelpWindow* m_help = nullptr;
     QTimer* m_playTimer = nullptr;
     bool m_rangeChosen = false; // the user picked measures to play
     bool m_closing = false;

