@@ -363,11 +363,11 @@
     </message>
     <message>
         <source>Copy</source>
-        <translation>رونوشت</translation>
+        <translation>کپی</translation>
     </message>
     <message>
         <source>Paste</source>
-        <translation>چسباندن</translation>
+        <translation>الصاق</translation>
     </message>
     <message>
         <source>Undo</source>

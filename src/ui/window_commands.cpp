@@ -188,6 +188,10 @@ void MainWindow::fitDocks() {
     if (property("smallLayout").toBool() == small) return;
     setProperty("smallLayout", small);
     m_palette->setColumns(small ? 4 : 6);
+    // Wide, the palette's column is as wide as its entries, in either direction of the window.
+    if (auto* scroll = qobject_cast<QScrollArea*>(palette->widget()))
+        scroll->setMinimumWidth(
+            small ? 0 : m_palette->sizeHint().width() + scroll->verticalScrollBar()->sizeHint().width() + 4);
     for (QDockWidget* d : {palette, play, desc, fingering}) d->setMaximumWidth(small ? 250 : 360);
     if (small) {
         tabifyDockWidget(palette, play);
