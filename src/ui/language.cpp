@@ -54,6 +54,7 @@ bool Language::set(const QString& code) {
     const bool persian = code == LanguagePersian;
     m_code = persian ? LanguagePersian : LanguageEnglish;
     const bool loaded = m_book->loadCatalogue(m_code);
+    if (!loaded) m_code = LanguageEnglish;
     QCoreApplication::removeTranslator(m_qt.get());
     if (persian && m_qt->load(QLocale(QLocale::Persian), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(m_qt.get());
