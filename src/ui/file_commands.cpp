@@ -20,6 +20,7 @@
 #include "ui/playback.h"
 #include "ui/playback_panel.h"
 #include "ui/score_view.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -33,7 +34,7 @@ class NewScoreBoxes : public core::NewScorePrompts {
 public:
     explicit NewScoreBoxes(Dialogs& dialogs) : m_dialogs(dialogs) {}
     std::string ask(const std::string& prompt, const std::string& defaultAnswer) override {
-        return m_dialogs.input("New score", prompt, defaultAnswer).value_or("");
+        return m_dialogs.input(TrStd("Files", "New score"), prompt, defaultAnswer).value_or("");
     }
 
 private:
@@ -99,7 +100,7 @@ bool MainWindow::openPath(const std::string& path) {
         return false;
     }
     if (!std::filesystem::exists(path)) {
-        m_dialogs->message("Tahrir", "Can't find the file " + path);
+        m_dialogs->message("Tahrir", TrStd("Files", "Can't find the file ") + path);
         return false;
     }
     m_playback->stopClick();
@@ -109,20 +110,20 @@ bool MainWindow::openPath(const std::string& path) {
         opened = core::OpenScoreFile(m_doc, m_session, m_store.get(), path);
     } catch (const std::exception& e) {
         m_doc = before;
-        m_dialogs->message("Tahrir", std::string("Can't read ") + path + ": " + e.what());
+        m_dialogs->message("Tahrir", TrStd("Files", "Can't read ") + path + ": " + e.what());
         return false;
     }
     if (!opened.load.loaded()) {
         m_doc = before;
         const std::string why = opened.message ? *opened.message : opened.load.message;
-        m_dialogs->message("Tahrir", why.empty() ? "Can't read " + path : why);
+        m_dialogs->message("Tahrir", why.empty() ? TrStd("Files", "Can't read ") + path : why);
         return false;
     }
     if (opened.message) m_dialogs->message("Tahrir", *opened.message);
     m_recent->hide();
     m_rangeChosen = false;
     documentLoaded();
-    if (!opened.recording.empty()) statusBar()->showMessage(QString::fromStdString("Recording: " + opened.recording));
+    if (!opened.recording.empty()) statusBar()->showMessage(Tr("Files", "Recording: ") + QString::fromStdString(opened.recording));
     return true;
 }
 
@@ -141,7 +142,7 @@ void MainWindow::reload() {
     }
     if (!r.loaded()) {
         m_doc = before;
-        m_dialogs->message("Tahrir", r.message.empty() ? "Can't read " + before.CurrentFileName : r.message);
+        m_dialogs->message("Tahrir", r.message.empty() ? TrStd("Files", "Can't read ") + before.CurrentFileName : r.message);
         return;
     }
     documentLoaded();

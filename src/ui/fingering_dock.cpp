@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "ui/instrument_view.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -12,13 +13,15 @@ namespace {
 
 using fingering::Instrument;
 
-const char* const kTabTitles[] = {"Tar", "Ney", "Harmonica", "Hang drum"};
+const char* const kTabTitles[] = {QT_TRANSLATE_NOOP("Fingering", "Tar"), QT_TRANSLATE_NOOP("Fingering", "Ney"),
+                                  QT_TRANSLATE_NOOP("Fingering", "Harmonica"),
+                                  QT_TRANSLATE_NOOP("Fingering", "Hang drum")};
 
 } // namespace
 
 FingeringDock::FingeringDock(const core::ScoreSheet& sheet, const std::filesystem::path& appFolder,
                              QWidget* parent)
-    : QDockWidget("Fingering", parent), m_sheet(sheet),
+    : QDockWidget(Tr("Fingering", "Fingering"), parent), m_sheet(sheet),
       m_tables(fingering::LoadInstrumentTables(appFolder)) {
     setObjectName("FingeringDock");
     auto* body = new QWidget(this);
@@ -27,7 +30,7 @@ FingeringDock::FingeringDock(const core::ScoreSheet& sheet, const std::filesyste
     for (Instrument i : fingering::kInstruments) {
         auto* view = new InstrumentView(i, m_tables.of(i), m_tabs);
         m_views[static_cast<std::size_t>(i)] = view;
-        m_tabs->addTab(view, kTabTitles[static_cast<std::size_t>(i)]);
+        m_tabs->addTab(view, Tr("Fingering", kTabTitles[static_cast<std::size_t>(i)]));
     }
     m_caption = new QLabel(body);
     m_caption->setObjectName("FingeringCaption");
@@ -71,22 +74,22 @@ void FingeringDock::refresh() {
     }
     if (!m_tables.errors.empty()) return;
     const auto* view = static_cast<const InstrumentView*>(m_tabs->currentWidget());
-    QString text = describe(*view, cursor, "Cursor");
-    if (playing) text += "<br>" + describe(*view, playing, "Playing");
+    QString text = describe(*view, cursor, QT_TRANSLATE_NOOP("Fingering", "Cursor"));
+    if (playing) text += "<br>" + describe(*view, playing, QT_TRANSLATE_NOOP("Fingering", "Playing"));
     m_caption->setText(text);
 }
 
 QString FingeringDock::describe(const InstrumentView& view, const std::optional<double>& note,
                                 const char* what) const {
     const QColor colour = std::string_view(what) == "Cursor" ? CursorColour() : PlayingColour();
-    QString text = QString("<span style='color:%1'><b>%2:</b></span> ").arg(colour.name(), what);
-    if (!note) return text + "no note";
+    QString text = QString("<span style='color:%1'><b>%2:</b></span> ").arg(colour.name(), Tr("Fingering", what));
+    if (!note) return text + Tr("Fingering", "no note");
     const MarkedNote mark = view.markOf(*note);
     text += QString("MIDI %1 &mdash; ").arg(QString::fromStdString(fingering::NoteText(*note)));
-    if (!mark.position) return text + "no table";
+    if (!mark.position) return text + Tr("Fingering", "no table");
     const QString where = QString::fromStdString(mark.position->text).toHtmlEscaped();
     if (mark.exact) return text + where;
-    return text + "cannot be played here; nearest: " + where;
+    return text + Tr("Fingering", "cannot be played here; nearest: ") + where;
 }
 
 QString FingeringDock::caption() const {

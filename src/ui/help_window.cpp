@@ -9,6 +9,7 @@
 #include "edit/key_codes.h"
 #include "edit/palette.h"
 #include "ui/palette_table.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -45,7 +46,7 @@ QString KeyName(int key, int shift) {
     else if (key == K::Enter) name = "Enter";
     else if (key == K::Del) name = "Del";
     else if (key == K::Ins) name = "Ins";
-    else if (key == 0) return QObject::tr("(its own action)");
+    else if (key == 0) return Tr("Help", "(its own action)");
     else name = QString("#%1").arg(key);
     const char* prefix = shift == edit::Shift::Shift ? "Shift+" : shift == edit::Shift::Ctrl ? "Ctrl+"
                          : shift == edit::Shift::Alt ? "Alt+" : "";
@@ -55,7 +56,7 @@ QString KeyName(int key, int shift) {
 } // namespace
 
 QString AboutText() {
-    return QObject::tr(
+    return Tr("Help",
         "<h3>Tahrir</h3><p>A score editor and player for Persian art music.</p>"
         "<p><b>Music font:</b> Bravura, by Steinberg Media Technologies, under the SIL Open Font "
         "License 1.1 (data/fonts/Bravura-OFL.txt).</p>"
@@ -67,39 +68,39 @@ QString AboutText() {
 
 HelpWindow::HelpWindow(const std::array<std::string_view, 81>& hints, QWidget* parent) : QDialog(parent) {
     setObjectName("HelpWindow");
-    setWindowTitle(tr("Keys and palette"));
+    setWindowTitle(Tr("Help", "Keys and palette"));
     auto* column = new QVBoxLayout(this);
     auto* tabs = new QTabWidget(this);
     column->addWidget(tabs);
 
-    m_keys = Table({tr("Key"), tr("What it does"), QString::fromUtf8("کار آن")}, tabs);
+    m_keys = Table({Tr("Help", "Key"), Tr("Help", "What it does"), QString::fromUtf8("کار آن")}, tabs);
     m_keys->setObjectName("KeyTable");
     for (const KeyHelp& k : EditorKeyHelp())
         AddRow(m_keys, {k.keys, k.english, QString::fromUtf8(k.persian)});
     m_keys->setColumnWidth(0, 220);
     m_keys->setColumnWidth(1, 300);
-    tabs->addTab(m_keys, tr("Keyboard"));
+    tabs->addTab(m_keys, Tr("Help", "Keyboard"));
 
-    m_palette = Table({tr("Entry"), tr("Group"), tr("Key"), QString::fromUtf8("راهنما")}, tabs);
+    m_palette = Table({Tr("Help", "Entry"), Tr("Help", "Group"), Tr("Help", "Key"), QString::fromUtf8("راهنما")}, tabs);
     m_palette->setObjectName("PaletteHelpTable");
     for (int i = 0; i < edit::PaletteEntries; ++i) {
         const edit::PaletteEntry& e = edit::PaletteEntryAt(i);
         const PaletteLook& look = PaletteLookAt(i);
         const int hint = edit::PaletteHintIndex(i, true);
         const std::string_view text = hint >= 0 && hint < 81 ? hints[static_cast<std::size_t>(hint)] : "";
-        AddRow(m_palette, {QString::number(i + 1), QString::fromUtf8(PaletteGroups[static_cast<std::size_t>(look.group)].data()),
+        AddRow(m_palette, {QString::number(i + 1), Tr("Palette", PaletteGroups[static_cast<std::size_t>(look.group)].data()),
                            KeyName(e.key, e.shift),
                            QString::fromUtf8(text.data(), static_cast<int>(text.size())).replace('\n', ' ')});
     }
     for (const auto& [column, width] : {std::pair{0, 50}, {1, 170}, {2, 90}}) m_palette->setColumnWidth(column, width);
-    tabs->addTab(m_palette, tr("Palette"));
+    tabs->addTab(m_palette, Tr("Help", "Palette"));
 
     auto* about = new QLabel(AboutText(), tabs);
     about->setObjectName("AboutText");
     about->setWordWrap(true);
     about->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     about->setMargin(12);
-    tabs->addTab(about, tr("About"));
+    tabs->addTab(about, Tr("Help", "About"));
     resize(860, 620);
 }
 

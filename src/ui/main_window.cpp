@@ -26,6 +26,7 @@
 #include "edit/key_codes.h"
 #include "ui/dialogs.h"
 #include "ui/fingering_dock.h"
+#include "ui/language.h"
 #include "ui/measure_strip.h"
 #include "ui/musicxml_command.h"
 #include "ui/palette_panel.h"
@@ -34,6 +35,7 @@
 #include "ui/reference_strip.h"
 #include "ui/score_view.h"
 #include "ui/text_frames.h"
+#include "ui/ui_text.h"
 #include "ui/window_services.h"
 
 namespace tahrir::ui {
@@ -52,6 +54,7 @@ QString MusicFamily(const std::filesystem::path& fontFile) {
 
 MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWindow(parent) {
     setObjectName("Form1");
+    startLanguage(options);
     core::StartSession(m_session, options.appFolder);
     m_store = std::make_unique<core::PageStore>(core::PageStore::PathIn(options.appFolder));
     m_undo = std::make_unique<edit::FileUndoPages>(core::PageStore::PathIn(options.appFolder));
@@ -90,7 +93,7 @@ void MainWindow::buildWidgets() {
     auto* column = new QVBoxLayout(central);
     column->setContentsMargins(2, 2, 2, 2);
     auto* top = new QHBoxLayout;
-    m_editorCh = new QCheckBox("Editor", central);
+    m_editorCh = new QCheckBox(Tr("Window", "Editor"), central);
     m_editorCh->setObjectName("EditorCh");
     m_editorCh->setFocusPolicy(Qt::NoFocus);
     m_zoom = new QSlider(Qt::Horizontal, central);
@@ -107,7 +110,7 @@ void MainWindow::buildWidgets() {
     m_hint->setStyleSheet("background:#fffbe0; border:1px solid #c0b060; padding:3px; font-size:15px;");
     m_hint->hide();
     top->addWidget(m_editorCh);
-    top->addWidget(new QLabel("Zoom", central));
+    top->addWidget(new QLabel(Tr("Window", "Zoom"), central));
     top->addWidget(m_zoom);
     top->addWidget(m_hint, 1);
     column->addLayout(top);
@@ -144,7 +147,7 @@ void MainWindow::buildWidgets() {
 }
 
 void MainWindow::buildDocks() {
-    auto* paletteDock = new QDockWidget("Palette", this);
+    auto* paletteDock = new QDockWidget(Tr("Window", "Palette"), this);
     paletteDock->setObjectName("PaletteDock");
     m_palette = new PalettePanel(MusicFamily(core::MusicFontIn(m_session.AppFolder, m_session.MusicFontFile)));
     auto* paletteScroll = new QScrollArea(paletteDock);
@@ -154,7 +157,7 @@ void MainWindow::buildDocks() {
     paletteDock->setWidget(paletteScroll);
     addDockWidget(Qt::LeftDockWidgetArea, paletteDock);
 
-    auto* playDock = new QDockWidget("Playback", this);
+    auto* playDock = new QDockWidget(Tr("Window", "Playback"), this);
     playDock->setObjectName("PlaybackDock");
     m_playPanel = new PlaybackPanel(*m_playback, playDock);
     auto* playScroll = new QScrollArea(playDock); // on a small screen it scrolls, never cut off
@@ -164,7 +167,7 @@ void MainWindow::buildDocks() {
     playDock->setMaximumWidth(360);
     addDockWidget(Qt::RightDockWidgetArea, playDock);
 
-    auto* descDock = new QDockWidget("Description", this);
+    auto* descDock = new QDockWidget(Tr("Window", "Description"), this);
     descDock->setObjectName("DescriptionDock");
     auto* desc = new QWidget(descDock);
     auto* dl = new QVBoxLayout(desc);
@@ -184,48 +187,49 @@ void MainWindow::buildDocks() {
 }
 
 void MainWindow::buildMenus() {
-    QMenu* file = menuBar()->addMenu("&File");
+    QMenu* file = menuBar()->addMenu(Tr("Menu", "&File"));
     const auto add = [this](QMenu* menu, const char* name, const QString& text, auto slot) {
         QAction* a = menu->addAction(text);
         a->setObjectName(name);
         connect(a, &QAction::triggered, this, slot);
         return a;
     };
-    add(file, "NewImage", "&New...", [this] { NewImage(); });
-    add(file, "LoadFile", "&Open...", [this] { LoadFile(0); });
-    QAction* save = add(file, "SaveImage", "&Save...", [this] { SaveImage(); });
+    add(file, "NewImage", Tr("Menu", "&New..."), [this] { NewImage(); });
+    add(file, "LoadFile", Tr("Menu", "&Open..."), [this] { LoadFile(0); });
+    QAction* save = add(file, "SaveImage", Tr("Menu", "&Save..."), [this] { SaveImage(); });
     buildFileExtras(file, save);
     file->addSeparator();
-    add(file, "ImportMidi", "&Import MIDI...", [this] { importMidi(); });
-    QMenu* exportMenu = file->addMenu("&Export");
+    add(file, "ImportMidi", Tr("Menu", "&Import MIDI..."), [this] { importMidi(); });
+    QMenu* exportMenu = file->addMenu(Tr("Menu", "&Export"));
     exportMenu->setObjectName("ExportMenu");
-    add(exportMenu, "ExportMidi", "&MIDI (plain)...", [this] { exportMidi(0); });
-    add(exportMenu, "ExportMidiMicrotonal", "MIDI (&microtonal, keeps quarter tones)...", [this] { exportMidi(1); });
-    add(exportMenu, "ExportMusicXml", "Music&XML...", [this] {
+    add(exportMenu, "ExportMidi", Tr("Menu", "&MIDI (plain)..."), [this] { exportMidi(0); });
+    add(exportMenu, "ExportMidiMicrotonal", Tr("Menu", "MIDI (&microtonal, keeps quarter tones)..."), [this] { exportMidi(1); });
+    add(exportMenu, "ExportMusicXml", Tr("Menu", "Music&XML..."), [this] {
         statusBar()->showMessage(QString::fromStdString(ExportMusicXmlCommand(
                                      *m_dialogs, m_doc, m_playback->player().controls())),
                                  6000);
     });
-    add(file, "OpenFMeter", "&Transcribe a recording...", [this] { openFMeter(); });
+    add(file, "OpenFMeter", Tr("Menu", "&Transcribe a recording..."), [this] { openFMeter(); });
     file->addSeparator();
     m_print = new PrintCommands(this, *m_dialogs, [this] { return WindowPageSource(*this); });
     m_print->addTo(file, exportMenu);
     file->addSeparator();
-    add(file, "ExitImage", "E&xit", [this] { close(); });
+    add(file, "ExitImage", Tr("Menu", "E&xit"), [this] { close(); });
     buildEditMenu();
-    QMenu* insert = menuBar()->addMenu("&Insert");
-    add(insert, "InsertScale", "&Key signature (dastgah)...", [this] { insertScale(); });
-    add(insert, "InsertTextLine", "&Text line\tShift+F5", [this] { insertTextLine(false); });
-    add(insert, "InsertLyric", "&Lyric under the note\tShift+F6", [this] { insertTextLine(true); });
-    QMenu* view = menuBar()->addMenu("&View");
-    add(view, "PageView", "&Page view", [this] { setViewMode(0); });
-    add(view, "WorkingView", "&Working view", [this] { setViewMode(1); });
-    add(view, "CmdJpg", "&Reference image...", [this] { cmdJpg(); });
+    QMenu* insert = menuBar()->addMenu(Tr("Menu", "&Insert"));
+    add(insert, "InsertScale", Tr("Menu", "&Key signature (dastgah)..."), [this] { insertScale(); });
+    add(insert, "InsertTextLine", Tr("Menu", "&Text line\tShift+F5"), [this] { insertTextLine(false); });
+    add(insert, "InsertLyric", Tr("Menu", "&Lyric under the note\tShift+F6"), [this] { insertTextLine(true); });
+    QMenu* view = menuBar()->addMenu(Tr("Menu", "&View"));
+    add(view, "PageView", Tr("Menu", "&Page view"), [this] { setViewMode(0); });
+    add(view, "WorkingView", Tr("Menu", "&Working view"), [this] { setViewMode(1); });
+    add(view, "CmdJpg", Tr("Menu", "&Reference image..."), [this] { cmdJpg(); });
     view->addAction(m_fingering->toggleViewAction());
+    buildLanguageMenu(view);
     view->addSeparator();
     // ViewFont entries: the view's size is the entry's index less one.
     for (int i = 2; i <= 7; ++i)
-        add(view, "ViewFont", QString("Size %1").arg(i - 1), [this, i] {
+        add(view, "ViewFont", ViewSizeText(i - 1), [this, i] {
             m_layout.options().ShowAllLines = true;
             setZoom(i - 1);
         });

@@ -33,6 +33,8 @@ namespace tahrir::ui {
 class Dialogs;
 class FingeringDock;
 class FMeter;
+class HelpWindow;
+class Language;
 class MeasureStrip;
 class PalettePanel;
 class Playback;
@@ -49,6 +51,7 @@ struct WindowOptions {
     std::string output = "auto"; // the player's output: auto, midi, synth, none
     Dialogs* dialogs = nullptr;  // null: the Qt dialogs
     bool rememberLayout = true;  // window geometry and docks kept between runs
+    std::string language;        // "en" or "fa"; empty: the saved choice, else the system's
 };
 
 class MainWindow : public QMainWindow {
@@ -85,6 +88,9 @@ public:
     void editorKey(EditorKey key);
     void setViewMode(int mode);
     void setZoom(double zoomBase);
+    // The window's language, "en" or "fa", switched in every open window at once.
+    QString language() const;
+    void setLanguage(const QString& code);
     // The transcription window, made on first use.
     FMeter* openFMeter();
 
@@ -134,12 +140,17 @@ private:
     void buildFileExtras(QMenu* file, QAction* save);
     void buildEditMenu();
     void buildHelpMenu();
+    // Help, made on first use (or soon after the start) and kept; a language switch drops it.
+    HelpWindow& helpWindow();
     void fillRecentMenu();
     void assignMenuKeys();
     // Window geometry and the docks' places, kept in the user's settings.
     void restoreLayout();
     void saveLayout();
+    void startLanguage(const WindowOptions& options);
+    void buildLanguageMenu(QMenu* view);
 
+    std::unique_ptr<Language> m_language; // first made, last gone: every text goes through it
     core::Session m_session;
     core::Document m_doc;
     std::unique_ptr<core::PageStore> m_store;
@@ -169,10 +180,14 @@ private:
     QSlider* m_zoom = nullptr;
     QMenu* m_recentMenu = nullptr;
     ReferenceStrip* m_strip = nullptr;
+    HelpWindow* m_help = nullptr;
     QTimer* m_playTimer = nullptr;
     bool m_rangeChosen = false; // the user picked measures to play
     bool m_closing = false;
     bool m_rememberLayout = true;
 };
+
+// The text of the View menu's size entry `size`.
+QString ViewSizeText(int size);
 
 } // namespace tahrir::ui

@@ -9,6 +9,7 @@
 
 #include "edit/editor.h"
 #include "ui/key_translate.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -75,10 +76,10 @@ MeasureStrip::MeasureStrip(QWidget* parent) : QWidget(parent) {
         QObject::connect(bar, &QScrollBar::valueChanged, this, [this, isStart] { barMoved(isStart); });
     }
     grid->addWidget(scroll, 0, 0, 1, 4);
-    grid->addWidget(new QLabel("From", this), 1, 0);
+    grid->addWidget(new QLabel(Tr("Window", "From"), this), 1, 0);
     grid->addWidget(m_start, 1, 1);
     grid->addWidget(m_startLabel, 1, 2);
-    grid->addWidget(new QLabel("To", this), 2, 0);
+    grid->addWidget(new QLabel(Tr("Window", "To"), this), 2, 0);
     grid->addWidget(m_end, 2, 1);
     grid->addWidget(m_endLabel, 2, 2);
     grid->setColumnStretch(1, 1);

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "core/cp1256.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -15,17 +16,17 @@ QString FromCp1256(const std::string& text) { return QString::fromStdString(core
 } // namespace
 
 QString TrackEntryText(int track, const std::string& name, std::size_t notes) {
-    const QString shown = name.empty() ? MidiImportFrame::tr("(no name)") : FromCp1256(name);
-    return MidiImportFrame::tr("Track %1: %2 (%3 notes)").arg(track).arg(shown).arg(notes);
+    const QString shown = name.empty() ? Tr("MidiImport", "(no name)") : FromCp1256(name);
+    return Tr("MidiImport", "Track %1: %2 (%3 notes)").arg(track).arg(shown).arg(notes);
 }
 
 MidiImportFrame::MidiImportFrame(const midifile::MidiFileInfo& info, const std::vector<std::string>& dump,
                                  QWidget* parent)
     : QDialog(parent) {
     setObjectName("FrMidiTrk");
-    setWindowTitle(tr("Import MIDI"));
+    setWindowTitle(Tr("MidiImport", "Import MIDI"));
     auto* column = new QVBoxLayout(this);
-    column->addWidget(new QLabel(tr("Tracks of the file:"), this));
+    column->addWidget(new QLabel(Tr("MidiImport", "Tracks of the file:"), this));
     m_tracks = new QListWidget(this);
     m_tracks->setObjectName("TrackList");
     for (std::size_t t = 0; t < info.MidiTracks.size(); ++t) {
@@ -34,7 +35,7 @@ MidiImportFrame::MidiImportFrame(const midifile::MidiFileInfo& info, const std::
     }
     m_tracks->setMaximumHeight(160);
     column->addWidget(m_tracks);
-    column->addWidget(new QLabel(tr("What the file holds:"), this));
+    column->addWidget(new QLabel(Tr("MidiImport", "What the file holds:"), this));
     m_dump = new QListWidget(this);
     m_dump->setObjectName("ListBox1");
     m_dump->setUniformItemSizes(true);

@@ -3,13 +3,14 @@
 #include <filesystem>
 
 #include "musicxml/score_export.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
 std::string ExportMusicXmlCommand(Dialogs& dialogs, const core::Document& doc,
                                   const play::PlayControls& controls) {
     std::string path = dialogs.saveFile(
-        "Export MusicXML", "MusicXML (*.musicxml *.mxl);;Compressed MusicXML (*.mxl)", "");
+        TrStd("Files", "Export MusicXML"), "MusicXML (*.musicxml *.mxl);;Compressed MusicXML (*.mxl)", "");
     if (path.empty()) return {};
     if (std::filesystem::path(path).extension().empty()) path += ".musicxml";
     musicxml::ExportOptions options;
@@ -21,7 +22,7 @@ std::string ExportMusicXmlCommand(Dialogs& dialogs, const core::Document& doc,
         dialogs.message("Tahrir", error);
         return {};
     }
-    return "Wrote " + path;
+    return Tr("Files", "Wrote %1").arg(QString::fromStdString(path)).toStdString();
 }
 
 } // namespace tahrir::ui

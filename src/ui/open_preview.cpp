@@ -7,6 +7,7 @@
 
 #include "core/cp1256.h"
 #include "core/score_preview.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -41,7 +42,7 @@ OpenPreviewDialog::OpenPreviewDialog(QWidget* parent, const QString& title, cons
     m_preview->setReadOnly(true);
     m_preview->setLayoutDirection(Qt::RightToLeft);
     m_preview->setMinimumWidth(240);
-    m_preview->setPlaceholderText(tr("The description of the selected score shows here."));
+    m_preview->setPlaceholderText(Tr("OpenPreview", "The description of the selected score shows here."));
     if (auto* grid = qobject_cast<QGridLayout*>(layout())) grid->addWidget(m_preview, 0, grid->columnCount(), grid->rowCount(), 1);
     connect(this, &QFileDialog::currentChanged, this, [this](const QString& path) { showPreview(path); });
     resize(980, 520);

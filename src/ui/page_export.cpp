@@ -9,6 +9,7 @@
 #include <fstream>
 
 #include "render/painter_backend.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -74,14 +75,14 @@ bool PrintPages(QPrinter& printer, const render::PagedLayout& pages, const PageS
 
 std::string ExportPages(const PageSource& source, const PrintSettings& settings,
                         const std::filesystem::path& path) {
-    if (source.sheet == nullptr) return "no score is open";
+    if (source.sheet == nullptr) return TrStd("Print", "no score is open");
     const std::string ext = Lower(path.extension().string());
     if (ext == ".dxf") {
         render::LayoutOptions o = PrintLayoutOptions(source, settings);
         o.DxfEnabled = true;
         std::ofstream file(path, std::ios::binary);
         file << render::RefreshView(*source.sheet, o).dxf;
-        return file ? std::string() : "cannot write " + path.string();
+        return file ? std::string() : TrStd("Print", "cannot write ") + path.string();
     }
     const render::PagedLayout pages = LayOutPrintPages(source, settings);
     render::ImageOptions image;

@@ -8,6 +8,7 @@
 
 #include "ui/key_translate.h"
 #include "ui/palette_table.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -45,13 +46,11 @@ PalettePanel::PalettePanel(const QString& musicFamily, QWidget* parent) : QWidge
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(4, 4, 4, 4);
     column->setSpacing(4);
-    std::array<QGridLayout*, PaletteGroups.size()> grids{};
-    std::array<int, PaletteGroups.size()> counts{};
     for (std::size_t g = 0; g < PaletteGroups.size(); ++g) {
-        auto* box = new QGroupBox(QString::fromUtf8(PaletteGroups[g].data(), static_cast<int>(PaletteGroups[g].size())), this);
-        grids[g] = new QGridLayout(box);
-        grids[g]->setSpacing(2);
-        grids[g]->setContentsMargins(4, 4, 4, 4);
+        auto* box = new QGroupBox(Tr("Palette", PaletteGroups[g].data()), this);
+        m_grids.push_back(new QGridLayout(box));
+        m_grids.back()->setSpacing(2);
+        m_grids.back()->setContentsMargins(4, 4, 4, 4);
         column->addWidget(box);
     }
     column->addStretch(1);
@@ -67,14 +66,25 @@ PalettePanel::PalettePanel(const QString& musicFamily, QWidget* parent) : QWidge
             b->setText(QString::fromUcs4(look.glyph.data(), static_cast<qsizetype>(look.glyph.size())));
         } else {
             b->setFont(text);
-            b->setText(QString::fromUtf8(look.text.data(), static_cast<int>(look.text.size())));
+            b->setText(Tr("Palette", look.text.data())); // symbols stay as they are
         }
         b->setStyleSheet("QToolButton { background: #fbfbf6; border: 1px solid #b8b8a8; }"
                          "QToolButton:checked { background: #ffd95a; border: 2px solid #c08000; }");
-        const auto g = static_cast<std::size_t>(look.group);
-        grids[g]->addWidget(b, counts[g] / 6, counts[g] % 6);
-        ++counts[g];
         m_buttons[static_cast<std::size_t>(i)] = b;
+    }
+    setColumns(6);
+}
+
+void PalettePanel::setColumns(int columns) {
+    if (columns < 1 || columns == m_columns) return;
+    m_columns = columns;
+    std::vector<int> counts(m_grids.size(), 0);
+    for (int i = 0; i < edit::PaletteEntries; ++i) {
+        const auto g = static_cast<std::size_t>(PaletteLookAt(i).group);
+        PaletteButton* b = m_buttons[static_cast<std::size_t>(i)];
+        m_grids[g]->removeWidget(b);
+        m_grids[g]->addWidget(b, counts[g] / columns, counts[g] % columns);
+        ++counts[g];
     }
 }
 

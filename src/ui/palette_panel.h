@@ -5,9 +5,11 @@
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <vector>
 
 #include "edit/palette.h"
 
+class QGridLayout;
 class QToolButton;
 
 namespace tahrir::ui {
@@ -32,9 +34,14 @@ public:
     QToolButton* entry(int index) const;
     // The question-arrow pointer on every entry while help is on.
     void setHelpPointer(bool on);
+    // Entries a row in every group: fewer make the palette narrower on a small window.
+    void setColumns(int columns);
+    int columns() const { return m_columns; }
 
 private:
     std::array<PaletteButton*, edit::PaletteEntries> m_buttons{};
+    std::vector<QGridLayout*> m_grids;
+    int m_columns = 0;
 };
 
 } // namespace tahrir::ui

@@ -30,11 +30,14 @@ const std::array<PaletteLook, edit::PaletteEntries> kLooks = {{
     {Fing, U"", "3"},            {Fing, U"", "4"},           {Fing, U"", "5"},
     {Head, U"\uE084\uE084", ""}, {Head, U"", "\u2669="},     {Fing, U"", "\u2228"},
     {Fing, U"", "\u2227"},       {Cmd, U"", "\u2193"},       {Cmd, U"", "\u2191"},
-    {Cmd, U"", "\u2715"},        {Cmd, U"", "Do"},           {Cmd, U"", "Re"},
-    {Cmd, U"", "Mi"},            {Cmd, U"", "Fa"},           {Cmd, U"", "Sol"},
-    {Cmd, U"", "La"},            {Cmd, U"", "Si"},           {Clip, U"", "Cut"},
-    {Clip, U"", "Copy"},       {Clip, U"", "Paste"},      {Undo, U"", "Undo"},
-    {Undo, U"", "Redo"},
+    {Cmd, U"", "\u2715"},
+    // Note names and commands, shown in the window's language.
+    {Cmd, U"", QT_TRANSLATE_NOOP("Palette", "Do")},    {Cmd, U"", QT_TRANSLATE_NOOP("Palette", "Re")},
+    {Cmd, U"", QT_TRANSLATE_NOOP("Palette", "Mi")},    {Cmd, U"", QT_TRANSLATE_NOOP("Palette", "Fa")},
+    {Cmd, U"", QT_TRANSLATE_NOOP("Palette", "Sol")},   {Cmd, U"", QT_TRANSLATE_NOOP("Palette", "La")},
+    {Cmd, U"", QT_TRANSLATE_NOOP("Palette", "Si")},    {Clip, U"", QT_TRANSLATE_NOOP("Palette", "Cut")},
+    {Clip, U"", QT_TRANSLATE_NOOP("Palette", "Copy")}, {Clip, U"", QT_TRANSLATE_NOOP("Palette", "Paste")},
+    {Undo, U"", QT_TRANSLATE_NOOP("Palette", "Undo")}, {Undo, U"", QT_TRANSLATE_NOOP("Palette", "Redo")},
 }};
 
 } // namespace

@@ -2,6 +2,7 @@
 // What each of the 73 palette entries shows: its group and its symbol, a glyph of the
 // music font (SMuFL code points) or a short text where the font has no symbol.
 
+#include <QtGlobal>
 #include <array>
 #include <string_view>
 
@@ -13,9 +14,13 @@ struct PaletteLook {
     std::string_view text;     // UTF-8 caption when there is no glyph
 };
 
+// Shown through Tr("Palette", ...).
 inline constexpr std::array<std::string_view, 10> PaletteGroups = {
-    "Durations", "Accidentals", "Repeats and directives", "Ornaments", "Tuplets",
-    "Fingering and plectrum", "Rhythm and tempo", "Commands", "Clipboard", "Undo"};
+    QT_TRANSLATE_NOOP("Palette", "Durations"), QT_TRANSLATE_NOOP("Palette", "Accidentals"),
+    QT_TRANSLATE_NOOP("Palette", "Repeats and directives"), QT_TRANSLATE_NOOP("Palette", "Ornaments"),
+    QT_TRANSLATE_NOOP("Palette", "Tuplets"), QT_TRANSLATE_NOOP("Palette", "Fingering and plectrum"),
+    QT_TRANSLATE_NOOP("Palette", "Rhythm and tempo"), QT_TRANSLATE_NOOP("Palette", "Commands"),
+    QT_TRANSLATE_NOOP("Palette", "Clipboard"), QT_TRANSLATE_NOOP("Palette", "Undo")};
 
 const PaletteLook& PaletteLookAt(int index);
 

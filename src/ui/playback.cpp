@@ -3,6 +3,7 @@
 #include "app/audition.h"
 #include "core/app_folder.h"
 #include "play/rtmidi_sink.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -95,11 +96,11 @@ void Playback::afterDeviceFailure() {
     if (m_outputDescription != "built-in synthesiser") synth = play::OpenOutput(play::OutputChoice::Synthesiser, m_voices.get());
     if (synth.sink) {
         m_player->replaceSink(synth.sink.get());
-        message += " Playing on with the built-in synthesiser.";
+        message += TrStd("Playback", " Playing on with the built-in synthesiser.");
     } else {
         m_player->replaceSink(nullptr);
         synth.description = "no output";
-        message += " Playing on without sound.";
+        message += TrStd("Playback", " Playing on without sound.");
     }
     m_sink = std::move(synth.sink); // the failed output closes here, no longer in use
     m_outputDescription = synth.description;

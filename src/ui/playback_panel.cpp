@@ -15,6 +15,7 @@
 #include "ui/playback.h"
 #include "ui/tempo_knob.h"
 #include "ui/wave_voice_panel.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -48,11 +49,11 @@ void PlaybackPanel::build() {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(4, 4, 4, 4);
     auto* transport = new QHBoxLayout;
-    m_playCmd = new QPushButton("\u25B6 Play", this);
+    m_playCmd = new QPushButton(Tr("Playback", "\u25B6 Play"), this);
     m_playCmd->setObjectName("PlayCmd");
-    m_pauseCmd = new QPushButton("\u2016 Pause", this);
+    m_pauseCmd = new QPushButton(Tr("Playback", "\u2016 Pause"), this);
     m_pauseCmd->setObjectName("PauseCmd");
-    m_stopCmd = new QPushButton("\u25A0 Stop", this);
+    m_stopCmd = new QPushButton(Tr("Playback", "\u25A0 Stop"), this);
     m_stopCmd->setObjectName("StopCmd");
     m_pause = new QLabel("Pause", this);
     m_pause->setObjectName("LbLPause");
@@ -90,7 +91,7 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
     QObject::connect(m_tempo, &QSlider::valueChanged, this, [this](int v) {
         if (tempoMoved) tempoMoved(v);
     });
-    grid->addWidget(new QLabel("Tempo", this), 1, 0);
+    grid->addWidget(new QLabel(Tr("Playback", "Tempo"), this), 1, 0);
     grid->addWidget(m_tempo, 1, 1);
     grid->addWidget(m_tempoLabel, 1, 2);
     grid->addWidget(knob, 2, 1);
@@ -100,19 +101,19 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
                      [&player](int v) { player.controls().VolScr = v; });
     auto* loud = new QToolButton(this);
     loud->setObjectName("ImgSpOn");
-    loud->setText("Loud");
-    loud->setToolTip("Loudest");
+    loud->setText(Tr("Playback", "Loud"));
+    loud->setToolTip(Tr("Playback", "Loudest"));
     auto* mute = new QToolButton(this);
     mute->setObjectName("ImgSpOff");
-    mute->setText("Mute");
-    mute->setToolTip("Silent");
+    mute->setText(Tr("Playback", "Mute"));
+    mute->setToolTip(Tr("Playback", "Silent"));
     QObject::connect(loud, &QToolButton::clicked, this, [this] { m_volume->setValue(m_volume->minimum()); });
     QObject::connect(mute, &QToolButton::clicked, this, [this] { m_volume->setValue(m_volume->maximum()); });
     auto* volumeRow = new QHBoxLayout;
     volumeRow->addWidget(mute);
     volumeRow->addWidget(m_volume);
     volumeRow->addWidget(loud);
-    grid->addWidget(new QLabel("Volume", this), 3, 0);
+    grid->addWidget(new QLabel(Tr("Playback", "Volume"), this), 3, 0);
     grid->addLayout(volumeRow, 3, 1, 1, 2);
 
     // Koron from 0 down to -32, sori from 32 down to 0; the labels show 64 plus the value.
@@ -130,10 +131,10 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
         player.setSoriBend(v);
         m_soriLabel->setText(QString::number(64 + v));
     });
-    grid->addWidget(new QLabel("Koron", this), 4, 0);
+    grid->addWidget(new QLabel(Tr("Playback", "Koron"), this), 4, 0);
     grid->addWidget(m_koron, 4, 1);
     grid->addWidget(m_koronLabel, 4, 2);
-    grid->addWidget(new QLabel("Sori", this), 5, 0);
+    grid->addWidget(new QLabel(Tr("Playback", "Sori"), this), 5, 0);
     grid->addWidget(m_sori, 5, 1);
     grid->addWidget(m_soriLabel, 5, 2);
 
@@ -150,7 +151,7 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
     });
     QObject::connect(standard, &QToolButton::clicked, this,
                      [this] { m_transpose->setValue(play::TransposeCentre); });
-    grid->addWidget(new QLabel("Transpose", this), 6, 0);
+    grid->addWidget(new QLabel(Tr("Playback", "Transpose"), this), 6, 0);
     grid->addWidget(m_transpose, 6, 1);
     auto* transposeRow = new QHBoxLayout;
     transposeRow->addWidget(m_transposeLabel);
@@ -187,11 +188,11 @@ void PlaybackPanel::buildInstruments(QGridLayout* grid) {
     grid->addWidget(m_instruments, 8, 0, 1, 3);
 
     auto* checks = new QHBoxLayout;
-    auto* countIn = new QCheckBox("Count-in", this);
+    auto* countIn = new QCheckBox(Tr("Playback", "Count-in"), this);
     countIn->setObjectName("ZarbAval");
-    auto* loop = new QCheckBox("Loop", this);
+    auto* loop = new QCheckBox(Tr("Playback", "Loop"), this);
     loop->setObjectName("ChLoop");
-    auto* pedal = new QCheckBox("Pedal", this);
+    auto* pedal = new QCheckBox(Tr("Playback", "Pedal"), this);
     pedal->setObjectName("PedalCh");
     for (QCheckBox* c : {countIn, loop, pedal}) {
         c->setFocusPolicy(Qt::NoFocus);

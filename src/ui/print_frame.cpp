@@ -18,6 +18,7 @@
 #include "edit/editor.h"
 #include "ui/dialogs.h"
 #include "ui/main_window.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -55,7 +56,7 @@ PageSource WindowPageSource(MainWindow& window) {
 PrintFrame::PrintFrame(std::function<PageSource()> source, QWidget* parent)
     : QDialog(parent), m_source(std::move(source)) {
     setObjectName("FrPrint");
-    setWindowTitle("Print");
+    setWindowTitle(Tr("Print", "Print"));
     auto* root = new QHBoxLayout(this);
     m_preview = new QLabel;
     m_preview->setObjectName("PrintPre");
@@ -79,9 +80,9 @@ PrintFrame::PrintFrame(std::function<PageSource()> source, QWidget* parent)
     pages->addWidget(m_pageLabel, 1);
     pages->addWidget(button("CmdNexPage", ">", [this] { nextPage(); }));
     controls->addLayout(pages);
-    controls->addWidget(button("CmdPrintApply", "Apply", [this] { apply(); }));
-    controls->addWidget(button("CmdPrint", "Print...", [this] { printWithDialog(); }));
-    controls->addWidget(button("CmdClose", "Close", [this] { hide(); }));
+    controls->addWidget(button("CmdPrintApply", Tr("Print", "Apply"), [this] { apply(); }));
+    controls->addWidget(button("CmdPrint", Tr("Print", "Print..."), [this] { printWithDialog(); }));
+    controls->addWidget(button("CmdClose", Tr("Print", "Close"), [this] { hide(); }));
     controls->addStretch(1);
     root->addLayout(controls);
 }
@@ -90,20 +91,20 @@ QFormLayout* PrintFrame::sliderForm() {
     auto* form = new QFormLayout;
     m_paper = new QComboBox;
     m_paper->setObjectName("ChPaper");
-    m_paper->addItems({"A4", "Letter"});
-    form->addRow("Paper", m_paper);
+    m_paper->addItems({"A4", Tr("Print", "Letter")});
+    form->addRow(Tr("Print", "Paper"), m_paper);
     m_left = slider("HSLeft", 0, 30, static_cast<int>(m_settings.LeftMargin));
     m_right = slider("HSRight", 0, 30, static_cast<int>(m_settings.RightMargin));
     m_top = slider("VSTop", 5, 60, static_cast<int>(m_settings.TopMargin));
     m_bottom = slider("VSBot", 0, 30, static_cast<int>(m_settings.BottomMargin));
     m_gap = slider("VSBet", 8, 40, static_cast<int>(m_settings.StaffGap));
     m_size = slider("HSFSize", 3, 18, static_cast<int>(m_settings.ZoomBase * kSizeSteps));
-    form->addRow("Left margin", m_left);
-    form->addRow("Right margin", m_right);
-    form->addRow("Top margin", m_top);
-    form->addRow("Bottom margin", m_bottom);
-    form->addRow("Staff gap", m_gap);
-    form->addRow("Size", m_size);
+    form->addRow(Tr("Print", "Left margin"), m_left);
+    form->addRow(Tr("Print", "Right margin"), m_right);
+    form->addRow(Tr("Print", "Top margin"), m_top);
+    form->addRow(Tr("Print", "Bottom margin"), m_bottom);
+    form->addRow(Tr("Print", "Staff gap"), m_gap);
+    form->addRow(Tr("Print", "Size"), m_size);
     return form;
 }
 
@@ -157,7 +158,7 @@ QImage PrintFrame::previewImage() const {
 
 void PrintFrame::showPage() {
     m_preview->setPixmap(QPixmap::fromImage(previewImage()));
-    m_pageLabel->setText(QString("Page %1 of %2").arg(m_wanted).arg(std::max(1, pageCount())));
+    m_pageLabel->setText(Tr("Print", "Page %1 of %2").arg(m_wanted).arg(std::max(1, pageCount())));
 }
 
 bool PrintFrame::printTo(QPrinter& printer) {
@@ -170,7 +171,7 @@ void PrintFrame::printWithDialog() {
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageSize(PageSizeOf(m_settings.paper));
     QPrintDialog dialog(&printer, this);
-    dialog.setWindowTitle("Print");
+    dialog.setWindowTitle(Tr("Print", "Print"));
     if (dialog.exec() == QDialog::Accepted) printTo(printer);
 }
 
@@ -184,10 +185,10 @@ PrintFrame& PrintCommands::frame() {
 
 std::string PrintCommands::exportAs(const std::string& extension) {
     const std::string filter = "*." + extension;
-    const std::string path = m_dialogs.saveFile("Export", filter, "");
+    const std::string path = m_dialogs.saveFile(TrStd("Print", "Export"), filter, "");
     if (path.empty()) return {};
     const std::string error = ExportPages(m_source(), frame().settings(), path);
-    if (!error.empty()) m_dialogs.message("Export", error);
+    if (!error.empty()) m_dialogs.message(TrStd("Print", "Export"), error);
     return error;
 }
 
@@ -195,7 +196,7 @@ std::unique_ptr<QPrintPreviewDialog> PrintCommands::previewDialog(QPrinter& prin
     frame().apply();
     printer.setPageSize(PageSizeOf(frame().settings().paper));
     auto preview = std::make_unique<QPrintPreviewDialog>(&printer, m_window);
-    preview->setWindowTitle("Print preview");
+    preview->setWindowTitle(Tr("Print", "Print preview"));
     connect(preview.get(), &QPrintPreviewDialog::paintRequested, this,
             [this](QPrinter* p) { frame().printTo(*p); });
     return preview;
@@ -208,13 +209,13 @@ void PrintCommands::addTo(QMenu* file, QMenu* out) {
         connect(a, &QAction::triggered, this, slot);
         return a;
     };
-    add(file, "FrPrint", "Print &frame...", [this] {
+    add(file, "FrPrint", Tr("Menu", "Print &frame..."), [this] {
         frame().apply();
         frame().show();
         frame().raise();
     });
-    add(file, "PrintImage", "&Print...", [this] { frame().printWithDialog(); });
-    add(file, "PrintPreview", "Print pre&view...", [this] {
+    add(file, "PrintImage", Tr("Menu", "&Print..."), [this] { frame().printWithDialog(); });
+    add(file, "PrintPreview", Tr("Menu", "Print pre&view..."), [this] {
         QPrinter printer(QPrinter::HighResolution);
         previewDialog(printer)->exec();
     });

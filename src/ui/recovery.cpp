@@ -6,6 +6,7 @@
 #include "core/recovery.h"
 #include "ui/dialogs.h"
 #include "ui/main_window.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -13,8 +14,10 @@ bool MainWindow::offerRecovery() {
     const auto left = core::FindLeftSnapshot(*m_store);
     if (!left) return false;
     const std::string name = left->fileName.empty() ? "Untitled" : left->fileName;
-    const std::string question = "Tahrir did not end normally last time.\nRestore the last edit of " +
-                                 name + " ?";
+    const std::string question =
+        Tr("Recovery", "Tahrir did not end normally last time.\nRestore the last edit of %1 ?")
+            .arg(QString::fromStdString(name))
+            .toStdString();
     if (m_dialogs->question("Tahrir", question, false) != Answer::Yes) return false;
     const core::LoadResult restored = core::RestoreSnapshot(m_doc, m_session, *m_store, *left);
     if (!restored.loaded()) {

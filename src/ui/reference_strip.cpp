@@ -6,6 +6,7 @@
 #include <QSlider>
 #include <QWheelEvent>
 #include <algorithm>
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -26,7 +27,7 @@ ReferenceStrip::ReferenceStrip(QWidget* parent) : QWidget(parent) {
     m_zoomSlider->setObjectName("JpgZoom");
     m_zoomSlider->setRange(10, 400);
     m_zoomSlider->setValue(100);
-    m_zoomSlider->setToolTip(tr("Zoom of the picture"));
+    m_zoomSlider->setToolTip(Tr("Window", "Zoom of the picture"));
     m_zoomSlider->setFocusPolicy(Qt::NoFocus);
     m_zoomSlider->setGeometry(4, 6, 22, kStripHeight - 12);
     connect(m_zoomSlider, &QSlider::valueChanged, this, [this](int v) { setZoom(v / 100.0); });

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "core/cp1256.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -15,9 +16,9 @@ ScalesFrame::ScalesFrame(const std::vector<std::string>& names, std::function<vo
                          QWidget* parent)
     : QDialog(parent) {
     setObjectName("FrameScales");
-    setWindowTitle(tr("Key signature"));
+    setWindowTitle(Tr("Scales", "Key signature"));
     auto* column = new QVBoxLayout(this);
-    column->addWidget(new QLabel(tr("Dastgah and its key signature:"), this));
+    column->addWidget(new QLabel(Tr("Scales", "Dastgah and its key signature:"), this));
     m_list = new QListWidget(this);
     m_list->setObjectName("ListKookha");
     QStringList shown;
@@ -28,15 +29,15 @@ ScalesFrame::ScalesFrame(const std::vector<std::string>& names, std::function<vo
     auto* row = new QHBoxLayout;
     auto* diapazon = new QToolButton(this);
     diapazon->setObjectName("DiapazonImg");
-    diapazon->setText(tr("Standard tuning"));
+    diapazon->setText(Tr("Scales", "Standard tuning"));
     diapazon->setToolTip("Standard Tunning");
     connect(diapazon, &QToolButton::clicked, this, [standardTuning] {
         if (standardTuning) standardTuning();
     });
-    auto* ok = new QPushButton(tr("OK"), this);
+    auto* ok = new QPushButton(Tr("Scales", "OK"), this);
     ok->setObjectName("CmdOkScales");
     ok->setDefault(true);
-    auto* cancel = new QPushButton(tr("Cancel"), this);
+    auto* cancel = new QPushButton(Tr("Scales", "Cancel"), this);
     cancel->setObjectName("CmdCancelScales");
     row->addWidget(diapazon);
     row->addStretch(1);

@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "edit/editor.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -42,9 +43,9 @@ TextFrames::TextFrames(QWidget* parent) : QWidget(parent) {
     }
     tl->addLayout(options);
     auto* buttons = new QHBoxLayout;
-    auto* font = new QPushButton("Font...", textBox);
+    auto* font = new QPushButton(Tr("TextTools", "Font..."), textBox);
     font->setObjectName("CmDFont");
-    auto* apply = new QPushButton("Apply", textBox);
+    auto* apply = new QPushButton(Tr("TextTools", "Apply"), textBox);
     apply->setObjectName("CmdTextF6");
     buttons->addWidget(font);
     buttons->addWidget(apply);
@@ -68,7 +69,7 @@ TextFrames::TextFrames(QWidget* parent) : QWidget(parent) {
     m_list->setObjectName("ListLC");
     m_list->setMaximumHeight(90);
     for (const char* word : edit::kCommandList) m_list->addItem(word);
-    auto* ok = new QPushButton("OK", commandBox);
+    auto* ok = new QPushButton(Tr("TextTools", "OK"), commandBox);
     ok->setObjectName("CmdOkCom");
     cl->addWidget(m_command);
     cl->addWidget(m_list);

@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "ui/playback.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -34,9 +35,11 @@ struct PictureRow {
     const char* tip;
 };
 constexpr PictureRow kPictures[3] = {
-    {8, "Tar", "Tar samples (a double click leaves the tar alone, without MIDI)"},
-    {9, "Daf", "Daf samples"},
-    {10, "Acc.", "The score's recorded accompaniment at this tempo"},
+    {8, QT_TRANSLATE_NOOP("Playback", "Tar"),
+     QT_TRANSLATE_NOOP("Playback", "Tar samples (a double click leaves the tar alone, without MIDI)")},
+    {9, QT_TRANSLATE_NOOP("Playback", "Daf"), QT_TRANSLATE_NOOP("Playback", "Daf samples")},
+    {10, QT_TRANSLATE_NOOP("Playback", "Acc."),
+     QT_TRANSLATE_NOOP("Playback", "The score's recorded accompaniment at this tempo")},
 };
 
 } // namespace
@@ -50,8 +53,8 @@ WaveVoicePanel::WaveVoicePanel(Playback& playback, QWidget* parent)
         auto* b = new Picture(this);
         b->setObjectName("InsImage");
         b->setProperty("index", kPictures[i].index);
-        b->setText(kPictures[i].text);
-        b->setToolTip(kPictures[i].tip);
+        b->setText(Tr("Playback", kPictures[i].text));
+        b->setToolTip(Tr("Playback", kPictures[i].tip));
         b->setCheckable(true);
         b->setFocusPolicy(Qt::NoFocus);
         const int index = kPictures[i].index;
@@ -60,9 +63,9 @@ WaveVoicePanel::WaveVoicePanel(Playback& playback, QWidget* parent)
         m_buttons[i] = b;
         row->addWidget(b);
     }
-    auto* syllable = new QCheckBox("Sung notes", this);
+    auto* syllable = new QCheckBox(Tr("Playback", "Sung notes"), this);
     syllable->setObjectName("SyllableVoice");
-    syllable->setToolTip("Sing the name of the note under the cursor");
+    syllable->setToolTip(Tr("Playback", "Sing the name of the note under the cursor"));
     syllable->setFocusPolicy(Qt::NoFocus);
     QObject::connect(syllable, &QCheckBox::toggled, this, [this](bool on) {
         if (m_playback.syllableVoiceChanged) m_playback.syllableVoiceChanged(on);

@@ -20,8 +20,10 @@
 #include "ui/dialogs.h"
 #include "ui/main_window.h"
 #include "ui/playback.h"
+#include "ui/palette_panel.h"
 #include "ui/playback_panel.h"
 #include "ui/reference_strip.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -65,7 +67,7 @@ std::filesystem::path TuningFile(const core::Session& session) {
 } // namespace
 
 void MainWindow::exportMidi(int microtonal) {
-    std::string path = m_dialogs->saveFile(microtonal ? "Export MIDI (microtonal)" : "Export MIDI",
+    std::string path = m_dialogs->saveFile(microtonal ? TrStd("Files", "Export MIDI (microtonal)") : TrStd("Files", "Export MIDI"),
                                            kMidiFilter, "");
     if (path.empty()) return;
     if (std::filesystem::path(path).extension().empty()) path += ".mid";
@@ -79,12 +81,12 @@ void MainWindow::exportMidi(int microtonal) {
         m_dialogs->message("Tahrir", error);
         return;
     }
-    statusBar()->showMessage(QString::fromStdString("Wrote " + path), 6000);
+    statusBar()->showMessage(Tr("Files", "Wrote %1").arg(QString::fromStdString(path)), 6000);
 }
 
 void MainWindow::importMidi() {
     if (!settleUnsaved("File has been changed !")) return;
-    const std::string midi = m_dialogs->openFile("Import MIDI", kMidiFilter);
+    const std::string midi = m_dialogs->openFile(TrStd("Files", "Import MIDI"), kMidiFilter);
     if (midi.empty()) return;
     m_playback->stopClick();
     const std::filesystem::path score = FreeScoreName(midi);
@@ -99,8 +101,8 @@ void MainWindow::importMidi() {
     }
     // The file on disk is opened like any score, so the reader's full result shows.
     if (openPath(score.string()))
-        statusBar()->showMessage(QString::fromStdString("Imported " + std::to_string(r.notes) + " notes into " +
-                                                        score.string()), 8000);
+        statusBar()->showMessage(
+            Tr("Files", "Imported %1 notes into %2").arg(r.notes).arg(QString::fromStdString(score.string())), 8000);
 }
 
 // InsertScale: the named signatures of "Kookha.tun"; OK writes the chosen one to line 1.
@@ -108,7 +110,7 @@ bool MainWindow::insertScale() {
     const auto file = TuningFile(m_session);
     const play::TuningFile tuning = play::LoadTuning(file);
     if (!tuning.opened) {
-        m_dialogs->message("Tahrir", "Can't read " + file.string());
+        m_dialogs->message("Tahrir", TrStd("Files", "Can't read ") + file.string());
         return false;
     }
     std::vector<std::string> names;
@@ -136,7 +138,7 @@ std::string TrimRight(std::string text) {
     return text;
 }
 
-const char* const kPenNotice = "Enter stores the note";
+const char* const kPenNotice = QT_TRANSLATE_NOOP("Window", "Enter stores the note");
 
 } // namespace
 
@@ -148,14 +150,14 @@ bool MainWindow::penPending() const {
 
 void MainWindow::syncPenNotice() {
     if (penPending())
-        statusBar()->showMessage(kPenNotice);
-    else if (statusBar()->currentMessage() == kPenNotice)
+        statusBar()->showMessage(Tr("Window", kPenNotice));
+    else if (statusBar()->currentMessage() == Tr("Window", kPenNotice))
         statusBar()->clearMessage();
 }
 
 bool MainWindow::storePenFirst() {
     if (!penPending()) return true;
-    switch (m_dialogs->question("Tahrir", "The note in the pen is not stored yet. Store it first ?", true)) {
+    switch (m_dialogs->question("Tahrir", TrStd("Window", "The note in the pen is not stored yet. Store it first ?"), true)) {
     case Answer::Cancel: return false;
     case Answer::Yes: editorKey({edit::Key::Enter, edit::Shift::None}); break;
     case Answer::No: break;
@@ -166,15 +168,16 @@ bool MainWindow::storePenFirst() {
 // Said once, in the status bar and on the playback panel, with the way to get sound.
 void MainWindow::noOutputNotice() {
     const QString text =
-        QString("No sound output: %1. Install a General MIDI sound font (Debian package "
-                "fluid-soundfont-gm) or start a MIDI synthesiser, then start Tahrir again.")
+        Tr("Window", "No sound output: %1. Install a General MIDI sound font (Debian package "
+                     "fluid-soundfont-gm) or start a MIDI synthesiser, then start Tahrir again.")
             .arg(QString::fromStdString(m_playback->outputDescription()));
     statusBar()->showMessage(text, 20000);
     m_playPanel->showNoOutput(text);
 }
 
-// Below 1280 pixels the three docks share one column as tabs, so that the score keeps
-// the rest of the window; wider, the playback and description docks go back to the right.
+// Below 1280 pixels the docks share one narrow column as tabs, the palette four entries a
+// row, so that the score keeps the rest of the window; wider, the playback and
+// description docks go back to the right.
 void MainWindow::fitDocks() {
     auto* palette = findChild<QDockWidget*>("PaletteDock");
     auto* play = findChild<QDockWidget*>("PlaybackDock");
@@ -184,11 +187,18 @@ void MainWindow::fitDocks() {
     const bool small = width() < 1280;
     if (property("smallLayout").toBool() == small) return;
     setProperty("smallLayout", small);
+    m_palette->setColumns(small ? 4 : 6);
+    // Wide, the palette's column is as wide as its entries, in either direction of the window.
+    if (auto* scroll = qobject_cast<QScrollArea*>(palette->widget()))
+        scroll->setMinimumWidth(
+            small ? 0 : m_palette->sizeHint().width() + scroll->verticalScrollBar()->sizeHint().width() + 4);
+    for (QDockWidget* d : {palette, play, desc, fingering}) d->setMaximumWidth(small ? 250 : 360);
     if (small) {
         tabifyDockWidget(palette, play);
         tabifyDockWidget(palette, desc);
         tabifyDockWidget(palette, fingering);
         palette->raise();
+        resizeDocks({palette}, {240}, Qt::Horizontal);
     } else {
         addDockWidget(Qt::RightDockWidgetArea, play);
         addDockWidget(Qt::RightDockWidgetArea, desc);
@@ -215,9 +225,9 @@ void MainWindow::cmdJpg() {
         m_strip->hide();
         return;
     }
-    const std::string path = m_dialogs->openFile("Reference image", "JPG Files (*.jpg *.jpeg *.png)");
+    const std::string path = m_dialogs->openFile(TrStd("Window", "Reference image"), "JPG Files (*.jpg *.jpeg *.png)");
     if (path.empty() || !m_strip->load(QString::fromStdString(path))) {
-        if (!path.empty()) m_dialogs->message("Tahrir", "Can't read the picture " + path);
+        if (!path.empty()) m_dialogs->message("Tahrir", TrStd("Window", "Can't read the picture ") + path);
         m_strip->clear();
         m_strip->hide();
         return;

@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <filesystem>
 
 #include "core/load_file.h"
@@ -18,6 +19,7 @@
 #include "ui/dialogs.h"
 #include "ui/help_window.h"
 #include "ui/main_window.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -45,10 +47,10 @@ void MainWindow::assignMenuKeys() {
 
 // The recent files before `save`, Save As after it.
 void MainWindow::buildFileExtras(QMenu* file, QAction* save) {
-    m_recentMenu = new QMenu("&Recent files", file);
+    m_recentMenu = new QMenu(Tr("Menu", "&Recent files"), file);
     m_recentMenu->setObjectName("RecentMenu");
     file->insertMenu(save, m_recentMenu);
-    connect(Entry(file, "SaveAs", "Save &As..."), &QAction::triggered, this, [this] { saveAs(); });
+    connect(Entry(file, "SaveAs", Tr("Menu", "Save &As...")), &QAction::triggered, this, [this] { saveAs(); });
     connect(m_recentMenu, &QMenu::aboutToShow, this, [this] { fillRecentMenu(); });
 }
 
@@ -61,13 +63,13 @@ void MainWindow::fillRecentMenu() {
             if (storePenFirst() && settleUnsaved("File has been changed !")) openPath(path);
         });
     }
-    if (m_recentMenu->isEmpty()) m_recentMenu->addAction("(none)")->setEnabled(false);
+    if (m_recentMenu->isEmpty()) m_recentMenu->addAction(Tr("Menu", "(none)"))->setEnabled(false);
 }
 
 // Save As: a new name; Cancel saves nothing.
 bool MainWindow::saveAs() {
     if (!storePenFirst()) return false;
-    const std::string path = m_dialogs->saveFile("Save As", "srv Files (*.srv)", m_doc.CurrentFileName);
+    const std::string path = m_dialogs->saveFile(TrStd("Menu", "Save As"), "srv Files (*.srv)", m_doc.CurrentFileName);
     if (path.empty()) return false;
     const core::SaveResult saved = core::SaveImage(m_doc, path);
     if (!saved.ok) {
@@ -81,29 +83,31 @@ bool MainWindow::saveAs() {
 
 // Edit: the editor's own keys, shown beside the entries and sent to it as keys.
 void MainWindow::buildEditMenu() {
-    QMenu* menu = menuBar()->addMenu("&Edit");
+    QMenu* menu = menuBar()->addMenu(Tr("Menu", "&Edit"));
     menu->setObjectName("EditMenu");
     namespace K = edit::Key;
     const int ctrl = edit::Shift::Ctrl;
     struct Item { const char* name; const char* text; int key; int shift; };
     const Item items[] = {
-        {"EditUndo", "&Undo\tCtrl+Z", K::Letter('Z'), ctrl}, {"EditRedo", "&Redo\tCtrl+Y", K::Letter('Y'), ctrl},
+        {"EditUndo", QT_TRANSLATE_NOOP("Menu", "&Undo\tCtrl+Z"), K::Letter('Z'), ctrl},
+        {"EditRedo", QT_TRANSLATE_NOOP("Menu", "&Redo\tCtrl+Y"), K::Letter('Y'), ctrl},
         {nullptr, nullptr, 0, 0},
-        {"EditCut", "Cu&t\tCtrl+X", K::Letter('X'), ctrl},   {"EditCopy", "&Copy\tCtrl+C", K::Letter('C'), ctrl},
-        {"EditPaste", "&Paste\tCtrl+V", K::Letter('V'), ctrl},
+        {"EditCut", QT_TRANSLATE_NOOP("Menu", "Cu&t\tCtrl+X"), K::Letter('X'), ctrl},
+        {"EditCopy", QT_TRANSLATE_NOOP("Menu", "&Copy\tCtrl+C"), K::Letter('C'), ctrl},
+        {"EditPaste", QT_TRANSLATE_NOOP("Menu", "&Paste\tCtrl+V"), K::Letter('V'), ctrl},
         {nullptr, nullptr, 0, 0},
-        {"EditSelectAll", "Select &all\tCtrl+A", K::Letter('A'), ctrl},
-        {"EditSelectNone", "Clear the selection\tEsc", K::Esc, edit::Shift::None},
+        {"EditSelectAll", QT_TRANSLATE_NOOP("Menu", "Select &all\tCtrl+A"), K::Letter('A'), ctrl},
+        {"EditSelectNone", QT_TRANSLATE_NOOP("Menu", "Clear the selection\tEsc"), K::Esc, edit::Shift::None},
         {nullptr, nullptr, 0, 0},
-        {"EditStore", "&Store the note\tEnter", K::Enter, edit::Shift::None},
-        {"EditorMode", "&Editor on or off\tCtrl+E", K::Letter('E'), ctrl},
+        {"EditStore", QT_TRANSLATE_NOOP("Menu", "&Store the note\tEnter"), K::Enter, edit::Shift::None},
+        {"EditorMode", QT_TRANSLATE_NOOP("Menu", "&Editor on or off\tCtrl+E"), K::Letter('E'), ctrl},
     };
     for (const Item& item : items) {
         if (!item.name) {
             menu->addSeparator();
             continue;
         }
-        QAction* a = Entry(menu, item.name, item.text);
+        QAction* a = Entry(menu, item.name, Tr("Menu", item.text));
         const EditorKey key{item.key, item.shift};
         const bool toggle = item.key == K::Letter('E');
         connect(a, &QAction::triggered, this, [this, key, toggle] {
@@ -115,16 +119,24 @@ void MainWindow::buildEditMenu() {
 
 // Help: the key map and About, in one window on two tabs.
 void MainWindow::buildHelpMenu() {
-    QMenu* menu = menuBar()->addMenu("&Help");
+    QMenu* menu = menuBar()->addMenu(Tr("Menu", "&Help"));
     menu->setObjectName("HelpMenu");
     const auto open = [this](int tab) {
-        HelpWindow help(m_session.PaletteHints, this);
+        HelpWindow& help = helpWindow();
         if (auto* tabs = help.findChild<QTabWidget*>()) tabs->setCurrentIndex(tab);
         help.exec();
     };
-    QAction* keys = Entry(menu, "HelpKeys", "&Keys and palette...", "Alt+F1");
+    // Made and drawn once off screen soon after the window is up, so that opening Help
+    // costs only its painting with the glyphs and the tables' text already laid out.
+    QTimer::singleShot(300, this, [this] { (void)helpWindow().grab(); });
+    QAction* keys = Entry(menu, "HelpKeys", Tr("Menu", "&Keys and palette..."), "Alt+F1");
     connect(keys, &QAction::triggered, this, [open] { open(0); });
-    connect(Entry(menu, "HelpAbout", "&About Tahrir..."), &QAction::triggered, this, [open] { open(2); });
+    connect(Entry(menu, "HelpAbout", Tr("Menu", "&About Tahrir...")), &QAction::triggered, this, [open] { open(2); });
+}
+
+HelpWindow& MainWindow::helpWindow() {
+    if (!m_help) m_help = new HelpWindow(m_session.PaletteHints, this);
+    return *m_help;
 }
 
 } // namespace tahrir::ui

@@ -17,6 +17,7 @@
 #include "edit/editor.h"
 #include "play/midi_message.h"
 #include "ui/key_translate.h"
+#include "ui/palette_panel.h"
 #include "ui/playback.h"
 #include "ui_test_support.h"
 
@@ -139,6 +140,25 @@ TEST_F(Newcomer, SaveAsTheRecentMenuAndTheEditMenu) {
     EXPECT_EQ(doc().Sheet.LastLine, last);
     rig.window->findChild<QAction*>("EditRedo")->trigger();
     EXPECT_EQ(doc().Sheet.LastLine, last + 1);
+}
+
+// At 800 x 600 the docks are tabs of one narrow column, the description among them, and
+// the score keeps most of the width; wide again, they go back to their places.
+TEST_F(Newcomer, ASmallWindowLeavesTheScoreMostOfItsWidth) {
+    MainWindow& w = *rig.window;
+    auto* palette = w.findChild<QDockWidget*>("PaletteDock");
+    auto* description = w.findChild<QDockWidget*>("DescriptionDock");
+    w.resize(800, 600);
+    rig.enterEditor();
+    QApplication::processEvents();
+    EXPECT_TRUE(description->isVisible());
+    EXPECT_TRUE(w.tabifiedDockWidgets(palette).contains(description));
+    EXPECT_GE(w.centralWidget()->width(), 800 * 6 / 10);
+    EXPECT_EQ(w.palette()->columns(), 4);
+    w.resize(1600, 1000);
+    QApplication::processEvents();
+    EXPECT_FALSE(w.tabifiedDockWidgets(palette).contains(description));
+    EXPECT_EQ(w.palette()->columns(), 6);
 }
 
 TEST(DesktopProgram, GeometryAndDocksComeBackOnTheNextRun) {

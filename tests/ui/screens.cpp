@@ -1,5 +1,5 @@
 // Pictures of the window for the documentation: ui_screens OUTDIR writes the page view,
-// the working view, help mode and a new score typed from the keyboard.
+// the working view, help mode, the Persian window and a new score typed from the keyboard.
 
 #include <QAction>
 #include <QLineEdit>
@@ -69,6 +69,15 @@ int main(int argc, char** argv) {
         rig.key(Qt::Key_H);
         rig.window->setViewMode(1);
         ok &= Save(*rig.window, dir, "ui-working-view.png");
+    }
+    {
+        // The window in Persian, right to left, the score still drawn left to right.
+        WindowRig rig("fa");
+        rig.window->resize(1600, 1000);
+        rig.window->openPath(rig.demoCopy());
+        rig.enterEditor();
+        rig.key(Qt::Key_Right, Qt::NoModifier, 6);
+        ok &= Save(*rig.window, dir, "ui-persian.png");
     }
     {
         // A short melody in Shur on Sol: La koron, a repeat and a text line.

@@ -18,7 +18,7 @@ QApplication& App() {
     return *app;
 }
 
-WindowRig::WindowRig() {
+WindowRig::WindowRig(const std::string& language) {
     App();
     WindowOptions options;
     options.appFolder = folder.path() / "app";
@@ -26,6 +26,7 @@ WindowRig::WindowRig() {
     options.output = "none";
     options.dialogs = &dialogs;
     options.rememberLayout = false;
+    options.language = language;
     window = std::make_unique<MainWindow>(options);
     window->resize(1400, 900);
     window->show(); // buttons take clicks only with a size

@@ -77,7 +77,8 @@ struct WindowRig {
     ScriptedDialogs dialogs;
     std::unique_ptr<MainWindow> window;
 
-    WindowRig();
+    // `language`: the window's texts, English unless told, whatever the machine's locale.
+    explicit WindowRig(const std::string& language = "en");
     // A copy of a shipped demo score in the rig's folder.
     std::string demoCopy(const std::string& name = "shur-daramad.srv") const;
     // A key on the score view through Qt's own key events, `times` over.

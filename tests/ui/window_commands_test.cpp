@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
@@ -162,6 +163,37 @@ TEST(WindowFrames, HelpListsEveryPaletteEntryWithItsKeyAndHint) {
     for (int r = 0; r < help.keyTable()->rowCount(); ++r)
         EXPECT_FALSE(help.keyTable()->item(r, 2)->text().isEmpty()) << "Persian for row " << r;
     EXPECT_TRUE(AboutText().contains("SIL Open Font License"));
+}
+
+// Help is made and drawn off screen in the window's first idle moments and kept, so the
+// menu only shows it; a language switch makes it again in the new language.
+TEST(WindowFrames, HelpFromTheMenuIsPreparedOnceAndOpensQuickly) {
+    WindowRig rig;
+    QTest::qWait(500);
+    ASSERT_EQ(rig.window->findChildren<QDialog*>("HelpWindow").size(), 1);
+    const auto open = [&] {
+        QElapsedTimer clock;
+        clock.start();
+        long long ms = -1;
+        QString title;
+        QTimer::singleShot(0, [&] {
+            QApplication::processEvents();
+            ms = clock.elapsed();
+            QWidget* shown = QApplication::activeModalWidget();
+            if (!shown) return;
+            title = shown->windowTitle();
+            shown->close();
+        });
+        Trigger(*rig.window, "HelpKeys");
+        return std::pair{ms, title};
+    };
+    const auto [ms, title] = open();
+    EXPECT_LT(ms, 100);
+    EXPECT_EQ(title, "Keys and palette");
+    EXPECT_EQ(rig.window->findChildren<QDialog*>("HelpWindow").size(), 1);
+    rig.window->setLanguage("fa");
+    EXPECT_NE(open().second, title);
+    rig.window->setLanguage("en");
 }
 
 TEST(WindowReference, StripShowsHidesFollowsTheViewAndDrags) {

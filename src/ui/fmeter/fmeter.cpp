@@ -19,6 +19,7 @@
 #include "play/midi_out.h"
 #include "transcribe/wave_file.h"
 #include "ui/fmeter/fmeter_audio.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -26,7 +27,7 @@ using namespace tahrir::transcribe;
 
 FMeter::FMeter(FMeterHost host, QWidget* parent) : QWidget(parent, Qt::Window), m_host(std::move(host)) {
     setObjectName("FMeter");
-    setWindowTitle("Transcription");
+    setWindowTitle(Tr("Transcription", "Transcription"));
     auto* layout = new QVBoxLayout(this);
     m_audio = std::make_unique<FMeterAudio>(*this, m_host.appFolder);
     layout->addWidget(buildToolbar());
@@ -68,7 +69,7 @@ void FMeter::openRecording(const std::filesystem::path& file) {
     m_analysis.reset();
     syncView();
     m_translate->setEnabled(false);
-    m_status->setText("Reading " + QString::fromStdString(file.filename().string()) + "...");
+    m_status->setText(Tr("Transcription", "Reading %1...").arg(QString::fromStdString(file.filename().string())));
     m_future = QtConcurrent::run([this, file]() -> std::optional<app::WaveAnalysis> {
         return app::LoadForView(file, m_loadError);
     });
@@ -110,7 +111,7 @@ void FMeter::loadFinished() {
     m_detail->setNotes({});
     m_insert->setEnabled(false);
     m_audio->setRecording(m_analysis->file);
-    m_status->setText(QString("%1 s at %2 Hz: finding the pitch...")
+    m_status->setText(Tr("Transcription", "%1 s at %2 Hz: finding the pitch...")
                           .arg(m_analysis->recording.seconds, 0, 'f', 1)
                           .arg(m_analysis->recording.fileRate));
     syncView();
@@ -138,13 +139,13 @@ void FMeter::trackFinished() {
     auto frames = m_track.takeResult();
     m_track = {};
     if (!frames || !m_analysis) {
-        m_status->setText("The pitch was not tracked: stopped");
+        m_status->setText(Tr("Transcription", "The pitch was not tracked: stopped"));
         return;
     }
     m_analysis->frames = std::move(*frames);
     m_detail->fitPitchRange();
     m_translate->setEnabled(true);
-    m_status->setText(QString("%1 s at %2 Hz").arg(m_analysis->recording.seconds, 0, 'f', 1)
+    m_status->setText(Tr("Transcription", "%1 s at %2 Hz").arg(m_analysis->recording.seconds, 0, 'f', 1)
                           .arg(m_analysis->recording.fileRate));
     m_detail->update();
     showNoteAt();
@@ -247,7 +248,7 @@ void FMeter::transcribe() {
     showNoteAt();
     m_insert->setEnabled(!m_found.notes.empty());
     m_status->setText(m_found.error.empty()
-                          ? QString("%1 notes found").arg(m_found.notes.size())
+                          ? Tr("Transcription", "%1 notes found").arg(m_found.notes.size())
                           : QString::fromStdString(m_found.error));
 }
 
@@ -268,7 +269,7 @@ InsertResult FMeter::insertToSheet() {
     o.boxes = boxes;
     const InsertResult r = m_host.insert(m_found, o);
     m_status->setText(r.memoryFull ? QString::fromStdString(r.message)
-                                   : QString("%1 lines inserted").arg(r.linesInserted));
+                                   : Tr("Transcription", "%1 lines inserted").arg(r.linesInserted));
     return r;
 }
 

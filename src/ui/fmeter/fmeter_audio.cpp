@@ -15,6 +15,7 @@
 #include <QUrl>
 
 #include "ui/fmeter/fmeter.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -31,7 +32,7 @@ FMeterAudio::~FMeterAudio() {
 
 QString FMeterAudio::noInputReason() {
     return QMediaDevices::audioInputs().isEmpty()
-               ? "No microphone or other sound input was found on this computer"
+               ? Tr("Transcription", "No microphone or other sound input was found on this computer")
                : QString();
 }
 
@@ -44,13 +45,13 @@ void FMeterAudio::addButtons(QHBoxLayout* l) {
         l->addWidget(b);
         return b;
     };
-    button("PlayWave", "Play", [this] { play(); });
-    button("PlayNotes", "Play notes", [this] { m_window.playFound(); });
-    button("StopWave", "Stop", [this] { stop(); });
-    m_record = button("RecordWave", "Record", [this] { startRecording(); });
+    button("PlayWave", Tr("Transcription", "Play"), [this] { play(); });
+    button("PlayNotes", Tr("Transcription", "Play notes"), [this] { m_window.playFound(); });
+    button("StopWave", Tr("Transcription", "Stop"), [this] { stop(); });
+    m_record = button("RecordWave", Tr("Transcription", "Record"), [this] { startRecording(); });
     const QString why = noInputReason();
     m_record->setEnabled(why.isEmpty());
-    m_record->setToolTip(why.isEmpty() ? "Record from the microphone into Tmp.Wav" : why);
+    m_record->setToolTip(why.isEmpty() ? Tr("Transcription", "Record from the microphone into Tmp.Wav") : why);
 }
 
 void FMeterAudio::addMeter(QGridLayout* l, int row) {
@@ -59,7 +60,7 @@ void FMeterAudio::addMeter(QGridLayout* l, int row) {
     m_level->setRange(0, 100);
     m_level->setTextVisible(false);
     m_level->setMaximumHeight(10);
-    l->addWidget(new QLabel("Input"), row, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Input")), row, 0);
     l->addWidget(m_level, row, 1);
 }
 
@@ -141,7 +142,7 @@ bool FMeterAudio::startRecording() {
     }
     connect(in, &QIODevice::readyRead, this,
             [this, in] { m_level->setValue(static_cast<int>(100 * m_recorder.append(*in))); });
-    m_record->setText("Recording...");
+    m_record->setText(Tr("Transcription", "Recording..."));
     return true;
 }
 
@@ -151,7 +152,7 @@ void FMeterAudio::finishRecording() {
     m_source = nullptr;
     const bool written = m_recorder.finish();
     m_level->setValue(0);
-    m_record->setText("Record");
+    m_record->setText(Tr("Transcription", "Record"));
     if (written) m_window.openRecording(m_folder / "Tmp.Wav");
     else m_window.showStatus(QString::fromStdString("Can't write " + (m_folder / "Tmp.Wav").string()));
 }

@@ -20,6 +20,7 @@
 
 #include "ui/fmeter/fmeter.h"
 #include "ui/fmeter/fmeter_audio.h"
+#include "ui/ui_text.h"
 
 namespace tahrir::ui {
 
@@ -48,18 +49,18 @@ QWidget* FMeter::buildToolbar() {
         l->addWidget(b);
         return b;
     };
-    button("OpenWave", "Open...", [this] {
-        const QString f = QFileDialog::getOpenFileName(this, "Open a recording", QString(),
-                                                       "Recordings (*.wav *.flac *.ogg *.mp3);;All files (*)");
+    button("OpenWave", Tr("Transcription", "Open..."), [this] {
+        const QString f = QFileDialog::getOpenFileName(this, Tr("Transcription", "Open a recording"), QString(),
+                                                       Tr("Transcription", "Recordings (*.wav *.flac *.ogg *.mp3);;All files (*)"));
         if (!f.isEmpty()) openRecording(f.toStdString());
     });
     m_audio->addButtons(l);
     l->addSpacing(12);
-    button("ZoomIn", "Zoom in", [this] { zoom(0.5); });
-    button("ZoomOut", "Zoom out", [this] { zoom(2); });
+    button("ZoomIn", Tr("Transcription", "Zoom in"), [this] { zoom(0.5); });
+    button("ZoomOut", Tr("Transcription", "Zoom out"), [this] { zoom(2); });
     button("GotoLeft", "|<", [this] { goTo(0); });
     button("GotoRight", ">|", [this] { goTo(static_cast<double>(m_window.length())); });
-    m_chSel = new QCheckBox("Marked stretch only", bar);
+    m_chSel = new QCheckBox(Tr("Transcription", "Marked stretch only"), bar);
     m_chSel->setObjectName("ChSel");
     l->addWidget(m_chSel);
     m_position = new QLabel(bar);
@@ -70,7 +71,7 @@ QWidget* FMeter::buildToolbar() {
     m_progress->setObjectName("AnalysisProgress");
     m_progress->setMaximumWidth(160);
     m_progress->hide();
-    m_cancel = new QPushButton("Cancel", bar);
+    m_cancel = new QPushButton(Tr("Transcription", "Cancel"), bar);
     m_cancel->setObjectName("CancelAnalysis");
     m_cancel->hide();
     connect(m_cancel, &QPushButton::clicked, this, [this] { m_stop = true; });
@@ -84,12 +85,12 @@ QWidget* FMeter::buildControls() {
     auto* l = new QHBoxLayout(box);
     l->setContentsMargins(0, 0, 0, 0);
     auto* left = new QVBoxLayout;
-    auto* tracker = new QGroupBox("Tracker", box);
+    auto* tracker = new QGroupBox(Tr("Transcription", "Tracker"), box);
     auto* tl = new QVBoxLayout(tracker);
     m_tracker = new QButtonGroup(tracker);
-    AddRadio(m_tracker, tl, "Classic (three passes)", 0, "TrackerClassic");
-    AddRadio(m_tracker, tl, "Modern (pitch track)", 1, "TrackerModern")->setChecked(true);
-    auto* grid = new QGroupBox("Grid", box);
+    AddRadio(m_tracker, tl, Tr("Transcription", "Classic (three passes)"), 0, "TrackerClassic");
+    AddRadio(m_tracker, tl, Tr("Transcription", "Modern (pitch track)"), 1, "TrackerModern")->setChecked(true);
+    auto* grid = new QGroupBox(Tr("Transcription", "Grid"), box);
     grid->setObjectName("OptScTr");
     auto* gl = new QVBoxLayout(grid);
     m_grid = new QButtonGroup(grid);
@@ -104,7 +105,7 @@ QWidget* FMeter::buildControls() {
     auto* baseLabel = new QLabel("La 440 Hz", grid);
     baseLabel->setObjectName("LabelBaseF");
     connect(m_baseF, &QSlider::valueChanged, this, [this, baseLabel](int v) {
-        baseLabel->setText(QString("La %1 Hz").arg(v));
+        baseLabel->setText(QString(Tr("Transcription", "La %1 Hz")).arg(v));
         baseFrequencyMoved(v);
     });
     gl->addWidget(baseLabel);
@@ -122,7 +123,7 @@ QWidget* FMeter::buildControls() {
 }
 
 QWidget* FMeter::buildPasses() {
-    auto* box = new QGroupBox("Passes", this);
+    auto* box = new QGroupBox(Tr("Transcription", "Passes"), this);
     auto* l = new QGridLayout(box);
     m_method = new QComboBox(box);
     m_method->setObjectName("Method");
@@ -138,19 +139,19 @@ QWidget* FMeter::buildPasses() {
     m_minDur = new QComboBox(box);
     m_minDur->setObjectName("VSMinDur");
     m_minDur->addItems({"1/32", "1/16", "1/8", "1/4"});
-    m_exact = new QCheckBox("Exact notes", box);
+    m_exact = new QCheckBox(Tr("Transcription", "Exact notes"), box);
     m_exact->setObjectName("ChExactNote");
-    m_silent = new QCheckBox("Start at the first note", box);
+    m_silent = new QCheckBox(Tr("Transcription", "Start at the first note"), box);
     m_silent->setObjectName("ChSilent");
-    m_raw = new QCheckBox("Raw notes (no cleaning)", box);
+    m_raw = new QCheckBox(Tr("Transcription", "Raw notes (no cleaning)"), box);
     m_raw->setObjectName("OptQuan");
-    l->addWidget(new QLabel("Method"), 0, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Method")), 0, 0);
     l->addWidget(m_method, 0, 1);
-    l->addWidget(new QLabel("Cut-off"), 1, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Cut-off")), 1, 0);
     l->addWidget(m_cutOff, 1, 1);
-    l->addWidget(new QLabel("Period over"), 2, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Period over")), 2, 0);
     l->addWidget(m_k, 2, 1);
-    l->addWidget(new QLabel("Smallest note"), 3, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Smallest note")), 3, 0);
     l->addWidget(m_minDur, 3, 1);
     l->addWidget(m_exact, 4, 0, 1, 2);
     l->addWidget(m_silent, 5, 0, 1, 2);
@@ -159,7 +160,7 @@ QWidget* FMeter::buildPasses() {
 }
 
 QWidget* FMeter::buildDastgah() {
-    auto* box = new QGroupBox("Dastgah", this);
+    auto* box = new QGroupBox(Tr("Transcription", "Dastgah"), this);
     auto* l = new QGridLayout(box);
     l->setSpacing(1);
     // Rows from the top: sharp, sori, natural, koron, flat; k counts from flat.
@@ -181,9 +182,9 @@ QWidget* FMeter::buildDastgah() {
 }
 
 QWidget* FMeter::buildInsert() {
-    auto* box = new QGroupBox("Notes", this);
+    auto* box = new QGroupBox(Tr("Transcription", "Notes"), this);
     auto* l = new QGridLayout(box);
-    m_translate = new QPushButton("Transcribe", box);
+    m_translate = new QPushButton(Tr("Transcription", "Transcribe"), box);
     m_translate->setObjectName("CmTranslate");
     m_translate->setEnabled(false);
     connect(m_translate, &QPushButton::clicked, this, [this] { transcribe(); });
@@ -195,13 +196,13 @@ QWidget* FMeter::buildInsert() {
     m_octIns->setObjectName("OctIns");
     m_octIns->setRange(0, 4);
     m_octIns->setValue(2);
-    m_tempoToSheet = new QCheckBox("Tempo to sheet", box);
+    m_tempoToSheet = new QCheckBox(Tr("Transcription", "Tempo to sheet"), box);
     m_tempoToSheet->setObjectName("ChTempoToSheet");
     m_status = new QLabel(box);
     m_status->setObjectName("FMeterStatus");
     m_status->setWordWrap(true);
     l->addWidget(m_translate, 0, 0, 1, 2);
-    l->addWidget(new QLabel("Octave"), 1, 0);
+    l->addWidget(new QLabel(Tr("Transcription", "Octave")), 1, 0);
     l->addWidget(m_octIns, 1, 1);
     l->addWidget(m_tempoToSheet, 2, 0, 1, 2);
     l->addWidget(m_insert, 3, 0, 1, 2);
