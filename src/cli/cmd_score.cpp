@@ -11,6 +11,7 @@
 #include "core/app_folder.h"
 #include "core/cp1256.h"
 #include "core/line_kind.h"
+#include "core/line_view.h"
 #include "core/load_file.h"
 #include "core/new_score.h"
 #include "core/page_store.h"
@@ -25,20 +26,10 @@ using namespace tahrir::core;
 
 std::string JsonText(std::string_view cp1256) { return JsonString(Cp1256ToUtf8(cp1256)); }
 
-std::string_view TrimRight(std::string_view text) {
-    const auto end = text.find_last_not_of(' ');
-    return end == std::string_view::npos ? std::string_view() : text.substr(0, end + 1);
-}
-
-std::string_view From(std::string_view text, std::size_t column) {
-    return text.size() < column ? std::string_view() : text.substr(column - 1);
-}
-
 // The named fields of a line by its kind, as a JSON object.
 std::string FieldsJson(const ScoreLine& line, LineKind kind) {
     std::ostringstream out;
     out << '{';
-    const std::string_view text = line.text();
     if (kind == LineKind::NoteLine || kind == LineKind::BarLine) {
         bool first = true;
         for (const FieldSpec& f : NoteFields()) {
@@ -47,14 +38,14 @@ std::string FieldsJson(const ScoreLine& line, LineKind kind) {
         }
     } else if (kind == LineKind::DirectiveLine) {
         // "ALL" with a step and a letter is a family of its own; "ALL8U" and kin are tokens.
-        std::string_view token = DirectiveTokenOf(text);
-        if (text.substr(0, 3) == "ALL" && token.substr(0, 3) != "ALL") token = text.substr(0, 3);
-        out << "\"token\": " << JsonText(token)
-            << ", \"payload\": " << JsonText(TrimRight(From(text, token.size() + 1)));
+        const DirectiveParts parts = DirectivePartsOf(line).value_or(DirectiveParts{});
+        out << "\"token\": " << JsonText(parts.token)
+            << ", \"payload\": " << JsonText(parts.payload);
     } else if (kind == LineKind::SpacerLine || kind == LineKind::TextLine ||
                kind == LineKind::ControlLine) {
-        out << "\"head\": " << JsonText(line.field(1, 2))
-            << ", \"payload\": " << JsonText(TrimRight(From(text, 3)));
+        // Every line of the L family begins with "L"; its head is that and the placement.
+        out << "\"head\": " << JsonText(std::string{'L', LinePlacement(line)})
+            << ", \"payload\": " << JsonText(LineText(line));
     }
     out << '}';
     return out.str();

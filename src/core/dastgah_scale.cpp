@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "core/line_view.h"
+#include "core/notation_tables.h"
+
 namespace tahrir::core {
 
 namespace {
@@ -26,13 +29,8 @@ constexpr int kNatural[7] = {1, 5, 9, 11, 15, 19, 23};
 
 // A letter's place among a step's quarter tones: B -2, K -1, S +1, D +2, else 0.
 int LetterShift(char letter) {
-    switch (letter) {
-    case 'B': return -2;
-    case 'K': return -1;
-    case 'S': return 1;
-    case 'D': return 2;
-    default: return 0;
-    }
+    const AccidentalRow* row = AccidentalRowOf(letter);
+    return row ? row->quarterTones : 0;
 }
 
 char LetterAt(std::string_view letters, int step) {
@@ -81,13 +79,13 @@ ScaleMask BuildScaleMask(std::string_view letters) {
 }
 
 std::string SignatureAt(const ScoreSheet& sheet, int line) {
-    std::string letters = sheet[1].field(1, 7);
+    const auto key = HeaderKeyLetters(sheet[1]);
+    std::string letters(key.begin() + 1, key.end());
     const int last = std::min(line, MaxLines);
     for (int i = 4; i <= last; ++i) {
-        const ScoreLine& l = sheet[i];
-        const char digit = l.at(4);
-        if (l.startsWith("ALL") && digit >= '1' && digit <= '7')
-            letters[static_cast<std::size_t>(digit - '1')] = l.at(5);
+        const auto change = AllChangeOf(sheet[i]);
+        if (change && change->digit >= 1 && change->digit <= 7)
+            letters[static_cast<std::size_t>(change->digit - 1)] = change->letter;
     }
     return letters;
 }

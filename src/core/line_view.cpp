@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/line_kind.h"
 #include "core/text_input.h"
 
 namespace tahrir::core {
@@ -71,6 +72,19 @@ int MeasureTicksOf(std::string_view payload) {
 
 int MeasureTicksOfLine(const ScoreLine& line) {
     return MeasureTicksOf(line.field(6, RecordLength - 5));
+}
+
+std::optional<DirectiveParts> DirectivePartsOf(const ScoreLine& line) {
+    constexpr std::string_view kAll = "ALL";
+    std::string_view token = DirectiveTokenOf(line.text());
+    if (line.startsWith(kAll) && !token.starts_with(kAll)) token = kAll;
+    if (token.empty()) return std::nullopt;
+    // Trailing blanks are the padding of the record, as in LineText.
+    const std::string_view rest = std::string_view(line.text()).substr(token.size());
+    const auto end = rest.find_last_not_of(' ');
+    return DirectiveParts{
+        token,
+        std::string(end == std::string_view::npos ? std::string_view() : rest.substr(0, end + 1))};
 }
 
 char LinePlacement(const ScoreLine& line) {

@@ -62,6 +62,15 @@ int MeasureTicksOf(std::string_view payload);
 // The same for a whole rhythm line, its payload read from column 6 whatever the spelling.
 int MeasureTicksOfLine(const ScoreLine& line);
 
+// A directive line as the line listing splits it: the token it begins with ("ALL" for the
+// step-and-letter family) and the text after the token without the record's padding; nullopt
+// for a line that begins with neither.
+struct DirectiveParts {
+    std::string_view token;
+    std::string payload;
+};
+std::optional<DirectiveParts> DirectivePartsOf(const ScoreLine& line);
+
 // The placement letter of an L line (column 2: " ", "-", "^", "_", "v", "<", ">", "C").
 char LinePlacement(const ScoreLine& line);
 // The text of an L line: columns 3 on, without trailing blanks.

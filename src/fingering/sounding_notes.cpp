@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/line_kind.h"
-#include "core/score_line.h"
+#include "core/line_view.h"
 #include "play/player.h"
 
 namespace tahrir::fingering {
@@ -29,8 +29,8 @@ private:
 
 bool IsPitchedNote(const core::ScoreLine& line, int index) {
     if (core::ClassifyLine(line.text(), index) != core::LineKind::NoteLine) return false;
-    const std::string step = line.get(core::NoteField::PitchStep);
-    return step.size() == 1 && step[0] >= '1' && step[0] <= '7';
+    const int step = core::ReadNote(line).step;
+    return step >= 1 && step <= 7;
 }
 
 } // namespace

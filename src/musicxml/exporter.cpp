@@ -2,30 +2,20 @@
 
 #include "musicxml/exporter.h"
 
-#include <cstdlib>
+#include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "core/cp1256.h"
 #include "core/line_kind.h"
 #include "core/line_view.h"
 #include "core/rhythm_pass.h"
+#include "core/text_input.h"
 #include "musicxml/notation_table.h"
 #include "musicxml/xml_text.h"
 
 namespace tahrir::musicxml {
 namespace {
-
-// The number at the front of a payload, as the old number reading takes it; 0 for none.
-double LeadingNumber(std::string_view text) {
-    const std::string s(text);
-    return std::strtod(s.c_str(), nullptr);
-}
-
-std::string Trim(std::string_view s) {
-    const auto b = s.find_first_not_of(" \t\r\n");
-    if (b == std::string_view::npos) return {};
-    return std::string(s.substr(b, s.find_last_not_of(" \t\r\n") - b + 1));
-}
 
 // The description's lines in UTF-8, trimmed.
 std::vector<std::string> DescriptionLines(const std::string& cp1256) {
@@ -34,7 +24,9 @@ std::vector<std::string> DescriptionLines(const std::string& cp1256) {
     while (start <= cp1256.size()) {
         std::size_t end = cp1256.find('\n', start);
         if (end == std::string::npos) end = cp1256.size();
-        out.push_back(Trim(core::Cp1256ToUtf8(cp1256.substr(start, end - start))));
+        std::string_view line(cp1256.data() + start, end - start);
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        out.emplace_back(core::Trim(core::Cp1256ToUtf8(line)));
         start = end + 1;
     }
     return out;
@@ -52,25 +44,33 @@ std::string Words(const std::string& utf8) {
     return "<words" + DirAttribute(utf8) + ">" + Escape(utf8) + "</words>";
 }
 
-std::string KeyXml(const std::array<char, 8>& key) {
+std::string KeyXml(const std::array<core::Accidental, 8>& key) {
+    using core::Accidental;
     int sharps = 0, flats = 0, others = 0;
     for (int s = 1; s <= 7; ++s) {
-        const char c = key[static_cast<std::size_t>(s)];
-        sharps += c == 'D';
-        flats += c == 'B';
-        others += c == 'S' || c == 'K';
+        const Accidental a = key[static_cast<std::size_t>(s)];
+        sharps += a == Accidental::Sharp;
+        flats += a == Accidental::Flat;
+        others += a == Accidental::Sori || a == Accidental::Koron;
     }
-    const auto standard = [&](std::span<const int> order, int count, char letter) {
+    const auto standard = [&](std::span<const int> order, int count, Accidental accidental) {
         for (int k = 0; k < count; ++k)
-            if (key[static_cast<std::size_t>(order[static_cast<std::size_t>(k)])] != letter)
+            if (key[static_cast<std::size_t>(order[static_cast<std::size_t>(k)])] != accidental)
                 return false;
         return true;
     };
-    if (others == 0 && flats == 0 && standard(SharpOrder(), sharps, 'D'))
+    if (others == 0 && flats == 0 && standard(SharpOrder(), sharps, Accidental::Sharp))
         return "<key><fifths>" + std::to_string(sharps) + "</fifths></key>";
-    if (others == 0 && sharps == 0 && standard(FlatOrder(), flats, 'B'))
+    if (others == 0 && sharps == 0 && standard(FlatOrder(), flats, Accidental::Flat))
         return "<key><fifths>" + std::to_string(-flats) + "</fifths></key>";
     return {}; // the caller writes the non-traditional form with the alters it knows
+}
+
+// The key's accidentals of the header line or an "ALL" line; a letter outside the table
+// counts as none.
+core::Accidental KeyAccidental(char letter) {
+    const core::Accidental a = core::AccidentalOf(letter);
+    return a == core::Accidental::Unknown ? core::Accidental::None : a;
 }
 
 } // namespace
@@ -87,9 +87,8 @@ Exporter::Exporter(const core::Document& doc, const ExportOptions& options)
     for (int i = 4; i <= m_sheet.LastLine; ++i) {
         const core::LineKind kind = core::ClassifyLine(m_sheet[i].text(), i);
         if (kind != core::LineKind::NoteLine) continue;
-        const auto row = MarkRowOf(m_sheet[i].get(core::NoteField::MarkCode));
-        if (row && row->group == MarkGroup::Tuplet)
-            m_unit = std::lcm(m_unit, row->element[0] - '0');
+        const core::MarkWord mark = core::ReadNote(m_sheet[i]).mark;
+        if (mark.mark == core::Mark::Tuplet) m_unit = std::lcm(m_unit, mark.number);
     }
 }
 
@@ -131,8 +130,9 @@ std::string Exporter::header() const {
 
 std::string Exporter::run() {
     const core::ScoreLine& head = m_sheet[1];
-    m_key = core::HeaderKeyLetters(head);
-    m_memory.fill(' ');
+    const auto letters = core::HeaderKeyLetters(head);
+    std::transform(letters.begin(), letters.end(), m_key.begin(), KeyAccidental);
+    m_memory.fill(core::Accidental::None);
     m_cur.divisions = "<divisions>" + std::to_string(8 * m_unit) + "</divisions>";
     m_keyPending = true;
     clefChange(head, core::HeaderClef(head));
@@ -189,7 +189,7 @@ void Exporter::walkLine(int i) {
         textLine(i);
         break;
     case core::LineKind::ControlLine:
-        if (core::LineText(line).starts_with("FIN") || core::LineText(line).starts_with("fin"))
+        if (const auto control = core::ControlOf(line); control && control->keyword == "FIN")
             m_cur.body += Direction("above", Words("Fine"), "<sound fine=\"yes\"/>");
         break;
     default:
@@ -206,15 +206,11 @@ void Exporter::flushAttributes() {
         if (key.empty()) {
             key = "<key>";
             for (int s = 1; s <= 7; ++s) {
-                const char c = m_key[static_cast<std::size_t>(s)];
-                if (AccidentalWord(c).empty() || c == 'N') continue;
+                const core::Accidental a = m_key[static_cast<std::size_t>(s)];
+                if (a == core::Accidental::None || a == core::Accidental::Natural) continue;
                 key += "<key-step>" + std::string(1, "CDEFGAB"[s - 1]) + "</key-step><key-alter>" +
-                       Decimal(c == 'D' ? 1
-                               : c == 'B'
-                                   ? -1
-                                   : (c == 'K' ? m_options.koronBend : m_options.soriBend) / 32.0) +
-                       "</key-alter><key-accidental>" + std::string(AccidentalWord(c)) +
-                       "</key-accidental>";
+                       Decimal(alterOf(a)) + "</key-alter><key-accidental>" +
+                       core::AccidentalRowOf(a)->name + "</key-accidental>";
             }
             key += "</key>";
         }
@@ -242,7 +238,7 @@ void Exporter::closeMeasure(bool implicit) {
     m_measures.push_back(std::move(m_cur));
     m_cur = MeasureOut{};
     m_fill = 0;
-    m_memory.fill(' ');
+    m_memory.fill(core::Accidental::None);
 }
 
 // The barline that ends the music so far: the last measure's when the open one is empty.
@@ -252,9 +248,8 @@ Barline& Exporter::closingBar() {
     return m_cur.right;
 }
 
-void Exporter::countTime(const NoteRead& n) {
-    const auto row = MarkRowOf(n.mark);
-    if (n.ticks > 0 && !(row && row->group == MarkGroup::Tuplet)) m_fill += n.ticks;
+void Exporter::countTime(const core::NoteView& n) {
+    if (n.mark.mark != core::Mark::Tuplet) m_fill += n.duration();
     if (m_measureTicks > 0 && m_fill >= m_measureTicks) closeMeasure();
 }
 
@@ -284,7 +279,7 @@ void Exporter::rhythm(const core::ScoreLine& line, int) {
 }
 
 void Exporter::tempo(const core::ScoreLine& line, int) {
-    const double v = LeadingNumber(core::DirectivePayload(line, 4));
+    const double v = core::TempoOf(line).value_or(0);
     const double bpm = std::abs(v);
     if (bpm <= 0) return;
     const std::string sound = "<sound tempo=\"" + Decimal(bpm) + "\"/>";
@@ -310,7 +305,7 @@ void Exporter::directive(int i) {
     const core::ScoreLine& line = m_sheet[i];
     if (const auto change = core::AllChangeOf(line)) {
         if (change->digit >= 1 && change->digit <= 7) {
-            m_key[static_cast<std::size_t>(change->digit)] = change->letter;
+            m_key[static_cast<std::size_t>(change->digit)] = KeyAccidental(change->letter);
             m_keyPending = true;
             // A key change behind a barline makes it a double bar.
             Barline& bar = closingBar();
@@ -414,7 +409,7 @@ void Exporter::repeatSign(const core::ScoreLine&, int count) {
 void Exporter::textLine(int i) {
     const core::ScoreLine& line = m_sheet[i];
     const std::string raw = core::LineText(line);
-    const std::string text = Trim(core::Cp1256ToUtf8(raw));
+    const std::string text(core::Trim(core::Cp1256ToUtf8(raw)));
     if (text.empty()) return;
     switch (core::LinePlacement(line)) {
     case '^':

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/document.h"
+#include "core/line_view.h"
 #include "musicxml/score_export.h"
 
 namespace tahrir::musicxml {
@@ -24,17 +25,6 @@ struct MeasureOut {
     Barline left, right;
     std::string body;
     bool hasNotes = false;
-};
-
-// One note line as the export reads it.
-struct NoteRead {
-    int step = 0;   // 1..7, 0 for a rest
-    int octave = 0; // the written octave digit
-    int ticks = 0;  // 32nds; -1 for a grace note
-    char accidental = ' ';
-    char beam = ' ';
-    std::string mark;
-    char root = ' ', kind = ' ';
 };
 
 // An octave-shift direction (note_writer.cpp).
@@ -62,25 +52,26 @@ private:
     void octaveLine(int shift);
     void textLine(int i);
     void barRecord();
-    void countTime(const NoteRead& n);
+    void countTime(const core::NoteView& n);
     void closeMeasure(bool implicit = false);
     void flushAttributes();
     Barline& closingBar();
     void appendMeasure(std::string& out, const MeasureOut& m) const;
     // Notes (note_writer.cpp).
     void noteLine(int i);
-    void timing(const NoteRead& n, std::string& duration, std::string& look) const;
+    void timing(const core::NoteView& n, std::string& duration, std::string& look) const;
     std::string tupletXml(std::string& notations);
-    std::string noteXml(const NoteRead& n, int i, int shift, const std::string& duration,
+    std::string noteXml(const core::NoteView& n, int i, int shift, const std::string& duration,
                         const std::string& look);
-    std::string pitchXml(int step, int octave, char letter) const;
-    std::string beamXml(const NoteRead& n, int i) const;
-    std::string tieAndSlur(const NoteRead& n, int i, std::string& notations);
-    std::string markXml(const NoteRead& n, std::string& notations) const;
-    std::string companionXml(const NoteRead& n, int shift, const std::string& timing) const;
-    std::string harmonyXml(const NoteRead& n) const;
+    std::string pitchXml(int step, int octave, core::Accidental accidental) const;
+    double alterOf(core::Accidental accidental) const;
+    std::string beamXml(const core::NoteView& n, int i) const;
+    std::string tieAndSlur(const core::NoteView& n, int i, std::string& notations);
+    void markXml(const core::NoteView& n, std::string& notations) const;
+    std::string companionXml(const core::NoteView& n, int shift, const std::string& timing) const;
+    std::string harmonyXml(const core::NoteView& n) const;
     std::string lyricsXml();
-    char soundingLetter(const NoteRead& n);
+    core::Accidental soundingAccidental(const core::NoteView& n);
     int nextNote(int i) const;
 
     const core::Document& m_doc;
@@ -88,8 +79,9 @@ private:
     ExportOptions m_options;
     int m_unit = 1; // divisions of a 32nd: every tuplet's notes come out whole
 
-    std::array<char, 8> m_key{};
-    std::array<char, 8> m_memory{};
+    // The key's accidental of each step 1..7, and the measure's memory of them.
+    std::array<core::Accidental, 8> m_key{};
+    std::array<core::Accidental, 8> m_memory{};
     bool m_keyPending = false;
     std::string m_timePending, m_clefPending;
     int m_measureTicks = 0; // 0: free rhythm, measures end at barline records

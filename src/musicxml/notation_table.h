@@ -1,10 +1,13 @@
 #pragma once
-// The tables that map the score's codes to MusicXML words: note types, mark codes,
-// accidental letters, key orders and chord symbols.
+// What the score's codes become in MusicXML: note types, marks, key orders and chord
+// kinds. The codes themselves are read through core's line view.
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+
+#include "core/notation_tables.h"
 
 namespace tahrir::musicxml {
 
@@ -16,30 +19,19 @@ struct NoteType {
 };
 std::optional<NoteType> NoteTypeOf(int ticks);
 
-// Where a mark code goes in <notations>.
+// Where a mark goes in <notations>, or how else the export handles it.
 enum class MarkGroup { None, Ornament, Technical, Articulation, Tuplet, Tie, Octave, Dual };
-
-struct MarkRow {
-    std::string_view code; // the two characters of the mark
-    MarkGroup group;
-    std::string_view element; // the XML the mark becomes inside its group
-};
-// The row of a mark code ("ST" reads as ". "); the interval forms "1T".."KT" and
-// "1M".."KM" match by their second character. nullopt for marks with no export.
-std::optional<MarkRow> MarkRowOf(std::string_view mark);
-
-// The interval count of "1T".."KT" and "1M".."KM": "1".."9" then "A" = 10 up to "K".
-std::optional<int> IntervalCount(char first);
-
-// The accidental word of a letter ("D" sharp, "B" flat, "S" sori, "K" koron, "N"
-// natural); empty for any other.
-std::string_view AccidentalWord(char letter);
+MarkGroup MarkGroupOf(core::Mark mark);
+// The XML a mark becomes inside its group (a finger carries its number); empty for the
+// marks that have no element of their own.
+std::string MarkElement(const core::MarkWord& word);
 
 // Steps 1..7 (Do..Si) in the order sharps and flats enter a standard key signature.
 std::span<const int> SharpOrder();
 std::span<const int> FlatOrder();
 
-// A chord root: step letter and alter; nullopt for a code that names none.
+// A chord root as MusicXML writes it: step letter and alter; nullopt for a code that
+// names none.
 struct ChordRoot {
     char step;
     int alter;

@@ -6,6 +6,7 @@
 #include "core/beam_patterns.h"
 #include "core/cp1256.h"
 #include "core/line_kind.h"
+#include "core/text_input.h"
 #include "musicxml/exporter.h"
 #include "musicxml/notation_table.h"
 #include "musicxml/xml_text.h"
@@ -13,27 +14,18 @@
 namespace tahrir::musicxml {
 namespace {
 
-NoteRead ReadNote(const core::ScoreLine& line) {
-    NoteRead n;
-    const char step = line.get(core::NoteField::PitchStep)[0];
-    const char octave = line.get(core::NoteField::PitchOctave)[0];
-    n.step = step >= '0' && step <= '7' ? step - '0' : -1;
-    n.octave = octave >= '0' && octave <= '9' ? octave - '0' : 3;
-    const std::string word = line.get(core::NoteField::DurationField);
-    n.ticks = word == " -1" ? -1 : core::DurationTicks(word).value_or(0);
-    n.accidental = line.get(core::NoteField::AccidentalCode)[0];
-    n.beam = line.get(core::NoteField::BeamCode)[0];
-    n.mark = line.get(core::NoteField::MarkCode);
-    n.root = line.get(core::NoteField::ChordRootCode)[0];
-    n.kind = line.get(core::NoteField::ChordKindCode)[0];
-    return n;
+using core::Accidental;
+
+// The step a note is written with: 1..7, 0 for a rest; -1 for a line with no step to write.
+int WrittenStep(const core::NoteView& n) {
+    return n.pitched && n.step <= 7 ? n.step : -1;
 }
 
-// The letter a note's own accidental sounds with, read in upper case as playback reads
-// it; blank for none.
-char SoundingCode(char accidental) {
-    const char upper = accidental >= 'a' && accidental <= 'z' ? accidental - 'a' + 'A' : accidental;
-    return AccidentalWord(upper).empty() ? ' ' : upper;
+// The accidental a note's own letter sounds with, read in upper case as playback reads it;
+// None for none.
+Accidental SoundingOwn(const core::NoteView& n) {
+    const Accidental a = core::AccidentalOf(core::UpperAscii({&n.accidentalLetter, 1}).front());
+    return a == Accidental::Unknown ? Accidental::None : a;
 }
 
 } // namespace
@@ -49,52 +41,55 @@ std::string OctaveShift(const char* type, int number) {
            std::to_string(number) + "\" size=\"8\"/></direction-type></direction>\n";
 }
 
-namespace {} // namespace
-
 int Exporter::nextNote(int i) const {
     for (int j = i + 1; j <= m_sheet.LastLine; ++j)
         if (core::ClassifyLine(m_sheet[j].text(), j) == core::LineKind::NoteLine) return j;
     return 0;
 }
 
-// The letter a note sounds with: its own, the measure's memory of its step, or the key.
-char Exporter::soundingLetter(const NoteRead& n) {
+// The accidental a note sounds with: its own, the measure's memory of its step, or the key.
+Accidental Exporter::soundingAccidental(const core::NoteView& n) {
     const auto s = static_cast<std::size_t>(n.step);
     // The memory starts afresh at every line that stands at the start of a measure, so a
     // grace note there leaves nothing behind, as playback hears it.
-    if (m_fill == 0) m_memory.fill(' ');
-    const char own = SoundingCode(n.accidental);
-    if (own != ' ') {
+    if (m_fill == 0) m_memory.fill(Accidental::None);
+    const Accidental own = SoundingOwn(n);
+    if (own != Accidental::None) {
         if (m_measureTicks > 0) m_memory[s] = own;
         return own;
     }
-    if (m_measureTicks > 0 && m_memory[s] != ' ') return m_memory[s];
+    if (m_measureTicks > 0 && m_memory[s] != Accidental::None) return m_memory[s];
     return m_key[s];
 }
 
-std::string Exporter::pitchXml(int step, int octave, char letter) const {
-    double alter = 0;
-    if (letter == 'D') alter = 1;
-    if (letter == 'B') alter = -1;
-    if (letter == 'K') alter = m_options.koronBend / 32.0;
-    if (letter == 'S') alter = m_options.soriBend / 32.0;
+// Koron and sori alter a step by the bend playback gives them.
+double Exporter::alterOf(Accidental accidental) const {
+    if (accidental == Accidental::Koron) return m_options.koronBend / 32.0;
+    if (accidental == Accidental::Sori) return m_options.soriBend / 32.0;
+    const core::AccidentalRow* row = core::AccidentalRowOf(accidental);
+    return row ? row->semitones : 0;
+}
+
+std::string Exporter::pitchXml(int step, int octave, Accidental accidental) const {
+    const double alter = alterOf(accidental);
     std::string out = "<pitch><step>" + std::string(1, "CDEFGAB"[step - 1]) + "</step>";
     if (alter != 0) out += "<alter>" + Decimal(alter) + "</alter>";
     return out + "<octave>" + std::to_string(std::clamp(octave, 0, 9)) + "</octave></pitch>";
 }
 
-std::string Exporter::beamXml(const NoteRead& n, int i) const {
-    const int levels = core::BeamLevel(n.ticks);
+std::string Exporter::beamXml(const core::NoteView& n, int i) const {
+    const int levels = core::BeamLevel(n.duration());
     if (levels == 0) return {};
     int prevLevels = 0, nextLevels = 0;
     for (int j = i - 1; j >= 4; --j) {
         if (core::ClassifyLine(m_sheet[j].text(), j) != core::LineKind::NoteLine) continue;
-        const NoteRead p = ReadNote(m_sheet[j]);
-        if (p.beam == 'C') prevLevels = core::BeamLevel(p.ticks);
+        const core::NoteView p = core::ReadNote(m_sheet[j]);
+        if (p.beam == 'C') prevLevels = core::BeamLevel(p.duration());
         break;
     }
     if (n.beam == 'C')
-        if (const int j = nextNote(i)) nextLevels = core::BeamLevel(ReadNote(m_sheet[j]).ticks);
+        if (const int j = nextNote(i))
+            nextLevels = core::BeamLevel(core::ReadNote(m_sheet[j]).duration());
     if (prevLevels == 0 && nextLevels == 0) return {};
     std::string out;
     for (int k = 1; k <= levels; ++k) {
@@ -110,7 +105,7 @@ std::string Exporter::beamXml(const NoteRead& n, int i) const {
 }
 
 // "TI" ties to a next note of the same step and octave, and slurs to any other.
-std::string Exporter::tieAndSlur(const NoteRead& n, int i, std::string& notations) {
+std::string Exporter::tieAndSlur(const core::NoteView& n, int i, std::string& notations) {
     std::string ties;
     if (m_tieStop) {
         ties += "<tie type=\"stop\"/>";
@@ -118,25 +113,23 @@ std::string Exporter::tieAndSlur(const NoteRead& n, int i, std::string& notation
     }
     if (m_slurStop) notations += "<slur type=\"stop\" number=\"1\"/>";
     m_tieStop = m_slurStop = false;
-    if (n.mark != "TI" || n.step <= 0) return ties;
+    if (n.mark.mark != core::Mark::Tie || WrittenStep(n) <= 0) return ties;
     const int j = nextNote(i);
-    const NoteRead next = j ? ReadNote(m_sheet[j]) : NoteRead{};
-    if (j && next.step == n.step && next.octave == n.octave) {
+    const core::NoteView next = j ? core::ReadNote(m_sheet[j]) : core::NoteView{};
+    if (j && WrittenStep(next) == n.step && next.octave == n.octave) {
         ties += "<tie type=\"start\"/>";
         notations += "<tied type=\"start\"/>";
         m_tieStop = true;
-    } else if (j && next.step > 0) {
+    } else if (j && WrittenStep(next) > 0) {
         notations += "<slur type=\"start\" number=\"1\"/>";
         m_slurStop = true;
     }
     return ties;
 }
 
-std::string Exporter::markXml(const NoteRead& n, std::string& notations) const {
-    const auto row = MarkRowOf(n.mark);
-    if (!row) return {};
-    const std::string element(row->element);
-    switch (row->group) {
+void Exporter::markXml(const core::NoteView& n, std::string& notations) const {
+    const std::string element = MarkElement(n.mark);
+    switch (MarkGroupOf(n.mark.mark)) {
     case MarkGroup::Ornament:
         notations += "<ornaments>" + element + "</ornaments>";
         break;
@@ -149,25 +142,26 @@ std::string Exporter::markXml(const NoteRead& n, std::string& notations) const {
     default:
         break;
     }
-    return element;
 }
 
 // "1T".."KT": the companion sounds with the note, written as a chord note. It stands
 // the interval's count of steps below the step above the note, with the key's letter.
-std::string Exporter::companionXml(const NoteRead& n, int shift, const std::string& timing) const {
-    const auto count = IntervalCount(n.mark[0]);
-    if (!count || n.step <= 0) return {};
-    const int position = n.octave * 7 + n.step - *count; // 0-based: octave * 7 + step - 1
+std::string Exporter::companionXml(const core::NoteView& n, int shift,
+                                   const std::string& timing) const {
+    const int count = n.mark.number;
+    if (count <= 0 || n.step <= 0) return {};
+    const int position = n.position() - count; // 0-based: octave * 7 + step - 1
     const int step = (position % 7 + 7) % 7 + 1;
     const int octave = (position - (step - 1)) / 7;
-    const char letter = step == n.step ? ' ' : m_key[static_cast<std::size_t>(step)];
-    return "<note><chord/>" + pitchXml(step, octave + 1 + m_octaveShift + shift, letter) + timing +
+    const Accidental key =
+        step == n.step ? Accidental::None : m_key[static_cast<std::size_t>(step)];
+    return "<note><chord/>" + pitchXml(step, octave + 1 + m_octaveShift + shift, key) + timing +
            "</note>\n";
 }
 
-std::string Exporter::harmonyXml(const NoteRead& n) const {
-    const auto root = ChordRootOf(n.root);
-    const auto kind = ChordKindOf(n.kind);
+std::string Exporter::harmonyXml(const core::NoteView& n) const {
+    const auto root = ChordRootOf(n.chordRoot);
+    const auto kind = ChordKindOf(n.chordKind);
     if (!root || !kind) return {};
     std::string out = "<harmony><root><root-step>" + std::string(1, root->step) + "</root-step>";
     if (root->alter != 0) out += "<root-alter>" + std::to_string(root->alter) + "</root-alter>";
@@ -199,14 +193,14 @@ std::string Exporter::lyricsXml() {
 
 // The written type and dots of a note (a grace note is written as an eighth), and its
 // time in divisions, shortened inside a tuplet.
-void Exporter::timing(const NoteRead& n, std::string& duration, std::string& look) const {
-    const bool grace = n.ticks < 0;
+void Exporter::timing(const core::NoteView& n, std::string& duration, std::string& look) const {
+    const bool grace = !n.ticks;
     if (!grace) {
-        long long d = static_cast<long long>(n.ticks) * m_unit;
+        long long d = static_cast<long long>(*n.ticks) * m_unit;
         if (m_tupletLeft > 0) d = d * (m_tupletCount - 1) / m_tupletCount;
         duration = "<duration>" + std::to_string(d) + "</duration>";
     }
-    if (const auto type = NoteTypeOf(grace ? 4 : n.ticks)) {
+    if (const auto type = NoteTypeOf(n.ticks.value_or(4))) {
         look = "<type>" + std::string(type->type) + "</type>";
         for (int k = 0; k < type->dots; ++k)
             look += "<dot/>";
@@ -224,19 +218,20 @@ std::string Exporter::tupletXml(std::string& notations) {
            "</normal-notes></time-modification>";
 }
 
-std::string Exporter::noteXml(const NoteRead& n, int i, int shift, const std::string& duration,
-                              const std::string& look) {
-    const bool grace = n.ticks < 0;
+std::string Exporter::noteXml(const core::NoteView& n, int i, int shift,
+                              const std::string& duration, const std::string& look) {
+    const bool grace = !n.ticks;
     std::string notations;
     std::string out = "<note>";
     if (grace) out += "<grace slash=\"yes\"/>";
     if (n.step == 0)
         out += "<rest/>";
     else
-        out += pitchXml(n.step, n.octave + 1 + m_octaveShift + shift, soundingLetter(n));
+        out += pitchXml(n.step, n.octave + 1 + m_octaveShift + shift, soundingAccidental(n));
     out += duration + tieAndSlur(n, i, notations) + look;
-    const std::string_view accidental = AccidentalWord(n.step > 0 ? n.accidental : ' ');
-    if (!accidental.empty()) out += "<accidental>" + std::string(accidental) + "</accidental>";
+    const core::AccidentalRow* accidental = core::AccidentalRowOf(n.accidental);
+    if (n.step > 0 && accidental)
+        out += "<accidental>" + std::string(accidental->name) + "</accidental>";
     if (!grace) out += tupletXml(notations) + beamXml(n, i);
     markXml(n, notations);
     if (!notations.empty()) out += "<notations>" + notations + "</notations>";
@@ -246,17 +241,17 @@ std::string Exporter::noteXml(const NoteRead& n, int i, int shift, const std::st
 }
 
 void Exporter::noteLine(int i) {
-    const NoteRead n = ReadNote(m_sheet[i]);
-    const bool grace = n.ticks < 0;
-    if (n.step < 0 || n.ticks == 0 || (grace && n.step == 0)) return;
+    const core::NoteView n = core::ReadNote(m_sheet[i]);
+    const bool grace = !n.ticks;
+    if (WrittenStep(n) < 0 || n.ticks == 0 || (grace && n.step == 0)) return;
     flushAttributes();
-    const auto row = MarkRowOf(n.mark);
-    const MarkGroup group = row ? row->group : MarkGroup::None;
+    const MarkGroup group = MarkGroupOf(n.mark.mark);
     // "8U" sounds an octave up: written an octave down under a shift line of its own. Under
     // an octave line of the same direction it adds nothing.
-    const int mark = group == MarkGroup::Octave ? (n.mark == "8U" ? 1 : -1) : 0;
+    const int mark =
+        group == MarkGroup::Octave ? (n.mark.mark == core::Mark::OctaveUp ? 1 : -1) : 0;
     const int shift = mark == m_octaveShift ? 0 : mark;
-    if (group == MarkGroup::Tuplet && !grace) m_tupletCount = m_tupletLeft = row->element[0] - '0';
+    if (group == MarkGroup::Tuplet && !grace) m_tupletCount = m_tupletLeft = n.mark.number;
     std::string& body = m_cur.body;
     body += harmonyXml(n);
     if (shift != 0) body += OctaveShift(shift > 0 ? "down" : "up", 2);

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/load_file.h"
+#include "core/notation_tables.h"
 #include "core/score_line.h"
 
 namespace tahrir::transcribe {
@@ -29,21 +30,21 @@ const SnapRow kSnapRows[] = {
 // For each quarter tone q of the octave (0 = Do): the exact step and accidental, the
 // first box with its step and the second box with its step (box -1: none).
 struct PitchRow {
-    char exactStep;
-    char exactAccidental;
+    int exactStep;
+    core::Accidental exactAccidental;
     int firstBox, firstStep;
     int secondBox, secondStep;
 };
 
+constexpr auto N = core::Accidental::Natural, S = core::Accidental::Sori,
+               D = core::Accidental::Sharp, K = core::Accidental::Koron;
 const PitchRow kPitchRows[24] = {
-    {'1', 'N', 2, 1, 34, 7},  {'1', 'S', 3, 1, -1, 0},  {'1', 'D', 4, 1, 5, 2},
-    {'2', 'K', 6, 2, -1, 0},  {'2', 'N', 7, 2, -1, 0},  {'2', 'S', 8, 2, -1, 0},
-    {'2', 'D', 9, 2, 10, 3},  {'3', 'K', 11, 3, -1, 0}, {'3', 'N', 12, 3, 15, 4},
-    {'3', 'S', 13, 3, 16, 4}, {'4', 'N', 14, 3, 17, 4}, {'4', 'S', 18, 4, -1, 0},
-    {'4', 'D', 19, 4, 20, 5}, {'5', 'K', 21, 5, -1, 0}, {'5', 'N', 22, 5, -1, 0},
-    {'5', 'S', 23, 5, -1, 0}, {'5', 'D', 24, 5, 25, 6}, {'6', 'K', 26, 6, -1, 0},
-    {'6', 'N', 27, 6, -1, 0}, {'6', 'S', 28, 6, -1, 0}, {'6', 'D', 29, 6, 30, 7},
-    {'7', 'K', 31, 7, -1, 0}, {'7', 'N', 32, 7, 0, 1},  {'7', 'S', 33, 7, 1, 1},
+    {1, N, 2, 1, 34, 7},  {1, S, 3, 1, -1, 0},  {1, D, 4, 1, 5, 2},   {2, K, 6, 2, -1, 0},
+    {2, N, 7, 2, -1, 0},  {2, S, 8, 2, -1, 0},  {2, D, 9, 2, 10, 3},  {3, K, 11, 3, -1, 0},
+    {3, N, 12, 3, 15, 4}, {3, S, 13, 3, 16, 4}, {4, N, 14, 3, 17, 4}, {4, S, 18, 4, -1, 0},
+    {4, D, 19, 4, 20, 5}, {5, K, 21, 5, -1, 0}, {5, N, 22, 5, -1, 0}, {5, S, 23, 5, -1, 0},
+    {5, D, 24, 5, 25, 6}, {6, K, 26, 6, -1, 0}, {6, N, 27, 6, -1, 0}, {6, S, 28, 6, -1, 0},
+    {6, D, 29, 6, 30, 7}, {7, K, 31, 7, -1, 0}, {7, N, 32, 7, 0, 1},  {7, S, 33, 7, 1, 1},
 };
 
 const SnapRow& RowFor(int minDuration) {
@@ -87,32 +88,35 @@ int SnapLength(int t, int minDuration) {
 }
 
 std::string Inserter::text(const TimedNote* note, int length, bool tied) const {
-    std::string line = "00";
-    std::string digits = std::to_string(length);
-    line += std::string(3 - std::min<std::size_t>(3, digits.size()), ' ') + digits + ' ';
-    if (tied) line += " TI";
-    line.resize(22, ' ');
-    if (note == nullptr || note->rest) return line;
+    core::ScoreLine line("0");
+    line.set(core::NoteField::PitchOctave, "0");
+    const std::string digits = std::to_string(length);
+    line.set(core::NoteField::DurationField,
+             std::string(3 - std::min<std::size_t>(3, digits.size()), ' ') + digits);
+    if (tied) line.set(core::NoteField::MarkCode, core::MarkCodeOf(core::Mark::Tie));
+    line.padTo(core::MinLoadedLength);
+    if (note == nullptr || note->rest) return line.text();
     const double n = std::isfinite(note->note) ? std::clamp(note->note, 0.0, 255.0) : 0;
     const int q = static_cast<int>(std::floor(2 * n)) % 24;
     const PitchRow& row = kPitchRows[q < 0 ? q + 24 : q];
     const int octave = static_cast<int>(std::floor((std::floor(n) - 24) / 12)) + m_o.OctIns - 2;
-    char step = 0;
-    char accidental = ' ';
+    int step = 0;
+    core::Accidental accidental = core::Accidental::None;
     if (m_o.Exact) {
         step = row.exactStep;
         accidental = row.exactAccidental;
     } else if (m_boxes[static_cast<std::size_t>(row.firstBox)]) {
-        step = static_cast<char>('0' + row.firstStep);
+        step = row.firstStep;
     } else if (row.secondBox >= 0 && m_boxes[static_cast<std::size_t>(row.secondBox)]) {
-        step = static_cast<char>('0' + row.secondStep);
+        step = row.secondStep;
     }
     // A pitch outside the dastgah stays a rest of its length.
-    if (step == 0) return line;
-    line[0] = step;
-    line[1] = static_cast<char>('0' + std::clamp(octave, 0, 9));
-    line[5] = accidental;
-    return line;
+    if (step == 0) return line.text();
+    line.set(core::NoteField::PitchStep, std::to_string(step));
+    line.set(core::NoteField::PitchOctave, std::to_string(std::clamp(octave, 0, 9)));
+    if (const core::AccidentalRow* a = core::AccidentalRowOf(accidental))
+        line.set(core::NoteField::AccidentalCode, std::string(1, a->letter));
+    return line.text();
 }
 
 bool Inserter::insertLine(const std::string& text) {

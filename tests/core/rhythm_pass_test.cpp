@@ -6,6 +6,7 @@
 
 #include "core/beam_patterns.h"
 #include "core/line_kind.h"
+#include "core/line_view.h"
 #include "core/rhythm_pass.h"
 
 using namespace tahrir::core;
@@ -214,11 +215,11 @@ std::string RandomLine(std::mt19937& rng) {
 }
 
 int TupletOf(const ScoreLine& line) {
-    const std::string mark = line.field(8, 2);
-    return mark == "L3" || mark == "L5" || mark == "L7" || mark == "L9" ? mark[1] - '0' : 0;
+    const MarkWord mark = ReadNote(line).mark;
+    return mark.mark == Mark::Tuplet ? mark.number : 0;
 }
 
-bool IsMusic(const ScoreLine& line) { return line.at(1) >= '0' && line.at(1) <= '9'; }
+bool IsMusic(const ScoreLine& line) { return ReadNote(line).pitched; }
 
 // The time of a note or rest line, -1 for anything else (grace notes and barlines too).
 int DurationOf(const ScoreLine& line) {

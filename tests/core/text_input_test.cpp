@@ -41,13 +41,8 @@ TEST(TextInput, LeadingNumberReadsLikeTheOldNumericInput) {
 
 TEST(FarsiText, TableAndConversion) {
     const auto& table = FarsiTextTable();
-    EXPECT_EQ(table['A'], "A");
-    EXPECT_EQ(table[0], std::string_view("\0", 1));
-    EXPECT_EQ(table[137], "9");
-    EXPECT_EQ(table[145], "\xC7") << "final alef folds to alef";
-    EXPECT_EQ(table[242], "\xE1\xC7") << "lam-alef is two letters";
-    EXPECT_EQ(table[214], "\x9D") << "-42 is the zero-width non-joiner";
     for (int b = 0; b < 256; ++b) EXPECT_FALSE(table[std::size_t(b)].empty()) << b;
+    EXPECT_EQ(FarsiToCp1256("\xF2"), "\xE1\xC7") << "lam-alef is two letters";
     EXPECT_EQ(FarsiToCp1256("Title (1)"), "Title (1)") << "Latin text keeps its parentheses";
     EXPECT_EQ(FarsiToCp1256("a<b"), "a\r\nb");
     // "(" beside a Persian letter (beh, 0x92) was stored mirrored.

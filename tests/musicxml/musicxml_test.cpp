@@ -2,17 +2,16 @@
 // key signature forms and the compressed container.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <zip.h>
 
 #include <QString>
 #include <QXmlStreamReader>
 
-#include <cstdlib>
 #include <fstream>
 #include <random>
 #include <sstream>
 
+#include "cli_run.h"
 #include "core/rhythm_pass.h"
 #include "core/score_reader.h"
 #include "musicxml/score_export.h"
@@ -227,15 +226,14 @@ TEST(MusicXmlExport, PitchesAgreeWithPlayback) {
             }
             text += "\r\n";
         }
-        const std::filesystem::path srv = folder / "random.srv";
-        std::ofstream(srv, std::ios::binary) << text;
+        test::WriteBytes(folder / "random.srv", text);
         core::Document doc;
         core::ParseScore(text, false, doc);
         core::RhythmPass(doc.Sheet);
-        const std::string command = std::string(TAHRIR_CLI) + " play " + srv.string() +
-                                    " --messages " + (folder / "m.txt").string() +
-                                    " --app-folder " + (folder / "app").string();
-        ASSERT_EQ(std::system(command.c_str()), 0);
+        ASSERT_EQ(test::RunCli(folder, {"play", (folder / "random.srv").string(), "--messages",
+                                        (folder / "m.txt").string()})
+                      .code,
+                  0);
         std::vector<double> sounded;
         std::ifstream messages(folder / "m.txt");
         for (std::string time, word; messages >> time >> word;) {
@@ -262,18 +260,16 @@ TEST(MusicXmlExport, PitchesAgreeWithPlayback) {
 TEST(MusicXmlExport, CommandLine) {
     const test::TempFolder folder;
     const std::string demo = std::string(TAHRIR_DATA_DIR) + "/demo/shur-daramad.srv";
-    const auto run = [&](const std::string& args) {
-        const std::string command = std::string(TAHRIR_CLI) + " export-musicxml " + args +
-                                    " --app-folder " + (folder / "app").string() + " 2>/dev/null";
-        const int status = std::system(command.c_str());
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    const auto run = [&](std::vector<std::string> args) {
+        args.insert(args.begin(), "export-musicxml");
+        return test::RunCli(folder, args).code;
     };
     const std::string out = (folder / "shur.mxl").string();
-    EXPECT_EQ(run(demo + " -o " + out), 0);
+    EXPECT_EQ(run({demo, "-o", out}), 0);
     EXPECT_TRUE(std::filesystem::exists(out));
-    EXPECT_EQ(run(demo), 1);
-    EXPECT_EQ(run((folder / "missing.srv").string() + " -o " + out), 2);
-    EXPECT_EQ(run(demo + " -o " + (folder / "no" / "x.musicxml").string()), 2);
+    EXPECT_EQ(run({demo}), 1);
+    EXPECT_EQ(run({(folder / "missing.srv").string(), "-o", out}), 2);
+    EXPECT_EQ(run({demo, "-o", (folder / "no" / "x.musicxml").string()}), 2);
 }
 
 } // namespace

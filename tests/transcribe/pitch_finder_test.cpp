@@ -44,9 +44,6 @@ TEST(PitchFinder, FindsTheFirstDipOfPureAndHarmonicTones) {
         EXPECT_NEAR(found, hz, hz * 0.01) << hz << " Hz, " << harmonics << " partials";
         EXPECT_LE(found, hz * 1.001) << hz;
     }
-    // 440 Hz at 11000: period 25, the first dip found a little late, near 438.9 Hz.
-    const auto a = Samples({{440, 0.1}});
-    EXPECT_NEAR(YinPitch(std::span(a).first(PitchFrameSize), WaveRate), 438.9, 1.0);
     const std::vector<float> silence(PitchFrameSize, 0);
     EXPECT_EQ(YinPitch(silence, WaveRate), 0);
 }
