@@ -28,10 +28,16 @@ std::filesystem::path Recording() {
     return file;
 }
 
+ui::FMeterHost Host() {
+    ui::FMeterHost host;
+    host.appFolder = std::filesystem::temp_directory_path();
+    return host;
+}
+
 void BM_OpenToDrawnView(benchmark::State& state) {
     App();
     const auto file = Recording();
-    ui::FMeter meter(ui::FMeterHost{std::filesystem::temp_directory_path(), {}, {}, {}, {}});
+    ui::FMeter meter(Host());
     meter.show();
     QWidget* detail = meter.findChild<QWidget*>("P2");
     for (auto _ : state) {
@@ -44,7 +50,7 @@ BENCHMARK(BM_OpenToDrawnView)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void BM_ScrollRedraw(benchmark::State& state) {
     App();
-    ui::FMeter meter(ui::FMeterHost{std::filesystem::temp_directory_path(), {}, {}, {}, {}});
+    ui::FMeter meter(Host());
     meter.show();
     meter.openRecording(Recording());
     meter.waitForAnalysis();

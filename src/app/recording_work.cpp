@@ -70,20 +70,27 @@ std::optional<std::vector<PitchFrame>> TrackPitch(const WaveAnalysis& a, const P
     return frames;
 }
 
-std::string EightBitWave(const std::vector<float>& samples, int rate) {
-    std::string out(WaveHeaderBytes + samples.size(), '\0');
+std::string PcmWaveHeader(int rate, int bits, std::uint32_t dataBytes) {
+    const auto bytesPerSample = static_cast<std::uint32_t>(bits / 8);
+    std::string out(WaveHeaderBytes, '\0');
     out.replace(0, 4, "RIFF");
-    PutLittle(out, 4, static_cast<std::uint32_t>(36 + samples.size()), 4);
+    PutLittle(out, 4, 36 + dataBytes, 4);
     out.replace(8, 8, "WAVEfmt ");
     PutLittle(out, 16, 16, 4);
     PutLittle(out, 20, 1, 2); // PCM
     PutLittle(out, 22, 1, 2); // mono
     PutLittle(out, 24, static_cast<std::uint32_t>(rate), 4);
-    PutLittle(out, 28, static_cast<std::uint32_t>(rate), 4); // one byte a sample
-    PutLittle(out, 32, 1, 2);
-    PutLittle(out, 34, 8, 2);
+    PutLittle(out, 28, static_cast<std::uint32_t>(rate) * bytesPerSample, 4);
+    PutLittle(out, 32, bytesPerSample, 2);
+    PutLittle(out, 34, static_cast<std::uint32_t>(bits), 2);
     out.replace(36, 4, "data");
-    PutLittle(out, 40, static_cast<std::uint32_t>(samples.size()), 4);
+    PutLittle(out, 40, dataBytes, 4);
+    return out;
+}
+
+std::string EightBitWave(const std::vector<float>& samples, int rate) {
+    std::string out = PcmWaveHeader(rate, 8, static_cast<std::uint32_t>(samples.size()));
+    out.resize(WaveHeaderBytes + samples.size());
     for (std::size_t i = 0; i < samples.size(); ++i) {
         const long v = std::lround(128 + 127 * std::clamp(samples[i], -1.0f, 1.0f));
         out[WaveHeaderBytes + i] = static_cast<char>(static_cast<unsigned char>(v));

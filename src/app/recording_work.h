@@ -4,6 +4,7 @@
 // tracker's notes handed over as timed notes for the insertion.
 
 #include <filesystem>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -42,6 +43,10 @@ std::optional<std::vector<transcribe::PitchFrame>> TrackPitch(const WaveAnalysis
 
 // The minimum and maximum of every PeakBlock samples.
 void BuildPeaks(WaveAnalysis& analysis);
+
+// The 44-byte header of a mono PCM wave of `bits` (8 or 16) a sample at `rate` with
+// `dataBytes` bytes of samples after it.
+std::string PcmWaveHeader(int rate, int bits, std::uint32_t dataBytes);
 
 // The samples as the classic passes read a file: a 44-byte header giving `rate` and one
 // unsigned byte a sample with 128 as silence.

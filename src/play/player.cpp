@@ -153,6 +153,13 @@ void Player::setKoronBend(int value) {
     if (!m_running.load()) m_midi.setKoronBend(value);
 }
 
+bool Player::withIdleMidi(const std::function<void(MidiOut&)>& use) {
+    std::lock_guard lock(m_idle);
+    if (m_running.load()) return false;
+    use(m_midi);
+    return true;
+}
+
 void Player::setSoriBend(int value) {
     m_controls.SoriBend = value;
     std::lock_guard lock(m_idle);

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -62,6 +63,9 @@ public:
     // Slider moves: retune at once when idle, through the run when playing.
     void setKoronBend(int value);
     void setSoriBend(int value);
+    // Runs `use` on the MIDI output while no run plays (another window's keys and
+    // bends); false when a run plays and `use` was not run.
+    bool withIdleMidi(const std::function<void(MidiOut&)>& use);
     // Releasing the pedal stops every note.
     void setPedal(bool on);
     void setTempo(int value) { m_controls.UserTempo = value; }

@@ -1,5 +1,6 @@
 // The transcription window for the documentation: fmeter_screens OUTDIR RECORDING opens
-// the recording, transcribes it with the modern tracker and writes the window's picture.
+// the recording, transcribes it with the modern tracker and writes the window's picture
+// with the play line on a note.
 
 #include <QApplication>
 #include <cstdio>
@@ -31,6 +32,8 @@ int main(int argc, char** argv) {
     meter->goTo(0);
     meter->mark(0, 4.6 * meter->view().rate());
     meter->transcribe();
+    // The play line on a note of the phrase: the keyboard and the error meter show it.
+    meter->setPlayAt(2.9 * meter->view().rate());
     QApplication::processEvents();
     const std::string path = std::string(argv[1]) + "/fmeter-transcription.png";
     const bool ok = meter->grab().save(QString::fromStdString(path));

@@ -2,7 +2,10 @@
 // and put into the score as one undoable step; the view's zoom and marked stretch; the
 // grid and the Dastgah boxes; recording without an input device.
 
+#include <QBuffer>
 #include <QCheckBox>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QLabel>
 #include <QAudioDevice>
 #include <QMediaDevices>
@@ -16,8 +19,13 @@
 #include <cmath>
 
 #include "core/dastgah_scale.h"
+#include "play/midi_message.h"
+#include "play/midi_out.h"
+#include "transcribe/pitch_finder.h"
 #include "transcribe/recording_notes.h"
+#include "transcribe/wave_file.h"
 #include "ui/fmeter/fmeter.h"
+#include "ui/fmeter/wave_recorder.h"
 #include "ui_test_support.h"
 #include "wave_writer.h"
 
@@ -129,6 +137,52 @@ TEST_F(FMeterTest, TheMarkedStretchLimitsTheWorkAndTheViewZooms) {
     }
 }
 
+TEST_F(FMeterTest, TheKeyboardAndErrorMeterShowTheNoteAtThePosition) {
+    // Seconds into the melody, grid, La of the grid, the lit key (position on the
+    // quarter-tone grid) and whether the heard pitch lies on that key (within 10 cents) or
+    // a quarter tone off.
+    struct Case {
+        double seconds;
+        const char* grid;
+        int la;
+        int key;
+        bool onKey;
+        const char* name;
+    };
+    const Case cases[] = {
+        {0.6, "Grid24", 440, 5, true, "D4"},
+        {1.6, "Grid24", 440, 8, true, "E koron4"},
+        {2.6, "Grid24", 440, 11, true, "F4"},
+        {1.6, "Grid12", 440, 7, false, "D#4"},    // E koron between D# and E
+        {1.6, "GridDastgah", 440, 9, false, "E4"}, // Shur on Mi has no E koron
+        {0.6, "Grid24", 466, 3, true, "C#4"},     // the grid a semitone up
+    };
+    const NoteMeter& m = meter->noteMeter();
+    EXPECT_EQ(m.keyboard().heardKey(), -1);
+    meter->transcribe();
+    auto* baseF = meter->findChild<QSlider*>("HSBaseF");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.grid) + " " + c.name);
+        choose(c.grid);
+        baseF->setValue(c.la);
+        meter->setPlayAt(c.seconds * meter->view().rate());
+        EXPECT_EQ(m.keyboard().heardKey(), c.key);
+        ASSERT_TRUE(m.meter().error());
+        const double cents = ErrorMeter::CentsOf(*m.meter().error());
+        EXPECT_TRUE(c.onKey ? std::abs(cents) <= 10 : std::abs(cents) > 35) << cents;
+        EXPECT_TRUE(m.text().startsWith(c.name)) << m.text().toStdString();
+    }
+    baseF->setValue(440);
+    // The found note under the position is marked too: the modern tracker's on the 24 grid.
+    choose("Grid24");
+    meter->setPlayAt(1.6 * meter->view().rate());
+    EXPECT_EQ(m.keyboard().foundKey(), 8);
+    // Not playing: the start of the marked stretch is the position.
+    meter->setPlayAt(-1);
+    meter->mark(2.5 * meter->view().rate(), 2.9 * meter->view().rate());
+    EXPECT_EQ(m.keyboard().heardKey(), 11);
+}
+
 TEST_F(FMeterTest, GridAndDastgahBoxesChangeTheNoteNames) {
     const auto names = [&] {
         QStringList out;
@@ -148,16 +202,19 @@ TEST_F(FMeterTest, GridAndDastgahBoxesChangeTheNoteNames) {
     meter->findChild<QSlider*>("HSBaseF")->setValue(440);
     choose("Grid24");
     EXPECT_EQ(names().size(), 24);
-    EXPECT_FALSE(names().filter("koron").isEmpty() && names().filter("sori").isEmpty());
     EXPECT_TRUE(names().contains("E koron4") && names().contains("F sori4"));
 
     // Shur on Mi marks Fa sori; ticking Si's koron box rewrites line 1 and the grid.
     choose("GridDastgah");
     EXPECT_EQ(names().size(), 7);
     EXPECT_TRUE(names().contains("F sori4") && !names().contains("F4"));
+    // The keyboard marks the same degrees: F sori (12) and not F (11).
+    const KeyboardView& keys = meter->noteMeter().keyboard();
+    EXPECT_TRUE(keys.scaleKey(12) && !keys.scaleKey(11));
     meter->findChild<QCheckBox*>("Dastgah31")->click();
     EXPECT_EQ(core::SignatureAt(rig.window->document().Sheet, 1).substr(0, 7), "   S  K");
     EXPECT_EQ(names().back(), "B koron4");
+    EXPECT_TRUE(keys.scaleKey(22) && !keys.scaleKey(23));
     rig.key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(core::SignatureAt(rig.window->document().Sheet, 1).substr(0, 7), "   S   ");
 }
@@ -176,6 +233,135 @@ TEST(FMeterOpen, AFileThatIsNoRecordingSaysSo) {
     meter->openRecording(rig.folder.path() / "missing.wav");
     EXPECT_FALSE(meter->waitForAnalysis());
     EXPECT_TRUE(meter->findChild<QLabel*>("FMeterStatus")->text().contains("missing.wav"));
+}
+
+// Tones long enough that tracking them takes many stretches.
+std::filesystem::path LongRecording(const std::filesystem::path& folder) {
+    const auto file = folder / "long.wav";
+    tahrir::test::WriteWaveFile(file, tahrir::test::WaveFileBytes(tahrir::test::Melody({{220, 200}})));
+    return file;
+}
+
+TEST_F(FMeterTest, CancelStopsThePitchTrackAndLeavesTheWindowUsable) {
+    const auto longWave = LongRecording(rig.folder.path());
+    auto* cancel = meter->findChild<QPushButton*>("CancelAnalysis");
+    auto* progress = meter->findChild<QProgressBar*>("AnalysisProgress");
+    meter->openRecording(longWave);
+    ASSERT_TRUE(meter->waitForView());
+    ASSERT_FALSE(cancel->isHidden());
+    cancel->click();
+    EXPECT_FALSE(meter->waitForAnalysis());
+    EXPECT_TRUE(meter->analysis()->frames.empty());
+    EXPECT_TRUE(cancel->isHidden() && progress->isHidden());
+    EXPECT_FALSE(meter->findChild<QPushButton*>("CmTranslate")->isEnabled());
+    EXPECT_TRUE(meter->findChild<QLabel*>("FMeterStatus")->text().contains("stopped"));
+
+    // Cancelled and replaced at once, before the window has heard of either: the short
+    // melody's track is the one kept.
+    meter->openRecording(longWave);
+    ASSERT_TRUE(meter->waitForView());
+    cancel->click();
+    meter->openRecording(wave);
+    ASSERT_TRUE(meter->waitForAnalysis());
+    EXPECT_EQ(meter->analysis()->file, wave);
+    ASSERT_FALSE(meter->analysis()->frames.empty());
+    EXPECT_LT(meter->analysis()->frames.back().seconds, 5);
+    meter->transcribe();
+    std::vector<double> found;
+    for (const auto& n : meter->found().notes) Extend(found, n.note);
+    EXPECT_EQ(found, kMelody);
+}
+
+TEST(FMeterMidi, TheBaseFrequencyBendsAndTheKeyboardSoundThroughTheHost) {
+    App();
+    TempFolder folder;
+    play::RecordingSink sink;
+    play::MidiOut midi(&sink);
+    midi.MidiOutputOn = true;
+    FMeterHost host;
+    host.appFolder = folder.path();
+    host.midi = [&](const std::function<void(play::MidiOut&)>& use) { use(midi); };
+    FMeter meter(std::move(host));
+    auto* baseF = meter.findChild<QSlider*>("HSBaseF");
+    const auto bends = [&] {
+        std::vector<std::pair<int, int>> out; // channel, bend
+        for (std::uint32_t m : sink.messages()) {
+            const auto w = play::Unpack(m);
+            if ((w.bytes[0] & 0xF0) == 0xE0) out.emplace_back(w.bytes[0] & 0x0F, w.bytes[2]);
+        }
+        sink.clear();
+        return out;
+    };
+    // La a little higher: the centre (channel 3) rises, channel 2 a quarter tone over it
+    // and channel 4 one under it.
+    baseF->setValue(450);
+    const auto up = bends();
+    ASSERT_EQ(up.size(), 3u);
+    const int centre = up[1].second;
+    EXPECT_GT(centre, 64);
+    EXPECT_EQ(up, (std::vector<std::pair<int, int>>{{2, centre + 16}, {3, centre}, {4, centre - 16}}));
+    // Beyond a semitone the centre stays; only channel 4 is sent again.
+    baseF->setValue(600);
+    EXPECT_EQ(bends(), (std::vector<std::pair<int, int>>{up[2]}));
+
+    // Clicks on the keyboard, at fractions of its width and height (white keys are an
+    // eighth of 8.5 widths wide): E koron in the top row sounds as E on the channel bent
+    // down, F at the foot of its white key on the natural channel.
+    meter.show();
+    QApplication::processEvents();
+    auto* klav = meter.findChild<QWidget*>("Klav");
+    for (auto [x, y, key, channel] : {std::tuple{2.5, 0.15, 64, 4}, std::tuple{4.0, 0.9, 65, 3}}) {
+        sink.clear();
+        QTest::mouseClick(klav, Qt::LeftButton, {}, QPoint(int(x / 8.5 * klav->width()), int(y * klav->height())));
+        const auto sent = sink.messages();
+        EXPECT_NE(std::find(sent.begin(), sent.end(), play::PackNoteOn(key, 100, channel)), sent.end());
+    }
+}
+
+// 16-bit samples of a tone, as a sound input hands them over.
+QByteArray Pcm16(double hz, double seconds, int rate, double amplitude) {
+    QByteArray out;
+    const auto n = static_cast<int>(seconds * rate);
+    for (int i = 0; i < n; ++i) {
+        const auto v = static_cast<qint16>(std::lround(32767 * amplitude * std::sin(6.283185307179586 * hz * i / rate)));
+        out.append(static_cast<char>(v & 0xFF)).append(static_cast<char>((v >> 8) & 0xFF));
+    }
+    return out;
+}
+
+TEST(FMeterRecording, TheMicrophonesWaveOpensInBothTrackersLoaders) {
+    TempFolder folder;
+    for (int rate : {44100, 48000}) {
+        SCOPED_TRACE(rate);
+        const QString file = QString::fromStdString((folder.path() / "Tmp.Wav").string());
+        const QByteArray pcm = Pcm16(440, 1.5, rate, 0.5);
+        WaveRecorder recorder;
+        ASSERT_TRUE(recorder.start(file, rate));
+        // Blocks of an odd size split samples between them; the last comes from a device.
+        double peak = 0;
+        constexpr int kBlock = 1001;
+        for (qsizetype at = 0; at + kBlock < pcm.size(); at += kBlock)
+            peak = std::max(peak, recorder.append(pcm.mid(at, kBlock)));
+        QBuffer device;
+        device.setData(pcm.mid(pcm.size() / kBlock * kBlock));
+        device.open(QIODevice::ReadOnly);
+        recorder.append(device);
+        EXPECT_NEAR(peak, 0.5, 0.01);
+        ASSERT_TRUE(recorder.finish());
+
+        std::string error;
+        const auto rec = transcribe::LoadRecording(file.toStdString(), transcribe::TrackerRate, error);
+        ASSERT_TRUE(rec) << error;
+        EXPECT_EQ(rec->fileRate, rate);
+        EXPECT_NEAR(rec->seconds, 1.5, 0.01);
+        // The classic passes read the same samples in their 8-bit form.
+        const auto classic = transcribe::WaveSamplesOf(app::EightBitWave(rec->samples, rec->rate));
+        const std::span<const float> frame(classic.data() + rec->rate / 2, transcribe::PitchFrameSize);
+        EXPECT_NEAR(transcribe::YinPitch(frame, rec->rate), 440, 3);
+    }
+    WaveRecorder idle;
+    EXPECT_FALSE(idle.finish());
+    EXPECT_FALSE(idle.start(QString::fromStdString((folder.path() / "no" / "Tmp.Wav").string()), 44100));
 }
 
 } // namespace

@@ -4,54 +4,25 @@
 #include <QCoreApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileDialog>
-#include <QGridLayout>
-#include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
 #include <cmath>
 
+#include "play/midi_out.h"
 #include "transcribe/wave_file.h"
 #include "ui/fmeter/fmeter_audio.h"
 
 namespace tahrir::ui {
 
 using namespace tahrir::transcribe;
-
-namespace {
-
-// A grid position's name for the eye: "E koron", "F sori", "C#".
-QString ReadableName(std::string_view name) {
-    const QString out{QChar(name[0])};
-    switch (name[1]) {
-    case 'k': return out + " koron";
-    case 's': return out + " sori";
-    case 'd': return out + "#";
-    default: return out;
-    }
-}
-
-QRadioButton* AddRadio(QButtonGroup* group, QLayout* layout, const QString& text, int id,
-                       const char* name) {
-    auto* b = new QRadioButton(text);
-    b->setObjectName(name);
-    group->addButton(b, id);
-    layout->addWidget(b);
-    return b;
-}
-
-} // namespace
 
 FMeter::FMeter(FMeterHost host, QWidget* parent) : QWidget(parent, Qt::Window), m_host(std::move(host)) {
     setObjectName("FMeter");
@@ -91,177 +62,6 @@ void FMeter::stopWork() {
     m_stop = false;
 }
 
-QWidget* FMeter::buildToolbar() {
-    auto* bar = new QWidget(this);
-    auto* l = new QHBoxLayout(bar);
-    l->setContentsMargins(0, 0, 0, 0);
-    const auto button = [&](const char* name, const QString& text, auto slot) {
-        auto* b = new QToolButton(bar);
-        b->setObjectName(name);
-        b->setText(text);
-        connect(b, &QToolButton::clicked, this, slot);
-        l->addWidget(b);
-        return b;
-    };
-    button("OpenWave", "Open...", [this] {
-        const QString f = QFileDialog::getOpenFileName(this, "Open a recording", QString(),
-                                                       "Recordings (*.wav *.flac *.ogg *.mp3);;All files (*)");
-        if (!f.isEmpty()) openRecording(f.toStdString());
-    });
-    m_audio->addButtons(l);
-    l->addSpacing(12);
-    button("ZoomIn", "Zoom in", [this] { zoom(0.5); });
-    button("ZoomOut", "Zoom out", [this] { zoom(2); });
-    button("GotoLeft", "|<", [this] { goTo(0); });
-    button("GotoRight", ">|", [this] { goTo(static_cast<double>(m_window.length())); });
-    m_chSel = new QCheckBox("Marked stretch only", bar);
-    m_chSel->setObjectName("ChSel");
-    l->addWidget(m_chSel);
-    m_position = new QLabel(bar);
-    m_position->setObjectName("PositionLabel");
-    l->addStretch(1);
-    l->addWidget(m_position);
-    m_progress = new QProgressBar(bar);
-    m_progress->setObjectName("AnalysisProgress");
-    m_progress->setMaximumWidth(160);
-    m_progress->hide();
-    m_cancel = new QPushButton("Cancel", bar);
-    m_cancel->setObjectName("CancelAnalysis");
-    m_cancel->hide();
-    connect(m_cancel, &QPushButton::clicked, this, [this] { m_stop = true; });
-    l->addWidget(m_progress);
-    l->addWidget(m_cancel);
-    return bar;
-}
-
-QWidget* FMeter::buildControls() {
-    auto* box = new QWidget(this);
-    auto* l = new QHBoxLayout(box);
-    l->setContentsMargins(0, 0, 0, 0);
-    auto* left = new QVBoxLayout;
-    auto* tracker = new QGroupBox("Tracker", box);
-    auto* tl = new QVBoxLayout(tracker);
-    m_tracker = new QButtonGroup(tracker);
-    AddRadio(m_tracker, tl, "Classic (three passes)", 0, "TrackerClassic");
-    AddRadio(m_tracker, tl, "Modern (pitch track)", 1, "TrackerModern")->setChecked(true);
-    auto* grid = new QGroupBox("Grid", box);
-    grid->setObjectName("OptScTr");
-    auto* gl = new QVBoxLayout(grid);
-    m_grid = new QButtonGroup(grid);
-    AddRadio(m_grid, gl, "7 # < b ! (dastgah)", 0, "GridDastgah");
-    AddRadio(m_grid, gl, "12 # b", 1, "Grid12");
-    AddRadio(m_grid, gl, "24 < !", 2, "Grid24")->setChecked(true);
-    connect(m_grid, &QButtonGroup::idClicked, this, [this] { refreshGrid(); });
-    m_baseF = new QSlider(Qt::Horizontal, grid);
-    m_baseF->setObjectName("HSBaseF");
-    m_baseF->setRange(330, 660);
-    m_baseF->setValue(440);
-    auto* baseLabel = new QLabel("La 440 Hz", grid);
-    baseLabel->setObjectName("LabelBaseF");
-    connect(m_baseF, &QSlider::valueChanged, this, [this, baseLabel](int v) {
-        baseLabel->setText(QString("La %1 Hz").arg(v));
-        refreshGrid();
-    });
-    gl->addWidget(baseLabel);
-    gl->addWidget(m_baseF);
-    left->addWidget(tracker);
-    left->addWidget(grid);
-    l->addLayout(left);
-    l->addWidget(buildPasses());
-    l->addWidget(buildDastgah());
-    l->addWidget(buildInsert());
-    return box;
-}
-
-QWidget* FMeter::buildPasses() {
-    auto* box = new QGroupBox("Passes", this);
-    auto* l = new QGridLayout(box);
-    m_method = new QComboBox(box);
-    m_method->setObjectName("Method");
-    m_method->addItems({"Simple", "Women", "Men"});
-    m_cutOff = new QSpinBox(box);
-    m_cutOff->setObjectName("CutOff");
-    m_cutOff->setRange(0, 255);
-    m_cutOff->setValue(10);
-    m_k = new QComboBox(box);
-    m_k->setObjectName("Combo1to9");
-    for (int i = 1; i <= 9; ++i) m_k->addItem(QString::number(i));
-    m_k->setCurrentIndex(3);
-    m_minDur = new QComboBox(box);
-    m_minDur->setObjectName("VSMinDur");
-    m_minDur->addItems({"1/32", "1/16", "1/8", "1/4"});
-    m_exact = new QCheckBox("Exact notes", box);
-    m_exact->setObjectName("ChExactNote");
-    m_silent = new QCheckBox("Start at the first note", box);
-    m_silent->setObjectName("ChSilent");
-    m_raw = new QCheckBox("Raw notes (no cleaning)", box);
-    m_raw->setObjectName("OptQuan");
-    l->addWidget(new QLabel("Method"), 0, 0);
-    l->addWidget(m_method, 0, 1);
-    l->addWidget(new QLabel("Cut-off"), 1, 0);
-    l->addWidget(m_cutOff, 1, 1);
-    l->addWidget(new QLabel("Period over"), 2, 0);
-    l->addWidget(m_k, 2, 1);
-    l->addWidget(new QLabel("Smallest note"), 3, 0);
-    l->addWidget(m_minDur, 3, 1);
-    l->addWidget(m_exact, 4, 0, 1, 2);
-    l->addWidget(m_silent, 5, 0, 1, 2);
-    l->addWidget(m_raw, 6, 0, 1, 2);
-    return box;
-}
-
-QWidget* FMeter::buildDastgah() {
-    auto* box = new QGroupBox("Dastgah", this);
-    auto* l = new QGridLayout(box);
-    l->setSpacing(1);
-    // Rows from the top: sharp, sori, natural, koron, flat; k counts from flat.
-    static const char* kRows[5] = {"#", "<", "", "--!", "b"};
-    for (int row = 0; row < 5; ++row) l->addWidget(new QLabel(kRows[row]), row + 1, 0);
-    for (int s = 0; s < 7; ++s) {
-        auto* label = new QLabel(QString::number(s + 1), box);
-        label->setAlignment(Qt::AlignCenter);
-        l->addWidget(label, 0, s + 1);
-        for (int k = 0; k < 5; ++k) {
-            auto* b = new QCheckBox(box);
-            b->setObjectName(QString("Dastgah%1").arg(5 * s + k));
-            m_boxes[5 * s + k] = b;
-            l->addWidget(b, 5 - k, s + 1);
-            connect(b, &QCheckBox::clicked, this, [this, s, k] { boxClicked(s, k); });
-        }
-    }
-    return box;
-}
-
-QWidget* FMeter::buildInsert() {
-    auto* box = new QGroupBox("Notes", this);
-    auto* l = new QGridLayout(box);
-    m_translate = new QPushButton("Transcribe", box);
-    m_translate->setObjectName("CmTranslate");
-    m_translate->setEnabled(false);
-    connect(m_translate, &QPushButton::clicked, this, [this] { transcribe(); });
-    m_insert = new QPushButton("Insert to Note Sheet", box);
-    m_insert->setObjectName("InsertImage");
-    m_insert->setEnabled(false);
-    connect(m_insert, &QPushButton::clicked, this, [this] { insertToSheet(); });
-    m_octIns = new QSpinBox(box);
-    m_octIns->setObjectName("OctIns");
-    m_octIns->setRange(0, 4);
-    m_octIns->setValue(2);
-    m_tempoToSheet = new QCheckBox("Tempo to sheet", box);
-    m_tempoToSheet->setObjectName("ChTempoToSheet");
-    m_status = new QLabel(box);
-    m_status->setObjectName("FMeterStatus");
-    m_status->setWordWrap(true);
-    l->addWidget(m_translate, 0, 0, 1, 2);
-    l->addWidget(new QLabel("Octave"), 1, 0);
-    l->addWidget(m_octIns, 1, 1);
-    l->addWidget(m_tempoToSheet, 2, 0, 1, 2);
-    l->addWidget(m_insert, 3, 0, 1, 2);
-    l->addWidget(m_status, 4, 0, 1, 2);
-    m_audio->addMeter(l, 5);
-    return box;
-}
-
 void FMeter::openRecording(const std::filesystem::path& file) {
     stopWork();
     m_window = WaveWindow{};
@@ -291,6 +91,8 @@ bool FMeter::waitForAnalysis() {
 
 // The wave is drawn at once; the pitch track follows off the GUI thread.
 void FMeter::loadFinished() {
+    // A report of a load already taken over by a newer one.
+    if (!m_future.isValid()) return;
     // Taken, not copied; the spent future is replaced by a finished empty one.
     auto result = m_future.takeResult();
     m_future = {};
@@ -304,6 +106,7 @@ void FMeter::loadFinished() {
     m_window.viewWidth = std::max(1, m_detail->width());
     m_window.perPixel = std::max(1.0, static_cast<double>(m_window.length()) / m_window.viewWidth);
     m_found = {};
+    m_heard.reset();
     m_detail->setNotes({});
     m_insert->setEnabled(false);
     m_audio->setRecording(m_analysis->file);
@@ -327,6 +130,8 @@ void FMeter::loadFinished() {
 }
 
 void FMeter::trackFinished() {
+    if (!m_track.isValid()) return;
+    m_stop = false;
     m_progressTimer->stop();
     m_progress->hide();
     m_cancel->hide();
@@ -342,6 +147,7 @@ void FMeter::trackFinished() {
     m_status->setText(QString("%1 s at %2 Hz").arg(m_analysis->recording.seconds, 0, 'f', 1)
                           .arg(m_analysis->recording.fileRate));
     m_detail->update();
+    showNoteAt();
 }
 
 void FMeter::syncView() {
@@ -386,6 +192,7 @@ void FMeter::mark(double from, double to) {
     m_window.markTo = std::clamp(to, 0.0, n);
     m_overview->update();
     m_detail->update();
+    showNoteAt();
 }
 
 NotesOptions FMeter::notesOptions() const {
@@ -412,6 +219,8 @@ PassOptions FMeter::passOptions() const {
 
 void FMeter::transcribe() {
     if (!m_analysis) return;
+    // The grid is that of the signature in force at the cursor.
+    if (m_host.signature) showScaleKeys(m_host.signature());
     const auto& rec = m_analysis->recording;
     const bool stretch = m_chSel->isChecked() && m_window.marked();
     if (m_tracker->checkedId() == 1) {
@@ -433,8 +242,9 @@ void FMeter::transcribe() {
     }
     std::vector<NoteBar> bars;
     for (const TimedNote& n : m_found.notes)
-        if (!n.rest) bars.push_back({n.start / m_found.rate, n.end / m_found.rate, n.note});
+        if (!n.rest) bars.push_back({n.start / m_found.rate, n.end / m_found.rate, n.note + tuningShift()});
     m_detail->setNotes(std::move(bars));
+    showNoteAt();
     m_insert->setEnabled(!m_found.notes.empty());
     m_status->setText(m_found.error.empty()
                           ? QString("%1 notes found").arg(m_found.notes.size())
@@ -443,6 +253,8 @@ void FMeter::transcribe() {
 
 InsertResult FMeter::insertToSheet() {
     if (m_found.notes.empty() || !m_host.insert) return {};
+    // The boxes decide the steps: painted from the signature in force at the cursor.
+    if (m_host.signature) showScaleKeys(m_host.signature());
     InsertOptions o;
     o.sampleRate = m_found.rate;
     o.tempo = m_host.tempo ? m_host.tempo() : 60;
@@ -486,8 +298,7 @@ std::vector<GridLine> FMeter::gridLines() const {
     const auto points = GridPoints(o.grid, o.tuning, o.mask);
     const auto& names = core::QuarterToneNames();
     std::vector<GridLine> lines;
-    // The curve is drawn against La 440: a retuned grid moves under it.
-    const double shift = 12 * std::log2(o.tuning.baseHz / 440);
+    const double shift = tuningShift();
     for (int octave = 1; octave <= 8; ++octave)
         for (const GridPoint& p : points) {
             const auto index = static_cast<std::size_t>(std::clamp<long>(1 + std::lround(2 * p.note), 0, 26));
@@ -510,6 +321,7 @@ void FMeter::setPlayAt(double sample) {
     if (sample >= 0 && (sample < m_window.first || sample > m_window.first + visible))
         m_window.first = sample - visible / 10;
     syncView();
+    showNoteAt();
 }
 
 void FMeter::playFound() {
@@ -525,6 +337,72 @@ void FMeter::playFound() {
     m_audio->playFile(wav, marked ? m_window.markFrom / rate : 0, marked ? m_window.markTo / rate : -1);
 }
 
-void FMeter::refreshGrid() { m_detail->setGrid(gridLines()); }
+// The curve is drawn against La 440: a retuned grid, and the notes placed on it, lie this
+// many semitones off.
+double FMeter::tuningShift() const { return 12 * std::log2(m_baseF->value() / 440.0); }
+
+void FMeter::showStatus(const QString& text) { m_status->setText(text); }
+
+void FMeter::refreshGrid() {
+    m_detail->setGrid(gridLines());
+    m_noteMeter->setScale(core::BuildScaleMask(boxLetters()));
+    // The grid and the base frequency place the heard note anew.
+    m_heard.reset();
+    showNoteAt();
+}
+
+NoteFinderSettings FMeter::finderSettings() const {
+    NoteFinderSettings o;
+    o.grid = static_cast<NoteGrid>(m_grid->checkedId());
+    o.mask = core::BuildScaleMask(boxLetters());
+    o.BaseFrequency = m_baseF->value();
+    return o;
+}
+
+void FMeter::showNoteAt() {
+    const double at = m_window.playAt >= 0 ? m_window.playAt : m_window.markFrom;
+    if (!m_analysis || at < 0) {
+        m_noteMeter->showNote(std::nullopt, 0);
+        return;
+    }
+    const double seconds = at / m_window.rate();
+    // The frame whose window is centred nearest the position.
+    const auto& frames = m_analysis->frames;
+    auto it = std::lower_bound(frames.begin(), frames.end(), seconds,
+                               [](const PitchFrame& f, double s) { return f.seconds < s; });
+    if (it != frames.begin() && (it == frames.end() || seconds - (it - 1)->seconds < it->seconds - seconds)) --it;
+    if (it != frames.end() && it->hz > 0) {
+        NoteFinderSettings o = finderSettings();
+        o.WaveRate = m_window.rate();
+        // An unvoiced frame, or a pitch below the base Do, keeps the last note.
+        if (auto found = FindNote(o.WaveRate / it->hz, o)) m_heard = found;
+    }
+    double found = 0;
+    for (const TimedNote& n : m_found.notes)
+        if (!n.rest && seconds * m_found.rate >= n.start && seconds * m_found.rate < n.end) found = n.note;
+    m_noteMeter->showNote(m_heard, found);
+}
+
+void FMeter::baseFrequencyMoved(int hertz) {
+    refreshGrid();
+    if (m_host.midi) m_host.midi([this, hertz](play::MidiOut& midi) { m_tuner.apply(midi, hertz); });
+}
+
+void FMeter::soundKey(int position) {
+    if (!m_host.midi) return;
+    // Positions count quarter tones from Do koron; Do of the middle octave is MIDI 60. A
+    // quarter tone is the semitone above it on the channel bent down.
+    constexpr int kNatural = 3, kQuarterBelow = 4;
+    const int key = 60 + position / 2;
+    const int channel = position % 2 == 0 ? kQuarterBelow : kNatural;
+    m_host.midi([&](play::MidiOut& midi) {
+        // The bends of this window's plan first: channel 4 a quarter tone under channel 3.
+        m_tuner.apply(midi, m_baseF->value());
+        midi.MidiNoteOn(key, 100, channel);
+    });
+    QTimer::singleShot(600, this, [this, key, channel] {
+        m_host.midi([&](play::MidiOut& midi) { midi.MidiNoteOff(key, channel); });
+    });
+}
 
 } // namespace tahrir::ui

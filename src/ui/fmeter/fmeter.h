@@ -12,6 +12,8 @@
 
 #include "app/recording_work.h"
 #include "core/dastgah_scale.h"
+#include "play/tuning.h"
+#include "ui/fmeter/note_meter.h"
 #include "ui/fmeter/wave_view.h"
 
 class QButtonGroup;
@@ -41,6 +43,9 @@ struct FMeterHost {
         insert;
     // Rewrites the letters of line 1 as one undoable step.
     std::function<void(const std::string&)> setSignature;
+    // Hands the MIDI output the keyboard sounds on and the base frequency bends to the
+    // function given; does nothing while the score is playing or when there is none.
+    std::function<void(const std::function<void(play::MidiOut&)>&)> midi;
 };
 
 class FMeter : public QWidget {
@@ -67,6 +72,9 @@ public:
     // The found notes through the built-in synthesiser, at their times.
     void playFound();
 
+    // A line of news under the buttons (a recording that could not be written).
+    void showStatus(const QString& text);
+
     // The view.
     void zoom(double factor);
     void goTo(double sample);
@@ -75,7 +83,13 @@ public:
     std::vector<GridLine> gridLines() const;
     // The seven letters the Dastgah boxes stand for.
     std::string boxLetters() const;
+    // ShowScaleKeys: the boxes ticked from the letters, the keyboard's degrees marked.
     void showScaleKeys(const std::string& letters);
+    // The keyboard and error meter, showing the note at the play position or, when not
+    // playing, at the start of the marked stretch.
+    const NoteMeter& noteMeter() const { return *m_noteMeter; }
+    // A key of the keyboard sounded, by its grid position 0..26.
+    void soundKey(int position);
 
 protected:
     void resizeEvent(QResizeEvent* e) override;
@@ -91,6 +105,10 @@ private:
     void stopWork();
     void syncView();
     void refreshGrid();
+    void showNoteAt();
+    double tuningShift() const;
+    void baseFrequencyMoved(int hertz);
+    transcribe::NoteFinderSettings finderSettings() const;
     void boxClicked(int step, int k);
     transcribe::NotesOptions notesOptions() const;
     transcribe::PassOptions passOptions() const;
@@ -108,6 +126,8 @@ private:
     std::atomic<bool> m_stop{false};
     std::string m_loadError;
     std::unique_ptr<FMeterAudio> m_audio;
+    play::BaseFrequencyTuner m_tuner;
+    std::optional<transcribe::FoundNote> m_heard; // kept over unvoiced frames
 
     WaveOverview* m_overview = nullptr;
     WaveDetail* m_detail = nullptr;
@@ -133,6 +153,7 @@ private:
     QPushButton* m_translate = nullptr;
     QPushButton* m_insert = nullptr;
     QCheckBox* m_boxes[core::DastgahBoxCount] = {};
+    NoteMeter* m_noteMeter = nullptr;
 };
 
 } // namespace tahrir::ui

@@ -4,7 +4,6 @@
 #include <QAudioFormat>
 #include <QAudioOutput>
 #include <QAudioSource>
-#include <QFile>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,37 +13,10 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QUrl>
-#include <QtEndian>
-#include <cmath>
 
 #include "ui/fmeter/fmeter.h"
 
 namespace tahrir::ui {
-
-namespace {
-
-// The 44-byte header of a 16-bit mono PCM wave of `dataBytes` bytes.
-QByteArray WaveHeader(int rate, qint64 dataBytes) {
-    QByteArray h(44, '\0');
-    const auto put = [&h](int at, quint32 v, int bytes) {
-        for (int i = 0; i < bytes; ++i) h[at + i] = static_cast<char>((v >> (8 * i)) & 0xff);
-    };
-    h.replace(0, 4, "RIFF");
-    put(4, static_cast<quint32>(36 + dataBytes), 4);
-    h.replace(8, 8, "WAVEfmt ");
-    put(16, 16, 4);
-    put(20, 1, 2);
-    put(22, 1, 2);
-    put(24, static_cast<quint32>(rate), 4);
-    put(28, static_cast<quint32>(rate * 2), 4);
-    put(32, 2, 2);
-    put(34, 16, 2);
-    h.replace(36, 4, "data");
-    put(40, static_cast<quint32>(dataBytes), 4);
-    return h;
-}
-
-} // namespace
 
 FMeterAudio::FMeterAudio(FMeter& window, std::filesystem::path appFolder)
     : m_window(window), m_folder(std::move(appFolder)) {
@@ -153,37 +125,35 @@ bool FMeterAudio::startRecording() {
     format.setSampleFormat(QAudioFormat::Int16);
     format.setSampleRate(44100);
     if (!device.isFormatSupported(format)) format.setSampleRate(48000);
-    m_target = std::make_unique<QFile>(QString::fromStdString((m_folder / "Tmp.Wav").string()));
-    if (!m_target->open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
-    m_target->write(WaveHeader(format.sampleRate(), 0));
-    m_dataBytes = 0;
+    const QString file = QString::fromStdString((m_folder / "Tmp.Wav").string());
+    if (!m_recorder.start(file, format.sampleRate())) {
+        m_window.showStatus("Can't write " + file);
+        return false;
+    }
     m_source = new QAudioSource(device, format, this);
     QIODevice* in = m_source->start();
-    connect(in, &QIODevice::readyRead, this, [this, in] {
-        const QByteArray data = in->readAll();
-        m_target->write(data);
-        m_dataBytes += data.size();
-        // The level meter shows the loudest sample of the block.
-        int peak = 0;
-        for (qsizetype i = 0; i + 1 < data.size(); i += 2)
-            peak = std::max(peak, std::abs(int(qFromLittleEndian<qint16>(data.constData() + i))));
-        m_level->setValue(peak * 100 / 32768);
-    });
+    if (!in) {
+        m_recorder.finish();
+        m_source->deleteLater();
+        m_source = nullptr;
+        m_window.showStatus("The sound input could not be started");
+        return false;
+    }
+    connect(in, &QIODevice::readyRead, this,
+            [this, in] { m_level->setValue(static_cast<int>(100 * m_recorder.append(*in))); });
     m_record->setText("Recording...");
     return true;
 }
 
 void FMeterAudio::finishRecording() {
-    const int rate = m_source->format().sampleRate();
     m_source->stop();
     m_source->deleteLater();
     m_source = nullptr;
-    m_target->seek(0);
-    m_target->write(WaveHeader(rate, m_dataBytes));
-    m_target->close();
+    const bool written = m_recorder.finish();
     m_level->setValue(0);
     m_record->setText("Record");
-    m_window.openRecording(m_folder / "Tmp.Wav");
+    if (written) m_window.openRecording(m_folder / "Tmp.Wav");
+    else m_window.showStatus(QString::fromStdString("Can't write " + (m_folder / "Tmp.Wav").string()));
 }
 
 } // namespace tahrir::ui

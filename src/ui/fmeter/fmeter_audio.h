@@ -7,9 +7,10 @@
 #include <filesystem>
 #include <memory>
 
+#include "ui/fmeter/wave_recorder.h"
+
 class QAudioOutput;
 class QAudioSource;
-class QFile;
 class QGridLayout;
 class QHBoxLayout;
 class QMediaPlayer;
@@ -51,8 +52,7 @@ private:
     QMediaPlayer* m_player = nullptr;
     QAudioOutput* m_output = nullptr;
     QAudioSource* m_source = nullptr;
-    std::unique_ptr<QFile> m_target;
-    qint64 m_dataBytes = 0;
+    WaveRecorder m_recorder;
     QTimer* m_follow = nullptr;
     QToolButton* m_record = nullptr;
     QProgressBar* m_level = nullptr;

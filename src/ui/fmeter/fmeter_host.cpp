@@ -5,6 +5,7 @@
 #include "edit/editor.h"
 #include "ui/fmeter/fmeter.h"
 #include "ui/main_window.h"
+#include "ui/playback.h"
 
 namespace tahrir::ui {
 
@@ -28,8 +29,12 @@ FMeter* MainWindow::openFMeter() {
             m_editor->linesInserted();
             afterEdit(m_doc.Sheet.CurrentLine, -1);
         };
+        host.midi = [this](const std::function<void(play::MidiOut&)>& use) {
+            if (m_playback->hasOutput() && !m_playback->busy()) m_playback->player().withIdleMidi(use);
+        };
         meter = new FMeter(std::move(host), this);
     }
+    meter->showScaleKeys(core::SignatureAt(m_doc.Sheet, m_doc.Sheet.CurrentLine));
     meter->show();
     meter->raise();
     meter->activateWindow();

@@ -144,6 +144,11 @@ void WaveDetail::paintEvent(QPaintEvent*) {
         const double x = (m_window.playAt - m_window.first) / m_window.perPixel;
         p.setPen(QPen(kPlay, 2));
         p.drawLine(QPointF(x, 0), QPointF(x, height()));
+    } else if (m_window.markFrom >= 0 && !m_window.marked()) {
+        // A click without a drag: the position the keyboard shows.
+        const double x = (m_window.markFrom - m_window.first) / m_window.perPixel;
+        p.setPen(QPen(kPlay, 1, Qt::DashLine));
+        p.drawLine(QPointF(x, 0), QPointF(x, height()));
     }
 }
 
