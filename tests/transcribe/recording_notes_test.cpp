@@ -21,11 +21,6 @@ using transcribe::NoteGrid;
 using transcribe::NotesOptions;
 using transcribe::TrackerRate;
 
-struct Played {
-    double onset;
-    double note;
-};
-
 // A melody of (note, seconds) with each note re-attacked, as one signal and its truth.
 std::vector<float> Melody(const std::vector<std::pair<double, double>>& notes, ToneShape shape,
                           std::vector<TruthNote>& truth, double gap) {
