@@ -45,10 +45,6 @@ std::string Beamed(const std::string& rhythm, const std::vector<int>& durations)
     return Codes(sheet);
 }
 
-} // namespace
-
-namespace {
-
 // Every way to split `total` into `parts` notes of the short durations, dotted ones too.
 void Divisions(int total, int parts, std::vector<int>& prefix,
                std::vector<std::vector<int>>& out) {
