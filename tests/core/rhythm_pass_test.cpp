@@ -111,6 +111,7 @@ TEST(RhythmPass, CommonFiguresGroupByTheBeat) {
         {"3/8", {4, 4, 4, 4, 4, 4}, "Cc Cc "}, // not compound: a beat of 8, then the 4 left
         {"1/8", {4, 4}, "  "},            // a measure of one eighth
         {"4/0", {4, 4, 4, 4}, "CcCc"},    // no bar check: beats of 8 run on
+        {"2/4", {1, 1, 1, 1, 1, 1, 1, 1}, "CCCcCCCc"}, // four notes at most to a group
     };
     for (const auto& [rhythm, durations, codes] : cases)
         EXPECT_EQ(Beamed(rhythm, durations), codes) << rhythm << " from " << durations[0];
