@@ -15,7 +15,6 @@ TEST(LoadFile, NamesOfTheScoreAndItsRecording) {
     EXPECT_EQ(CompanionRecording("/m/Song.srv", 72), "/m/Song-T72.Wav");
     EXPECT_EQ(CompanionRecording("/m/Song.SRV", 60), "/m/Song-T60.Wav");
     EXPECT_EQ(CompanionRecording("/m/Song", 90.5), "/m/Song-T90.5.Wav");
-    EXPECT_EQ(NumberText(-3), "-3");
 }
 
 TEST(LoadFile, RecentListRules) {

@@ -84,20 +84,6 @@ TEST(RecordingCorpus, FindsTheNotesOfRenderedMelodies) {
     EXPECT_EQ(clean.gridMatched, clean.matched);
 }
 
-// Every demo score on the piano: the notes found carry the score's pitches. Ornaments
-// (grace notes, trills) are shorter than the shortest note kept, hence the floor.
-TEST(RecordingCorpus, DemoScoresComeBackWithTheirPitches) {
-    TempFolder folder;
-    for (const char* demo : {"chahargah-chaharmezrab", "dashti-tasnif", "esfahan-reng",
-                             "shur-daramad"}) {
-        const Render r =
-            RenderScore(folder, std::string(TAHRIR_DATA_DIR) + "/demo/" + demo + ".srv", 3);
-        const Accuracy a = Transcribe(r, r.samples);
-        EXPECT_GE(a.fMeasure(), 0.6) << demo;
-        EXPECT_EQ(a.gridMatched, a.matched) << demo;
-    }
-}
-
 // Score -> WAV -> transcribe into a new score -> WAV: the second play run sounds the
 // pitches of the first, note for note.
 TEST(RecordingCorpus, RoundTripThroughTheSheetKeepsThePitches) {

@@ -21,11 +21,6 @@ using transcribe::NoteGrid;
 using transcribe::NotesOptions;
 using transcribe::TrackerRate;
 
-struct Played {
-    double onset;
-    double note;
-};
-
 // A melody of (note, seconds) with each note re-attacked, as one signal and its truth.
 std::vector<float> Melody(const std::vector<std::pair<double, double>>& notes, ToneShape shape,
                           std::vector<TruthNote>& truth, double gap) {
@@ -37,6 +32,21 @@ std::vector<float> Melody(const std::vector<std::pair<double, double>>& notes, T
         AppendSilence(x, TrackerRate, gap);
     }
     return x;
+}
+
+// Writes mono samples to a sound file, repeated on every channel.
+void WriteSound(const std::string& path, const std::vector<float>& mono, int rate, int format,
+                int channels) {
+    SF_INFO info{};
+    info.samplerate = rate;
+    info.channels = channels;
+    info.format = format;
+    SNDFILE* f = sf_open(path.c_str(), SFM_WRITE, &info);
+    ASSERT_NE(f, nullptr) << path << ": " << sf_strerror(nullptr);
+    std::vector<float> frames;
+    for (float v : mono) frames.insert(frames.end(), static_cast<std::size_t>(channels), v);
+    sf_writef_float(f, frames.data(), static_cast<sf_count_t>(mono.size()));
+    sf_close(f);
 }
 
 void ExpectAllFound(const std::vector<transcribe::RecordingNote>& found,
@@ -125,16 +135,8 @@ TEST(RecordingNotes, ReadsEveryFormatAndNamesTheFileItCannotRead) {
     };
     for (const Case& c : cases) {
         const std::string path = (folder / c.name).string();
-        SF_INFO info{};
-        info.samplerate = 48000;
-        info.channels = c.channels;
-        info.format = c.format;
-        SNDFILE* f = sf_open(path.c_str(), SFM_WRITE, &info);
-        ASSERT_NE(f, nullptr) << c.name << ": " << sf_strerror(nullptr);
-        std::vector<float> frames;
-        for (float v : mono) frames.insert(frames.end(), static_cast<std::size_t>(c.channels), v);
-        sf_writef_float(f, frames.data(), static_cast<sf_count_t>(mono.size()));
-        sf_close(f);
+        WriteSound(path, mono, 48000, c.format, c.channels);
+        if (HasFatalFailure()) return;
         std::string error;
         const auto t = transcribe::TranscribeRecording(path, {}, error);
         ASSERT_TRUE(t) << error;
@@ -159,14 +161,8 @@ TEST(RecordingNotes, NotesCommandPrintsNotesJsonAndFrames) {
     AppendTone(x, 22050, [](double) { return MidiHz(63.5); }, {0.5, 4});
     AppendSilence(x, 22050, 0.2);
     AppendTone(x, 22050, [](double) { return MidiHz(67); }, {0.5, 4});
-    SF_INFO info{};
-    info.samplerate = 22050;
-    info.channels = 1;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-    SNDFILE* f = sf_open(wav.c_str(), SFM_WRITE, &info);
-    ASSERT_NE(f, nullptr);
-    sf_writef_float(f, x.data(), static_cast<sf_count_t>(x.size()));
-    sf_close(f);
+    WriteSound(wav, x, 22050, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1);
+    ASSERT_FALSE(HasFatalFailure());
 
     CliRun run = RunCli(folder, {"notes", wav, "--koron", "-40", "--frames",
                                  (folder / "frames.txt").string()});
