@@ -73,6 +73,14 @@ int MeasureTicksOfLine(const ScoreLine& line) {
     return MeasureTicksOf(line.field(6, RecordLength - 5));
 }
 
+RhythmText RhythmTextOf(const ScoreLine& line) {
+    const std::string payload = line.field(6, RecordLength - 5);
+    const std::string_view text(payload);
+    const auto slash = text.find('/');
+    if (slash == std::string_view::npos) return {std::string(Trim(text)), {}};
+    return {std::string(Trim(text.substr(0, slash))), std::string(Trim(text.substr(slash + 1)))};
+}
+
 char LinePlacement(const ScoreLine& line) {
     return line.at(2);
 }

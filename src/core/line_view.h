@@ -61,6 +61,12 @@ std::optional<double> TempoOf(const ScoreLine& line);
 int MeasureTicksOf(std::string_view payload);
 // The same for a whole rhythm line, its payload read from column 6 whatever the spelling.
 int MeasureTicksOfLine(const ScoreLine& line);
+// The numerator and denominator of a rhythm line as written: the payload from column 6
+// split at "/", blanks trimmed; the denominator is empty when there is no "/".
+struct RhythmText {
+    std::string numerator, denominator;
+};
+RhythmText RhythmTextOf(const ScoreLine& line);
 
 // The placement letter of an L line (column 2: " ", "-", "^", "_", "v", "<", ">", "C").
 char LinePlacement(const ScoreLine& line);
