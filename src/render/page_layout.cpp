@@ -63,7 +63,7 @@ LayoutResult RefreshView(const core::ScoreSheet& sheet, const LayoutOptions& opt
 
 PageWalk::PageWalk(const core::ScoreSheet& sheet, const LayoutOptions& options,
                    LayoutResult& out)
-    : m_sheet(sheet), m_opt(options), m_out(out), m_blank(std::string(core::RecordLength, ' ')) {}
+    : m_sheet(sheet), m_opt(options), m_out(out), m_blank(core::Scratch("")) {}
 
 void PageWalk::run() {
     LastLine = std::clamp(m_sheet.LastLine, 0, core::MaxLines);
@@ -86,11 +86,8 @@ void PageWalk::run() {
     m_out.list.dxf.enabled = m_opt.DxfEnabled;
     m_out.list.dxf.title = m_opt.ScoreFileName;
     m_lines.resize(static_cast<std::size_t>(LastLine) + 1);
-    for (int i = 0; i <= LastLine; ++i) {
-        std::string text = m_sheet[i].text().substr(0, core::RecordLength);
-        text.resize(core::RecordLength, ' ');
-        m_lines[static_cast<std::size_t>(i)] = core::ScoreLine(std::move(text));
-    }
+    for (int i = 0; i <= LastLine; ++i)
+        m_lines[static_cast<std::size_t>(i)] = core::ScoreLine(core::Scratch(m_sheet[i].text()));
     m_out.RowRatios.assign(201, 0.0);
     // About eight items a line: growing the list item by item would copy it many times.
     m_out.list.items.reserve(static_cast<std::size_t>(LastLine) * 8 + 64);
