@@ -73,6 +73,46 @@ constexpr double kTimeBottom = 6.5;
 constexpr double kTimeAdvance = 5;
 constexpr double kTempoDrop = 12;     // the tempo mark over the staff base
 constexpr double kTempoAdvance = 1.5;
+constexpr double kSignatureGap = 3;   // after the key signature, before the music
+constexpr double kRowStartBack = 2;   // the row's music starts this far before the pen
+constexpr double kVoltaDigitDrop = 9.8;
+constexpr double kVoltaBracketDrop = 7;
+constexpr double kVoltaHookDrop = 6;
+constexpr double kVoltaRight = 3.3;
+constexpr double kOctaveDigitBelow = 0.5; // the "8" of an octave line under the staff
+constexpr double kOctaveDigitAbove = 9.5; // and over it
+constexpr double kOctaveLineBelow = -2.5;
+constexpr double kOctaveLineAbove = 6.9;
+constexpr double kLargeRepeatDrop = 13;
+constexpr double kTupletDrop = -4;        // the bracket below the staff base
+constexpr double kTupletHook = 1;
+constexpr double kTupletLeft = 2.8;
+constexpr double kTupletDigitRise = 3.5;
+
+// The clefs: where the glyph stands from the pen and the staff base, the room it takes,
+// and its DXF letter's height over the DXF staff base.
+struct ClefShape {
+    double lead, y, advance, dxfY;
+    const char* glyph;
+    const char* dxfLetter;
+};
+constexpr ClefShape kTrebleClef{1, -5.6, 3, -1, "&", "n"};
+constexpr ClefShape kBassClef{0.7, 2.13, 4, 1, "?", "o"};
+
+// Text lines by their placement letter: x before the pen (times the row scale, or the
+// text's length when `measured`), y from the staff base, and the pen's move after it
+// (times the row scale, and the length too when `measured`).
+struct TextPlace {
+    char head;
+    bool measured;
+    double x, y, after;
+};
+constexpr TextPlace kTextPlaces[] = {
+    {'-', true, 1, -7.5, 0.1},   {'^', false, 0.2, -7.5, 0.5}, {'_', true, 1, -0.2, 0.1},
+    {'v', false, 0.6, -0.2, 0.2}, {'<', true, 1, 1.8, 0.1},    {'>', false, 0.2, 1.8, 0.5},
+};
+// The speed mark "LvT=" of the working view stands higher, over the staff.
+constexpr TextPlace kSpeedPlace{'v', false, 2, -8, 0.2};
 
 } // namespace
 
@@ -83,24 +123,18 @@ void PageWalk::StartStaffRow() {
         stroke(LeftMargin, StaffBaseY - i, PageWidthUnits, StaffBaseY - i);
     }
     PenX = LeftMargin;
-    if (ClefLetter == 'F') {
-        PenX += 0.7 * RowScale;
-        dxfText(DxfLayer, PenX, DxfBaseY + 1, kDxfHeadHeight, "o", kClefGroups);
-        glyph(0, PenX, StaffBaseY + 2.13, "?");
-        PenX += 4 * RowScale;
-    } else {
-        PenX += 1 * RowScale;
-        dxfText(DxfLayer, PenX, DxfBaseY - 1, kDxfHeadHeight, "n", kClefGroups);
-        glyph(0, PenX, StaffBaseY - 5.6, "&");
-        PenX += 3 * RowScale;
-    }
+    const ClefShape& clef = ClefLetter == 'F' ? kBassClef : kTrebleClef;
+    PenX += clef.lead * RowScale;
+    dxfText(DxfLayer, PenX, DxfBaseY + clef.dxfY, kDxfHeadHeight, clef.dxfLetter, kClefGroups);
+    glyph(0, PenX, StaffBaseY + clef.y, clef.glyph);
+    PenX += clef.advance * RowScale;
     for (int step = 1; step <= 7; ++step) {
         const char code = KeySignature[static_cast<std::size_t>(step)];
         if (code == '\0' || core::AccidentalOf(code) == core::Accidental::Natural) continue;
         DrawAccidental(step, step >= 6 ? 3 : 4, code);
     }
-    RowStartX = PenX - 2;
-    PenX += 3 * RowScale;
+    RowStartX = PenX - kRowStartBack;
+    PenX += kSignatureGap * RowScale;
 }
 
 void PageWalk::drawTimeSignature(int i, bool again) {
@@ -152,16 +186,17 @@ void PageWalk::directiveLine(int i) {
 }
 
 void PageWalk::drawVolta(int i, bool second) {
-    glyph(i, PenX + (second ? 4.9 : 5.2) * RowScale - 2, StaffBaseY - 9.8, second ? "2" : "1",
-          1 / 1.8);
+    glyph(i, PenX + (second ? 4.9 : 5.2) * RowScale - 2, StaffBaseY - kVoltaDigitDrop,
+          second ? "2" : "1", 1 / 1.8);
     const double left = PenX - (second ? 2.3 : 2.2);
-    stroke(left, StaffBaseY - 7, PenX + 3.3, StaffBaseY - 7);
-    stroke(left, StaffBaseY - 7, left, StaffBaseY - 6);
+    const double y = StaffBaseY - kVoltaBracketDrop;
+    stroke(left, y, PenX + kVoltaRight, y);
+    stroke(left, y, left, StaffBaseY - kVoltaHookDrop);
     setPos(i, PenX, StaffBaseY);
 }
 
 void PageWalk::drawLargeRepeat(int i, bool closing) {
-    glyph(i, PenX - 0.6 * RowScale - 2, StaffBaseY - 13, "@");
+    glyph(i, PenX - 0.6 * RowScale - 2, StaffBaseY - kLargeRepeatDrop, "@");
     setPos(i, PenX, StaffBaseY);
     if (closing && line(i + 1).startsWith("L  ")) breakRow(false);
 }
@@ -173,14 +208,13 @@ void PageWalk::drawOctaveLine(int i, char which) {
     const double digitX = PenX + (which == 'N' ? 1.3 : (down ? 1.2 : 0.7)) * RowScale - 2;
     const double x0 = which == 'N' ? PenX - 5.5 : PenX + (down ? -0.5 : 0.5);
     const double x1 = which == 'N' ? PenX - 1.5 : PenX + 3.5;
-    if (down) {
-        glyph(i, digitX, StaffBaseY - 0.5, "8", 0.5);
-        stroke(x0, StaffBaseY + 2.5, x1, StaffBaseY + 2.5, WidthClass::Normal, kBlack, true);
-    }
-    if (up) {
-        glyph(i, digitX, StaffBaseY - 9.5, "8", 0.5);
-        stroke(x0, StaffBaseY - 6.9, x1, StaffBaseY - 6.9, WidthClass::Normal, kBlack, true);
-    }
+    const auto octaveLine = [&](double digitDrop, double lineDrop) {
+        glyph(i, digitX, StaffBaseY - digitDrop, "8", 0.5);
+        const double y = StaffBaseY - lineDrop;
+        stroke(x0, y, x1, y, WidthClass::Normal, kBlack, true);
+    };
+    if (down) octaveLine(kOctaveDigitBelow, kOctaveLineBelow);
+    if (up) octaveLine(kOctaveDigitAbove, kOctaveLineAbove);
     setPos(i, PenX, StaffBaseY);
 }
 
@@ -221,23 +255,17 @@ void PageWalk::textLine(int i) {
                                                 payload.starts_with("MicOn") ||
                                                 payload.starts_with("Ms="));
     const bool speed = head == 'v' && payload.starts_with("T=");
-    double x = PenX, y = StaffBaseY, after = 0;
-    switch (head) {
-    case '-': x -= len * RowScale, y -= 7.5, after = len * 0.1; break;
-    case '^': x -= 0.2 * RowScale, y -= 7.5, after = 0.5; break;
-    case '_': x -= len * RowScale, y -= 0.2, after = len * 0.1; break;
-    case 'v':
-        x -= (speed ? 2 : 0.6) * RowScale, y -= speed ? 8 : 0.2, after = 0.2;
-        break;
-    case '<': x -= len * RowScale, y += 1.8, after = len * 0.1; break;
-    case '>': x -= 0.2 * RowScale, y += 1.8, after = 0.5; break;
-    default: return;
-    }
+    const TextPlace* place = speed ? &kSpeedPlace : nullptr;
+    for (const TextPlace& p : kTextPlaces)
+        if (place == nullptr && p.head == head) place = &p;
+    if (place == nullptr) return;
+    const double scale = place->measured ? len : 1;
     if (!hidden && !(speed && m_opt.ViewMode == 0)) {
         setPos(i, PenX, StaffBaseY);
-        text(i, x, y, core::Cp1256ToUtf8(core::Trim(payload)), 0.5 * TextFontScale);
+        text(i, PenX - place->x * scale * RowScale, StaffBaseY + place->y,
+             core::Cp1256ToUtf8(core::Trim(payload)), 0.5 * TextFontScale);
     }
-    PenX += after * RowScale;
+    PenX += place->after * scale * RowScale;
 }
 
 // The chord symbol of a line. Only roots after the first code and other than "M" are
@@ -306,12 +334,13 @@ void PageWalk::DrawMark(const core::NoteView& note, int step, int octave) {
 void PageWalk::tupletBracket(int notes) {
     for (const TupletRow& t : kTuplets) {
         if (notes != t.notes) continue;
-        GlyphY = StaffBaseY + 4;
-        glyph(0, PenX + t.digitX * RowScale - 2, GlyphY - 3.5, std::to_string(t.notes), 1 / 2.2);
-        const double right = PenX + t.rightEnd;
-        stroke(PenX - 2.8, GlyphY, PenX - 2.8, GlyphY - 1);
-        stroke(PenX - 2.8, GlyphY, right, GlyphY);
-        stroke(right, GlyphY, right, GlyphY - 1);
+        GlyphY = StaffBaseY - kTupletDrop;
+        glyph(0, PenX + t.digitX * RowScale - 2, GlyphY - kTupletDigitRise,
+              std::to_string(t.notes), 1 / 2.2);
+        const double left = PenX - kTupletLeft, right = PenX + t.rightEnd;
+        stroke(left, GlyphY, left, GlyphY - kTupletHook);
+        stroke(left, GlyphY, right, GlyphY);
+        stroke(right, GlyphY, right, GlyphY - kTupletHook);
         return;
     }
 }
