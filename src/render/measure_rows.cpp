@@ -11,6 +11,10 @@ namespace {
 constexpr double kRowNumberX = 1.5; // from the staff's left end
 constexpr double kRowNumberY = 9;   // above the bottom line, over the clef's top
 constexpr double kFinalBarWidth = 1.0; // the final bar's ink ends on the staff end
+constexpr double kBarGlyphDrop = 5.5;   // "[" and "}" over the staff base
+constexpr double kFinalBarGap = 0.3;    // from the last stroke to the final bar glyph
+constexpr double kRepeatEndBack = 1.2;  // the repeat end stands before the barline
+constexpr double kKeyChangeStrokes[] = {0.1, 0.2, 0.3}; // the triple stroke before a key change
 } // namespace
 
 void PageWalk::measureTest(int i) {
@@ -149,7 +153,7 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
 void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
     const auto change = core::AllChangeOf(line(n1));
     if (change && change->digit >= 1 && change->digit <= 7) {
-        for (double d : {0.1, 0.2, 0.3}) stroke(PenX - d, StaffBaseY - 4, PenX - d, StaffBaseY);
+        for (double d : kKeyChangeStrokes) stroke(PenX - d, StaffBaseY - 4, PenX - d, StaffBaseY);
     }
     const bool atLast = n1 > LastLine;
     const bool finAfter = n1 <= LastLine && n2 > LastLine && IsFinLine(line(n1));
@@ -157,8 +161,8 @@ void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
         PenX = std::min(PenX, PageWidthUnits - kFinalBarWidth);
         stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY);
         dxfLine(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
-        PenX += 0.3;
-        glyph(i + 1, PenX, StaffBaseY - 5.5, "[");
+        PenX += kFinalBarGap;
+        glyph(i + 1, PenX, StaffBaseY - kBarGlyphDrop, "[");
     } else {
         PenX = std::min(PenX, PageWidthUnits);
         stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY, WidthClass::Normal, colour);
@@ -167,8 +171,8 @@ void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
     // The repeat end stands 1.2 before the barline and takes the pen with it: the row
     // decision and a number over the barline start from there.
     if (line(n1).startsWith("REP}") && !line(n2).startsWith("L  ")) {
-        PenX -= 1.2;
-        glyph(0, PenX, StaffBaseY - 5.5, "}");
+        PenX -= kRepeatEndBack;
+        glyph(0, PenX, StaffBaseY - kBarGlyphDrop, "}");
     }
 }
 

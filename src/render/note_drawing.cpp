@@ -65,7 +65,6 @@ constexpr double kBeamLevelOffset[3] = {0, 0.75, 2 * 0.73};
 constexpr double kStubShare = 0.4;
 
 // Engraving distances in staff units.
-constexpr int kBottomLine = 24;           // the staff position of the bottom line (Mi 3)
 constexpr double kHeadDrop = 5.55;        // from a head's place down to its glyph's pen
 constexpr double kLedgerBelow = -0.5;     // heads below this height take ledger lines
 constexpr double kLedgerAbove = 4.5;      // and above this one
@@ -94,13 +93,8 @@ constexpr double kDxfFingerDotDrop[2] = {0.67, 1.07}; // on a line, in a space
 constexpr double kDxfBeamTolerance = 0.2; // a stem may pass the beam by this much
 constexpr double kDxfBeamTests[2] = {0.33, 0.66};
 constexpr double kDxfSecondBeam = 0.75;
-constexpr double kDxfHeadHeight = 2.0;
 
 constexpr double kBeamX[3] = {1.06, 1.08, 1.1};
-
-double HeightOf(int step, int octave) {
-    return (step + 7 * octave - kBottomLine) * 0.5;
-}
 
 bool HasAccidental(char letter) {
     return core::AccidentalRowOf(letter) != nullptr;
@@ -130,7 +124,7 @@ void PageWalk::noteLine(int i) {
 void PageWalk::drawNote(int i, const core::NoteView& note, const NoteShape& shape, bool dotted) {
     const int step = note.step, octave = note.octave;
     const char beam = note.beam;
-    const int pos = step + 7 * octave - kBottomLine;
+    const int pos = StaffPosition(step, octave);
     const double h = pos * 0.5;
     GlyphY = -h - kHeadDrop + StaffBaseY;
     if (note.accidentalLetter != ' ') DrawAccidental(step, octave, note.accidentalLetter);
@@ -168,7 +162,7 @@ void PageWalk::drawNote(int i, const core::NoteView& note, const NoteShape& shap
 
 void PageWalk::drawGrace(int i, const core::NoteView& note, int step, const char* caption) {
     const int octave = note.octave;
-    const int pos = step + 7 * octave - kBottomLine;
+    const int pos = StaffPosition(step, octave);
     const double h = pos * 0.5;
     GlyphY = -h - kHeadDrop + StaffBaseY;
     const char acc = note.accidentalLetter;
@@ -217,7 +211,7 @@ void PageWalk::drawRest(int i, int ticks, bool dotted) {
 // The head and stem in the DXF drawing; a note under a beam has no flag of its own.
 void PageWalk::dxfNote(const NoteShape& shape, int step, int octave, bool beamed) {
     if (!dxfOn()) return;
-    const int pos = step + 7 * octave - kBottomLine;
+    const int pos = StaffPosition(step, octave);
     const double h = pos * 0.5;
     const bool open = shape.flags == 0 && shape.ticks != 8;
     const double y = h - (open ? kDxfOpenHeadDrop : kDxfBlackHeadDrop) + DxfBaseY;
@@ -257,7 +251,7 @@ void PageWalk::DrawLedgerLines(double h) {
 void PageWalk::DrawAccidental(int step, int octave, char letter) {
     const core::AccidentalRow* row = core::AccidentalRowOf(letter);
     if (row == nullptr) return;
-    const double h = HeightOf(step, octave);
+    const double h = StaffPosition(step, octave) * 0.5;
     const bool sori = row->accidental == core::Accidental::Sori;
     dxfText(DxfLayer, PenX, DxfBaseY + h - (sori ? kDxfSoriDrop : kDxfAccidentalDrop),
             kDxfHeadHeight, row->glyph);
@@ -266,7 +260,7 @@ void PageWalk::DrawAccidental(int step, int octave, char letter) {
 }
 
 void PageWalk::DrawDot(int step, int octave, bool fingerLayer) {
-    const int pos = step + 7 * octave - kBottomLine;
+    const int pos = StaffPosition(step, octave);
     const double h = pos * 0.5;
     const bool onLine = pos % 2 == 0;
     const double y = StaffBaseY - h - kDotDrop - (onLine ? kDotOnLineLift : 0);

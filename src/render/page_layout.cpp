@@ -12,6 +12,21 @@
 
 namespace tahrir::render {
 
+namespace {
+// Engraving distances of the walk's own lines, staff units.
+constexpr double kHeaderGap = 0.8;        // after the row start of line 2
+constexpr double kMarkLineDrop = 6.5;     // marks of the working view over the staff base
+constexpr double kRepeatStartLead = 0.2;  // the repeat start stands before the pen
+constexpr double kRepeatStartAdvance = 2;
+constexpr double kBarGlyphDrop = 5.5;     // bar glyphs ("]", "}", "[") over the staff base
+constexpr double kChordDrop = 6.5;        // a chord symbol under the glyph pen
+constexpr double kSpacerMarkX = 2.5;      // the spacer's mark in the working view
+constexpr double kSpacerMarkAdvance = 4.5;
+constexpr double kControlMarkDrop = 7.5;  // the "C" of a control line in the working view
+constexpr double kControlMarkAdvance = 1.5;
+constexpr double kFirstNumberLead = 1.2;  // the first measure's number before the pen
+} // namespace
+
 std::vector<std::string> DescriptionPieces(std::string_view text) {
     std::vector<std::string> pieces;
     while (!text.empty()) {
@@ -181,7 +196,7 @@ void PageWalk::headerTempo() {
     if (tempoLine && v < 0 && v != -2) StartStaffRow();
     RowScale = scale;
     DxfLayer = "2";
-    PenX += 0.8 * RowScale;
+    PenX += kHeaderGap * RowScale;
     if (tempoLine && v != -2 && v != -5) {
         const double keep = PenX;
         DxfLayer = "3";
@@ -220,10 +235,10 @@ void PageWalk::startOfPass() {
         drawTimeSignature(3);
     }
     if (m_opt.ViewMode == 1) {
-        setPos(3, PenX, StaffBaseY - 6.5);
-        glyph(3, PenX, StaffBaseY - 6.5, "0");
+        setPos(3, PenX, StaffBaseY - kMarkLineDrop);
+        glyph(3, PenX, StaffBaseY - kMarkLineDrop, "0");
     }
-    placeMeasureLabel(1, PenX - 1.2, StaffBaseY - 6.5, true);
+    placeMeasureLabel(1, PenX - kFirstNumberLead, StaffBaseY - kMarkLineDrop, true);
     MeasureFill = 0;
     MeasureNumber = 0;
     BarStartX = 0;
@@ -294,9 +309,9 @@ void PageWalk::walkLine(int i) {
     takeRowScale();
     if (l.startsWith("REP{")) {
         DxfLayer = "3";
-        glyph(i, PenX - 0.2 * RowScale - 2, StaffBaseY - 5.5, "]");
+        glyph(i, PenX - kRepeatStartLead * RowScale - 2, StaffBaseY - kBarGlyphDrop, "]");
         setPos(i, PenX, StaffBaseY);
-        PenX += 2 * RowScale;
+        PenX += kRepeatStartAdvance * RowScale;
     }
     if (!l.startsWith("REP{") && !l.startsWith("REP}")) {
         if (TempoOfFolded(l)) {
@@ -311,15 +326,15 @@ void PageWalk::walkLine(int i) {
             takeRowScale();
         }
         ChordX = PenX;
-        ChordY = GlyphY + 6.5;
+        ChordY = GlyphY + kChordDrop;
         // "LC" lines fold to upper case, so "Lc" is a control line as well.
         const core::LineKind kind = core::ControlOf(l) ? core::LineKind::ControlLine
                                                        : core::ClassifyLine(l.text(), i);
         switch (kind) {
         case core::LineKind::SpacerLine:
             if (m_opt.ViewMode == 1) {
-                glyph(i, PenX + 2.5 * RowScale, StaffBaseY - 6.5, "/");
-                PenX += 4.5 * RowScale;
+                glyph(i, PenX + kSpacerMarkX * RowScale, StaffBaseY - kMarkLineDrop, "/");
+                PenX += kSpacerMarkAdvance * RowScale;
             } else {
                 PenX += RowScale;
                 StemDir = StemDirection::Blank;
@@ -362,9 +377,9 @@ void PageWalk::controlLine(int i) {
         if (v > 0 && v <= 100) StaffGap = v;
     }
     if (m_opt.ViewMode == 1) {
-        glyph(i, PenX, StaffBaseY - 7.5, "C");
+        glyph(i, PenX, StaffBaseY - kControlMarkDrop, "C");
         setPos(i, PenX, StaffBaseY);
-        PenX += 1.5 * RowScale;
+        PenX += kControlMarkAdvance * RowScale;
     }
 }
 

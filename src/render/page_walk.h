@@ -34,6 +34,12 @@ std::vector<std::string> DescriptionPieces(std::string_view text);
 
 enum class StemDirection { Blank, Up, Down };
 
+// Staff positions count from the bottom line (Mi of octave 3) in steps of half a unit.
+inline constexpr int kBottomLine = 24;
+inline int StaffPosition(int step, int octave) { return step + 7 * octave - kBottomLine; }
+// Heads, rests, dots and accidentals are written at this height in the DXF drawing.
+inline constexpr double kDxfHeadHeight = 2.0;
+
 // Shape numbers of one note value: screen glyphs, stems, advance, beam column.
 struct NoteShape {
     int ticks;

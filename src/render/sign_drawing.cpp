@@ -60,11 +60,9 @@ constexpr double kDxfTimeHeight = 1.6;
 constexpr double kDxfMarkHeight = 1.2;
 constexpr double kDxfPlectrumHeight = 0.8;
 constexpr double kDxfBracketHeight = 1.5;
-constexpr double kDxfHeadHeight = 2.0;
 constexpr DxfGroups kClefGroups{1.2, 355.0, std::nullopt};
 
 // Engraving distances of the signs, staff units.
-constexpr int kBottomLine = 24;       // the staff position of the bottom line
 constexpr double kMarkDrop = 10.55;   // marks: from the staff base up to the glyph pen
 constexpr double kDxfMarkRise = 5.5;  // the lowest mark over the DXF staff base
 constexpr double kMarkNudge = 0.8;    // a mark moves right over a head with its stem away
@@ -298,7 +296,7 @@ void PageWalk::DrawMark(const core::NoteView& note, int step, int octave) {
         DrawDot(step, octave, false);
         return;
     }
-    const double h = (step + 7 * octave - kBottomLine) * 0.5;
+    const double h = StaffPosition(step, octave) * 0.5;
     const double keep = PenX;
     DxfLayer = "finger";
     // Marks stand above the staff and follow a high note upward.
@@ -348,7 +346,7 @@ void PageWalk::tupletBracket(int notes) {
 // The screen form of a mark other than a tie: a companion head, strokes or a glyph.
 void PageWalk::markGlyph(const core::NoteView& note, int step, int octave, double noteX) {
     const core::MarkWord& w = note.mark;
-    const double h = (step + 7 * octave - kBottomLine) * 0.5;
+    const double h = StaffPosition(step, octave) * 0.5;
     const bool down = StemDir == StemDirection::Down;
     switch (w.mark) {
     case core::Mark::IntervalMordent:
@@ -396,7 +394,7 @@ void PageWalk::drawTie(int step, int octave) {
 // A companion head the interval's steps below the note (a second note played with it, or
 // the mordent's), with a mordent sign for the mordent form.
 void PageWalk::drawInterval(const core::NoteView& note, int step, int octave) {
-    const int pos = step + 7 * octave - kBottomLine;
+    const int pos = StaffPosition(step, octave);
     const int companion = pos - note.mark.number;
     const double h = pos * 0.5, ch = companion * 0.5;
     double x = PenX - 0.8;
