@@ -5,11 +5,10 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <optional>
 
 #include "core/line_view.h"
 #include "render/page_layout.h"
