@@ -87,6 +87,14 @@ std::optional<DirectiveParts> DirectivePartsOf(const ScoreLine& line) {
         std::string(end == std::string_view::npos ? std::string_view() : rest.substr(0, end + 1))};
 }
 
+RhythmText RhythmTextOf(const ScoreLine& line) {
+    const std::string payload = line.field(6, RecordLength - 5);
+    const std::string_view text(payload);
+    const auto slash = text.find('/');
+    if (slash == std::string_view::npos) return {std::string(Trim(text)), {}};
+    return {std::string(Trim(text.substr(0, slash))), std::string(Trim(text.substr(slash + 1)))};
+}
+
 char LinePlacement(const ScoreLine& line) {
     return line.at(2);
 }

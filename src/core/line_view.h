@@ -78,6 +78,13 @@ struct DirectiveParts {
 };
 std::optional<DirectiveParts> DirectivePartsOf(const ScoreLine& line);
 
+// The numerator and denominator of a rhythm line as written: the payload from column 6
+// split at "/", blanks trimmed; the denominator is empty when there is no "/".
+struct RhythmText {
+    std::string numerator, denominator;
+};
+RhythmText RhythmTextOf(const ScoreLine& line);
+
 // The placement letter of an L line (column 2: " ", "-", "^", "_", "v", "<", ">", "C").
 char LinePlacement(const ScoreLine& line);
 // The text of an L line: columns 3 on, without trailing blanks.

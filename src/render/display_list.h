@@ -3,7 +3,9 @@
 // turns it into pixels, PDF, SVG or DXF.
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tahrir::render {
@@ -54,12 +56,39 @@ double BottomEdge(const DisplayItem& item);
 // The height of a text item's line in staff units.
 double TextHeight(const DisplayItem& item);
 
+// The CAD drawing of the page as the walk records it beside the items: staff units with y
+// growing upward, and the layers, heights, letters and extra group codes of each entity.
+enum class DxfKind : std::uint8_t { Text, Line, Polyline };
+
+struct DxfEntity {
+    DxfKind kind = DxfKind::Text;
+    std::string_view layer; // "1", "2", "3" or "finger": always a literal
+    // Text: the insertion point. Line and polyline: from (x, y) to (x2, y2).
+    double x = 0, y = 0, x2 = 0, y2 = 0;
+    double height = 0; // text height, written "#.#"
+    std::string letter;
+    double widthFactor = 0;        // group 41 when above 0
+    std::optional<double> oblique; // group 51, degrees
+    std::optional<double> angle;   // group 50, rotation in degrees
+};
+
+struct DxfDrawing {
+    bool enabled = false; // off: nothing is recorded and nothing is written
+    double titleX = 0;    // the title text's x; it stands at y 220
+    std::string title;    // the score's file name
+    std::vector<DxfEntity> entities;
+};
+
 struct DisplayList {
     std::vector<DisplayItem> items;
+    DxfDrawing dxf;
     double widthUnits = 0;  // the picture's width in staff units
     double heightUnits = 0; // the picture's height in staff units
 
-    void clear() { items.clear(); }
+    void clear() {
+        items.clear();
+        dxf.entities.clear();
+    }
     // One line per item, numbers to two decimals: the form golden tests compare.
     std::string dump() const;
 };

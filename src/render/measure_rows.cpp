@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "render/page_walk.h"
-#include "render/text_util.h"
+#include "core/line_view.h"
 
 namespace tahrir::render {
 
@@ -11,14 +11,18 @@ namespace {
 constexpr double kRowNumberX = 1.5; // from the staff's left end
 constexpr double kRowNumberY = 9;   // above the bottom line, over the clef's top
 constexpr double kFinalBarWidth = 1.0; // the final bar's ink ends on the staff end
+constexpr double kBarGlyphDrop = 5.5;   // "[" and "}" over the staff base
+constexpr double kFinalBarGap = 0.3;    // from the last stroke to the final bar glyph
+constexpr double kRepeatEndBack = 1.2;  // the repeat end stands before the barline
+constexpr double kKeyChangeStrokes[] = {0.1, 0.2, 0.3}; // the triple stroke before a key change
 } // namespace
 
 void PageWalk::measureTest(int i) {
     const int n1 = nextIndex(i);
-    const std::string_view next = line(n1);
-    const std::string_view next2 = line(nextIndex(n1));
-    const bool repeatBarNext = next.starts_with("REPB1") || next.starts_with("REPB2") ||
-                               next2.starts_with("REPB1") || next2.starts_with("REPB2");
+    const auto repeatBar = [](const core::ScoreLine& l) {
+        return l.startsWith("REPB1") || l.startsWith("REPB2");
+    };
+    const bool repeatBarNext = repeatBar(line(n1)) || repeatBar(line(nextIndex(n1)));
     if (MeasureTicks > 0 && MeasureFill >= MeasureTicks) {
         DxfLayer = "1";
         // Both passes of the page view advance alike, so that the measured width is the
@@ -39,7 +43,7 @@ void PageWalk::measureTest(int i) {
         LastBarWidth = PenX - BarStartX;
         BarStartX = PenX;
     } else if (MeasureTicks == 0) {
-        const char beam = line(i)[6];
+        const char beam = core::ReadNote(line(i)).beam;
         if (rowEnds(PenX + 4 * (PenX - BarStartX) >= PageWidthUnits &&
                     (beam == 'c' || beam == ' ')))
             breakRow(true);
@@ -100,8 +104,8 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
     if (RenderPass == 1) storeRowRatio();
     const int n1 = nextIndex(i);
     const int n2 = nextIndex(n1);
-    const std::string next(line(n1));
-    const std::string next2(line(n2));
+    const core::ScoreLine& next = line(n1);
+    const core::ScoreLine& next2 = line(n2);
     barlineStrokes(i, n1, n2, colour);
     const double W = PageWidthUnits * FillLimit;
     // Room for another measure: a tenth of this one, and the width of the one before.
@@ -110,8 +114,7 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
     bool ends = false;
     if (room) {
         // A spacer line is the forced row break of a score.
-        ends = next.starts_with("L  ") ||
-               (next.starts_with("REP}") && next2.starts_with("L   "));
+        ends = next.startsWith("L  ") || (next.startsWith("REP}") && next2.startsWith("L   "));
     } else {
         ends = n2 <= LastLine || PenX + 0.5 > PageWidthUnits;
     }
@@ -134,7 +137,7 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
     ++RowIndex;
     if (RowIndex >= static_cast<int>(m_out.RowRatios.size()))
         m_out.RowRatios.resize(RowIndex + 1, 0.0);
-    if (Upper(next, 5) != "LCFIN") {
+    if (!IsControl(next, "FIN")) {
         const double scale = RowScale;
         RowScale = 1;
         StartStaffRow();
@@ -148,28 +151,28 @@ void PageWalk::DrawBarline(int i, int number, std::uint32_t colour) {
 // The strokes and signs of a barline: the key-change triple stroke, the final bar or the
 // plain one, and the repeat end.
 void PageWalk::barlineStrokes(int i, int n1, int n2, std::uint32_t colour) {
-    const std::string_view next = line(n1);
-    if (next.starts_with("ALL") && next[3] >= '1' && next[3] <= '7') {
-        for (double d : {0.1, 0.2, 0.3}) stroke(PenX - d, StaffBaseY - 4, PenX - d, StaffBaseY);
+    const auto change = core::AllChangeOf(line(n1));
+    if (change && change->digit >= 1 && change->digit <= 7) {
+        for (double d : kKeyChangeStrokes) stroke(PenX - d, StaffBaseY - 4, PenX - d, StaffBaseY);
     }
     const bool atLast = n1 > LastLine;
     const bool finAfter = n1 <= LastLine && n2 > LastLine && IsFinLine(line(n1));
     if (atLast || finAfter) {
         PenX = std::min(PenX, PageWidthUnits - kFinalBarWidth);
         stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY);
-        m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
-        PenX += 0.3;
-        glyph(i + 1, PenX, StaffBaseY - 5.5, "[");
+        dxfLine(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
+        PenX += kFinalBarGap;
+        glyph(i + 1, PenX, StaffBaseY - kBarGlyphDrop, "[");
     } else {
         PenX = std::min(PenX, PageWidthUnits);
         stroke(PenX, StaffBaseY - 4, PenX, StaffBaseY, WidthClass::Normal, colour);
-        m_dxf.line(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
+        dxfLine(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
     }
     // The repeat end stands 1.2 before the barline and takes the pen with it: the row
     // decision and a number over the barline start from there.
-    if (line(n1).starts_with("REP}") && !line(n2).starts_with("L  ")) {
-        PenX -= 1.2;
-        glyph(0, PenX, StaffBaseY - 5.5, "}");
+    if (line(n1).startsWith("REP}") && !line(n2).startsWith("L  ")) {
+        PenX -= kRepeatEndBack;
+        glyph(0, PenX, StaffBaseY - kBarGlyphDrop, "}");
     }
 }
 

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <functional>
 
-#include "core/line_kind.h"
+#include "core/line_view.h"
 #include "render/page_walk.h"
 
 namespace tahrir::render {
@@ -65,57 +64,71 @@ constexpr double kMaxBeamSlope = 0.2;
 constexpr double kBeamLevelOffset[3] = {0, 0.75, 2 * 0.73};
 constexpr double kStubShare = 0.4;
 
+// Engraving distances in staff units.
+constexpr double kHeadDrop = 5.55;        // from a head's place down to its glyph's pen
+constexpr double kLedgerBelow = -0.5;     // heads below this height take ledger lines
+constexpr double kLedgerAbove = 4.5;      // and above this one
+constexpr double kLedgerLead = 0.4;       // a ledger line starts this far left of the pen
+constexpr double kLedgerReach = 2;        // and ends this far right of it
+constexpr double kAccidentalAdvance = 1.5;
+constexpr double kAccidentalRoom = 2.5;   // more room behind a note that has an accidental
+constexpr double kAccidentalDrop = 5.5;   // from the place to the accidental glyph's pen
+constexpr double kDotDrop = 7.3;          // from the place to the dot glyph's pen
+constexpr double kDotOnLineLift = 0.5;    // a dot of a note on a line sits in the space above
+constexpr double kDotStemDownX = 0.5;
+constexpr double kBeamStemUpEnd = 2;      // the stem end above the glyph pen, stem up
+constexpr double kBeamStemDownEnd = 9;    // and below it, stem down
+constexpr double kBeamStemUpX = 0.22;     // stems of a beam group, left of the beam x
+constexpr double kBeamStemDownX = 0.24;
+constexpr double kBeamStemUp = 3.5;       // from the stem end back to the head
+constexpr double kBeamStemDown = 3.2;
+constexpr double kBeamInset = 0.2;        // beams end this far left of the beam x
+// The DXF drawing's own offsets: heads, stems, flags and beams.
+constexpr double kDxfOpenHeadDrop = 0.87; // whole, half and grace heads
+constexpr double kDxfBlackHeadDrop = 0.85;
+constexpr double kDxfStemFromHead = 0.87;
+constexpr double kDxfAccidentalDrop = 1.1;
+constexpr double kDxfSoriDrop = 0.1;
+constexpr double kDxfFingerDotDrop[2] = {0.67, 1.07}; // on a line, in a space
+constexpr double kDxfBeamTolerance = 0.2; // a stem may pass the beam by this much
+constexpr double kDxfBeamTests[2] = {0.33, 0.66};
+constexpr double kDxfSecondBeam = 0.75;
+
 constexpr double kBeamX[3] = {1.06, 1.08, 1.1};
 
-const char* AccidentalGlyph(char letter) {
-    switch (letter) {
-    case 'D': return "#";
-    case 'B': return "b";
-    case 'N': return "n";
-    case 'S': return "<";
-    case 'K': return "!";
-    default: return nullptr;
-    }
-}
-
-bool IsTuplet(std::string_view mark) {
-    return mark == "L3" || mark == "L5" || mark == "L7" || mark == "L9";
+bool HasAccidental(char letter) {
+    return core::AccidentalRowOf(letter) != nullptr;
 }
 
 } // namespace
 
 void PageWalk::noteLine(int i) {
-    const std::string s(line(i));
-    if (s[0] < '0' || s[0] > '9') return;
-    const int step = s[0] - '0';
-    const int octave = s[1] >= '0' && s[1] <= '9' ? s[1] - '0' : 0;
-    const std::string_view word = std::string_view(s).substr(2, 3);
-    const int ticks = word == " -1" ? -1 : core::DurationTicks(word).value_or(0);
-    const std::string_view mark = std::string_view(s).substr(7, 2);
-    if (step == 0) {
-        if (ticks == -1) {
-            if (m_opt.ViewMode == 1) drawGrace(i, -6, octave, ")(");
-        } else if (const DurationRow* row = FindDuration(ticks)) {
-            drawRest(i, row->shape->ticks, row->dotted);
-        }
-    } else if (ticks == -1) {
-        drawGrace(i, step, octave, nullptr);
+    const core::NoteView note = core::ReadNote(line(i));
+    if (!note.pitched) return;
+    const int ticks = note.duration();
+    if (note.bar()) {
+        if (m_opt.ViewMode == 1) drawGrace(i, note, -6, ")(");
+    } else if (note.grace()) {
+        drawGrace(i, note, note.step, nullptr);
     } else if (const DurationRow* row = FindDuration(ticks)) {
-        drawNote(i, *row->shape, step, octave, row->dotted);
+        if (note.step == 0) {
+            drawRest(i, row->shape->ticks, row->dotted);
+        } else {
+            drawNote(i, note, *row->shape, row->dotted);
+        }
     }
     // A tuplet's marked note takes no measure time: the group counts one note short.
-    if (ticks > 0 && !IsTuplet(mark)) MeasureFill += ticks;
+    if (ticks > 0 && note.mark.mark != core::Mark::Tuplet) MeasureFill += ticks;
 }
 
-void PageWalk::drawNote(int i, const NoteShape& shape, int step, int octave, bool dotted) {
-    const std::string s(line(i));
-    const char acc = s[5];
-    const char beam = s[6];
-    const int pos = step + 7 * octave - 24;
+void PageWalk::drawNote(int i, const core::NoteView& note, const NoteShape& shape, bool dotted) {
+    const int step = note.step, octave = note.octave;
+    const char beam = note.beam;
+    const int pos = StaffPosition(step, octave);
     const double h = pos * 0.5;
-    GlyphY = -h - 5.55 + StaffBaseY;
-    if (acc != ' ') DrawAccidental(step, octave, acc);
-    if (h < -0.5 || h > 4.5) DrawLedgerLines(h);
+    GlyphY = -h - kHeadDrop + StaffBaseY;
+    if (note.accidentalLetter != ' ') DrawAccidental(step, octave, note.accidentalLetter);
+    if (h < kLedgerBelow || h > kLedgerAbove) DrawLedgerLines(h);
     const bool beamed = shape.flags > 0 && beam != ' ';
     dxfNote(shape, step, octave, beamed);
     // A beam group keeps the direction its first note chose; after a row end the group goes
@@ -133,7 +146,8 @@ void PageWalk::drawNote(int i, const NoteShape& shape, int step, int octave, boo
     setPos(i, PenX, StaffBaseY);
     if (beamed) {
         const auto head = static_cast<std::ptrdiff_t>(m_out.list.items.size()) - 1;
-        CurrentNote = {&shape, Paint ? head : -1, PenX, h - 0.85 + DxfBaseY, pos > 4, DxfLayer};
+        CurrentNote = {&shape, Paint ? head : -1, PenX, h - kDxfBlackHeadDrop + DxfBaseY,
+                       pos > 4, DxfLayer};
         beamMember(shape, beam);
     }
     if (dotted && m_opt.ViewMode == 0) {
@@ -141,19 +155,20 @@ void PageWalk::drawNote(int i, const NoteShape& shape, int step, int octave, boo
         DrawDot(step, octave, false);
         PenX -= shape.dotOffset;
     }
-    DrawMark(i, step, octave);
-    if (std::strchr("NKDBS", acc) && acc != '\0') PenX += 2.5 * RowScale;
+    DrawMark(note, step, octave);
+    if (HasAccidental(note.accidentalLetter)) PenX += kAccidentalRoom * RowScale;
     PenX += shape.advance * RowScale;
 }
 
-void PageWalk::drawGrace(int i, int step, int octave, const char* caption) {
-    const int pos = step + 7 * octave - 24;
+void PageWalk::drawGrace(int i, const core::NoteView& note, int step, const char* caption) {
+    const int octave = note.octave;
+    const int pos = StaffPosition(step, octave);
     const double h = pos * 0.5;
-    GlyphY = -h - 5.55 + StaffBaseY;
-    const char acc = line(i)[5];
+    GlyphY = -h - kHeadDrop + StaffBaseY;
+    const char acc = note.accidentalLetter;
     if (caption == nullptr && acc != ' ') DrawAccidental(step, octave, acc);
     // The barline mark of the working view is a sign, not a head: no ledger lines.
-    if (caption == nullptr && (h < -0.5 || h > 4.5)) DrawLedgerLines(h);
+    if (caption == nullptr && (h < kLedgerBelow || h > kLedgerAbove)) DrawLedgerLines(h);
     if (caption == nullptr) {
         dxfNote(kGrace, step, octave);
         StemDir = pos > 4 ? StemDirection::Down : StemDirection::Up;
@@ -161,8 +176,8 @@ void PageWalk::drawGrace(int i, int step, int octave, const char* caption) {
     }
     glyph(i, PenX, GlyphY, caption);
     setPos(i, PenX, StaffBaseY);
-    DrawMark(i, step, octave);
-    if (acc != ' ' && std::strchr("NKDBS", acc)) PenX += 2.5 * RowScale;
+    DrawMark(note, step, octave);
+    if (HasAccidental(acc)) PenX += kAccidentalRoom * RowScale;
     PenX += kGrace.advance * RowScale;
 }
 
@@ -177,9 +192,12 @@ void PageWalk::drawRest(int i, int ticks, bool dotted) {
     } else {
         glyph(i, PenX, GlyphY, rest->glyph);
     }
+    // The second and third letters of the short rests stand right of the first, higher.
+    static constexpr double kExtraY[2] = {1.44, 1.96};
+    constexpr double kExtraX = 0.16;
     for (int k = 0; k < rest->dxfCount; ++k) {
-        const double y = k == 0 ? DxfBaseY + rest->dxfY : DxfBaseY + (k == 1 ? 1.44 : 1.96);
-        m_dxf.text(DxfLayer, PenX + (k == 0 ? 0 : 0.16), y, "2.0", rest->dxfLetter);
+        const double y = DxfBaseY + (k == 0 ? rest->dxfY : kExtraY[k - 1]);
+        dxfText(DxfLayer, PenX + (k == 0 ? 0 : kExtraX), y, kDxfHeadHeight, rest->dxfLetter);
     }
     setPos(i, PenX, StaffBaseY);
     if (dotted) {
@@ -192,67 +210,69 @@ void PageWalk::drawRest(int i, int ticks, bool dotted) {
 
 // The head and stem in the DXF drawing; a note under a beam has no flag of its own.
 void PageWalk::dxfNote(const NoteShape& shape, int step, int octave, bool beamed) {
-    if (!m_dxf.enabled()) return;
-    const int pos = step + 7 * octave - 24;
+    if (!dxfOn()) return;
+    const int pos = StaffPosition(step, octave);
     const double h = pos * 0.5;
     const bool open = shape.flags == 0 && shape.ticks != 8;
-    const double y = h - (open ? 0.87 : 0.85) + DxfBaseY;
-    m_dxf.text(DxfLayer, PenX, y, "2.0", shape.dxfHead);
+    const double y = h - (open ? kDxfOpenHeadDrop : kDxfBlackHeadDrop) + DxfBaseY;
+    dxfText(DxfLayer, PenX, y, kDxfHeadHeight, shape.dxfHead);
     if (shape.stemLength == 0) return;
     const bool down = pos > 4;
     const double x = PenX + (down ? shape.stemDownX : shape.stemUpX);
-    const double y0 = down && shape.flags == 3 ? y - 0.87 : y + 0.87;
-    m_dxf.line(DxfLayer, x, y0, x, down ? y0 - shape.stemLength : y0 + shape.stemLength);
+    const double y0 = down && shape.flags == 3 ? y - kDxfStemFromHead : y + kDxfStemFromHead;
+    dxfLine(DxfLayer, x, y0, x, down ? y0 - shape.stemLength : y0 + shape.stemLength);
     if (!beamed) dxfFlags(shape, PenX, y, down, DxfLayer);
 }
 
 // The flags of a note at x whose head stands at headY in the DXF drawing.
 void PageWalk::dxfFlags(const NoteShape& shape, double x, double headY, bool down,
                         std::string_view layer) {
-    if (!m_dxf.enabled() || shape.flags == 0) return;
+    if (!dxfOn() || shape.flags == 0) return;
     static constexpr double kUp[3][3] = {{2.2}, {2.6, 1.9}, {2.6, 2, 1.4}};
     static constexpr double kDown[3][3] = {{-0.45}, {-0.85, -0.25}, {-0.85, -0.25, 0.35}};
-    static constexpr const char* kHeight[3] = {"3.2", "3.1", "3.0"};
-    static constexpr const char* kExtra[3] = {" 41\r\n0.6\r\n 50\r\n.\r\n",
-                                              " 41\r\n0.6\r\n 50\r\n.\r\n",
-                                              " 41\r\n0.65\r\n 50\r\n.\r\n"};
+    static constexpr double kHeight[3] = {3.2, 3.1, 3.0};
+    static constexpr double kWidthFactor[3] = {0.6, 0.6, 0.65};
     const int f = shape.flags - 1;
     for (int k = 0; k < shape.flags; ++k) {
         const double fy = headY + (down ? kDown[f][k] : kUp[f][k]);
-        m_dxf.text(layer, x + kBeamX[f], fy, kHeight[f], "b", kExtra[f]);
+        dxfText(layer, x + kBeamX[f], fy, kHeight[f], "b", {kWidthFactor[f], std::nullopt, 0.0});
     }
 }
 
 void PageWalk::DrawLedgerLines(double h) {
     const auto ledger = [&](int i) {
-        m_dxf.line(DxfLayer, PenX - 0.4, i + DxfBaseY, PenX + 2, i + DxfBaseY);
-        stroke(PenX - 0.4, StaffBaseY - i, PenX + 2, StaffBaseY - i);
+        dxfLine(DxfLayer, PenX - kLedgerLead, i + DxfBaseY, PenX + kLedgerReach, i + DxfBaseY);
+        stroke(PenX - kLedgerLead, StaffBaseY - i, PenX + kLedgerReach, StaffBaseY - i);
     };
     for (int i = 5; i <= h; ++i) ledger(i);
     for (int i = -1; i >= h; --i) ledger(i);
 }
 
 void PageWalk::DrawAccidental(int step, int octave, char letter) {
-    const char* g = AccidentalGlyph(letter);
-    if (g == nullptr) return;
-    const double h = (step + 7 * octave - 24) * 0.5;
-    m_dxf.text(DxfLayer, PenX, DxfBaseY + h - (letter == 'S' ? 0.1 : 1.1), "2.0", g);
-    glyph(0, PenX, StaffBaseY - h - 5.5, g);
-    PenX += 1.5 * RowScale;
+    const core::AccidentalRow* row = core::AccidentalRowOf(letter);
+    if (row == nullptr) return;
+    const double h = StaffPosition(step, octave) * 0.5;
+    const bool sori = row->accidental == core::Accidental::Sori;
+    dxfText(DxfLayer, PenX, DxfBaseY + h - (sori ? kDxfSoriDrop : kDxfAccidentalDrop),
+            kDxfHeadHeight, row->glyph);
+    glyph(0, PenX, StaffBaseY - h - kAccidentalDrop, row->glyph);
+    PenX += kAccidentalAdvance * RowScale;
 }
 
 void PageWalk::DrawDot(int step, int octave, bool fingerLayer) {
-    const int pos = step + 7 * octave - 24;
+    const int pos = StaffPosition(step, octave);
     const double h = pos * 0.5;
+    const bool onLine = pos % 2 == 0;
+    const double y = StaffBaseY - h - kDotDrop - (onLine ? kDotOnLineLift : 0);
     if (fingerLayer) {
-        m_dxf.text("finger", PenX, DxfBaseY + h - (pos % 2 == 0 ? 0.67 : 1.07), "2.0", "a");
-        glyph(0, PenX, StaffBaseY - h - 7.3 - (pos % 2 == 0 ? 0.5 : 0), "\xD8");
+        dxfText("finger", PenX, DxfBaseY + h - kDxfFingerDotDrop[onLine ? 0 : 1],
+                kDxfHeadHeight, "a");
+        glyph(0, PenX, y, "\xD8");
         return;
     }
-    const double x = StemDir == StemDirection::Down ? PenX + 0.5 : PenX;
-    m_dxf.text(DxfLayer, x, DxfBaseY + h - 0.85, "2.0", "a");
-    // A dot of a note on a line sits in the space above it.
-    glyph(0, x, StaffBaseY - h - 7.3 - (pos % 2 == 0 ? 0.5 : 0), ".");
+    const double x = StemDir == StemDirection::Down ? PenX + kDotStemDownX : PenX;
+    dxfText(DxfLayer, x, DxfBaseY + h - kDxfBlackHeadDrop, kDxfHeadHeight, "a");
+    glyph(0, x, y, ".");
 }
 
 // A "C" continues the group (opening one when none is open); any other code closes it
@@ -272,7 +292,7 @@ void PageWalk::beamMember(const NoteShape& shape, char code) {
 
 void PageWalk::addBeamMember(double x, int level) {
     const bool down = StemDir == StemDirection::Down;
-    const double y = down ? GlyphY + 9 : GlyphY + 2;
+    const double y = down ? GlyphY + kBeamStemDownEnd : GlyphY + kBeamStemUpEnd;
     Beam.push_back({x, y, !down, level, DxfBaseY + (StaffBaseY - y), CurrentNote});
 }
 
@@ -320,13 +340,14 @@ void PageWalk::DrawBeamGroup() {
     }
     const auto beamY = [&](double x) { return first.y + shift + slope * (x - first.x); };
     for (const BeamMember& m : Beam) {
-        const double stemX = m.x - (m.up ? 0.22 : 0.24);
-        const double head = m.up ? m.y + 3.5 : m.y - 3.2;
+        const double stemX = m.x - (m.up ? kBeamStemUpX : kBeamStemDownX);
+        const double head = m.up ? m.y + kBeamStemUp : m.y - kBeamStemDown;
         stroke(stemX, beamY(m.x), stemX, head, WidthClass::Stem);
     }
     const auto beam = [&](double xa, double xb, int level) {
         const double offset = kBeamLevelOffset[level - 1] * (up ? 1 : -1);
-        stroke(xa - 0.2, beamY(xa) + offset, xb - 0.2, beamY(xb) + offset, WidthClass::Beam);
+        stroke(xa - kBeamInset, beamY(xa) + offset, xb - kBeamInset, beamY(xb) + offset,
+               WidthClass::Beam);
     };
     beam(first.x, Beam.back().x, 1);
     for (int level = 2; level <= 3; ++level) subBeams(level, beam);
@@ -352,14 +373,14 @@ void PageWalk::subBeams(int level, const std::function<void(double, double, int)
 }
 
 void PageWalk::dxfBeam() {
-    if (!m_dxf.enabled() || Beam.size() < 2) return;
+    if (!dxfOn() || Beam.size() < 2) return;
     const BeamMember& first = Beam.front();
     const BeamMember& last = Beam.back();
     double y0 = first.dxfY, y1 = last.dxfY;
-    // Move the far end until no inner stem passes the beam by more than 0.2.
+    // Move the far end until no inner stem passes the beam by more than the tolerance.
     for (int round = 0; round < 20; ++round) {
         bool moved = false;
-        for (double f : {0.33, 0.66}) {
+        for (double f : kDxfBeamTests) {
             const double x = first.x + (last.x - first.x) * f;
             const BeamMember* near = &Beam[1];
             for (const auto& m : Beam)
@@ -367,19 +388,19 @@ void PageWalk::dxfBeam() {
             const double t = last.x == first.x ? 0 : (near->x - first.x) / (last.x - first.x);
             const double yLine = y0 + (y1 - y0) * t;
             const double over = first.up ? near->dxfY - yLine : yLine - near->dxfY;
-            if (over > 0.2) {
+            if (over > kDxfBeamTolerance) {
                 y1 += first.up ? over : -over;
                 moved = true;
             }
         }
         if (!moved) break;
     }
-    m_dxf.polyline("3", first.x, y0, last.x, y1);
+    dxfPolyline("3", first.x, y0, last.x, y1);
     for (std::size_t k = 0; k < Beam.size(); ++k) {
         if (Beam[k].level < 2) continue;
-        const double off = first.up ? -0.75 : 0.75;
+        const double off = first.up ? -kDxfSecondBeam : kDxfSecondBeam;
         const double t = last.x == first.x ? 0 : (Beam[k].x - first.x) / (last.x - first.x);
-        m_dxf.polyline("3", Beam[k].x, y0 + (y1 - y0) * t + off, last.x, y1 + off);
+        dxfPolyline("3", Beam[k].x, y0 + (y1 - y0) * t + off, last.x, y1 + off);
         break;
     }
 }

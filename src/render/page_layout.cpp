@@ -6,9 +6,26 @@
 #include "core/cp1256.h"
 #include "core/line_kind.h"
 #include "render/page_walk.h"
-#include "render/text_util.h"
+#include "core/line_view.h"
+#include "core/text_input.h"
+#include "render/dxf_writer.h"
 
 namespace tahrir::render {
+
+namespace {
+// Engraving distances of the walk's own lines, staff units.
+constexpr double kHeaderGap = 0.8;        // after the row start of line 2
+constexpr double kMarkLineDrop = 6.5;     // marks of the working view over the staff base
+constexpr double kRepeatStartLead = 0.2;  // the repeat start stands before the pen
+constexpr double kRepeatStartAdvance = 2;
+constexpr double kBarGlyphDrop = 5.5;     // bar glyphs ("]", "}", "[") over the staff base
+constexpr double kChordDrop = 6.5;        // a chord symbol under the glyph pen
+constexpr double kSpacerMarkX = 2.5;      // the spacer's mark in the working view
+constexpr double kSpacerMarkAdvance = 4.5;
+constexpr double kControlMarkDrop = 7.5;  // the "C" of a control line in the working view
+constexpr double kControlMarkAdvance = 1.5;
+constexpr double kFirstNumberLead = 1.2;  // the first measure's number before the pen
+} // namespace
 
 std::vector<std::string> DescriptionPieces(std::string_view text) {
     std::vector<std::string> pieces;
@@ -23,9 +40,21 @@ std::vector<std::string> DescriptionPieces(std::string_view text) {
     return pieces;
 }
 
-bool IsFinLine(std::string_view s) {
-    if (Upper(s, 5) == "LCFIN") return true;
-    return s.size() > 2 && s[0] == 'L' && Trim(s.substr(2)) == "FIN";
+bool IsControl(const core::ScoreLine& line, std::string_view keyword) {
+    const auto control = core::ControlOf(line);
+    return control && control->keyword == keyword;
+}
+
+bool IsFinLine(const core::ScoreLine& line) {
+    if (IsControl(line, "FIN")) return true;
+    return line.startsWith("L") && core::Trim(core::LineText(line)) == "FIN";
+}
+
+std::optional<double> TempoOfFolded(const core::ScoreLine& line) {
+    if (!core::IsTempoLine(core::UpperAscii(line.text()))) return std::nullopt;
+    core::ScoreLine upper = line;
+    upper.setField(1, "TEMPO");
+    return core::TempoOf(upper);
 }
 
 double RowScaleFor(double r) {
@@ -49,9 +78,7 @@ LayoutResult RefreshView(const core::ScoreSheet& sheet, const LayoutOptions& opt
 
 PageWalk::PageWalk(const core::ScoreSheet& sheet, const LayoutOptions& options,
                    LayoutResult& out)
-    : m_sheet(sheet), m_opt(options), m_out(out) {
-    for (auto& s : m_padded) s.reserve(40);
-}
+    : m_sheet(sheet), m_opt(options), m_out(out), m_blank(core::Scratch("")) {}
 
 void PageWalk::run() {
     LastLine = std::clamp(m_sheet.LastLine, 0, core::MaxLines);
@@ -71,7 +98,11 @@ void PageWalk::run() {
                                              : picWidth / ZoomFactor / ScreenUnit;
     FillLimit = m_opt.ViewMode == 0 ? 1.0 : 0.9;
     Passes = m_opt.ViewMode == 0 ? 2 : 1;
-    m_dxf.setEnabled(m_opt.DxfEnabled);
+    m_out.list.dxf.enabled = m_opt.DxfEnabled;
+    m_out.list.dxf.title = m_opt.ScoreFileName;
+    m_lines.resize(static_cast<std::size_t>(LastLine) + 1);
+    for (int i = 0; i <= LastLine; ++i)
+        m_lines[static_cast<std::size_t>(i)] = core::ScoreLine(core::Scratch(m_sheet[i].text()));
     m_out.RowRatios.assign(201, 0.0);
     // About eight items a line: growing the list item by item would copy it many times.
     m_out.list.items.reserve(static_cast<std::size_t>(LastLine) * 8 + 64);
@@ -90,7 +121,7 @@ void PageWalk::run() {
     m_currentLine = 0;
     descriptionLines();
     m_out.staffEnd = PageWidthUnits;
-    m_out.dxf = m_dxf.contents();
+    m_out.dxf = WriteDxf(m_out.list);
     m_out.rows = RowIndex;
     m_out.PageWidthUnits = PageWidthUnits;
     m_out.ZoomFactor = ZoomFactor;
@@ -109,9 +140,9 @@ void PageWalk::run() {
 void PageWalk::descriptionLines() {
     double y = 2;
     for (const std::string& piece : DescriptionPieces(m_opt.Description)) {
-        if (!Trim(piece).empty()) {
+        if (!core::Trim(piece).empty()) {
             text(0, (PageWidthUnits + m_opt.RightMargin) / 2, y,
-                 core::Cp1256ToUtf8(Trim(piece)), 0.5, OnScreen);
+                 core::Cp1256ToUtf8(core::Trim(piece)), 0.5, OnScreen);
             m_out.list.items.back().centred = true;
             m_out.list.items.back().row = 0; // the title block stands above every row
         }
@@ -119,32 +150,19 @@ void PageWalk::descriptionLines() {
     }
 }
 
-std::string_view PageWalk::line(int i) const {
-    auto& buf = const_cast<std::string&>(m_padded[m_padSlot]);
-    m_padSlot ^= 1;
-    buf.clear();
-    if (i >= 0 && i <= LastLine) buf = m_sheet[i].text().substr(0, core::RecordLength);
-    buf.resize(core::RecordLength, ' ');
-    return buf;
+const core::ScoreLine& PageWalk::line(int i) const {
+    if (i < 0 || i >= static_cast<int>(m_lines.size())) return m_blank;
+    return m_lines[static_cast<std::size_t>(i)];
 }
 
 // A barline record draws nothing in page view, so the look-ahead passes over it.
 int PageWalk::nextIndex(int i) const {
     int k = i + 1;
     while (k <= LastLine) {
-        const std::string& t = m_sheet[k].text();
-        if (!(t.size() >= 5 && t[0] == '0' && t.compare(2, 3, " -1") == 0)) break;
+        if (core::ClassifyLine(line(k).text(), k) != core::LineKind::BarLine) break;
         ++k;
     }
     return k;
-}
-
-int PageWalk::ticksOf(int i) const {
-    const RhythmFields f = SplitRhythm(line(i));
-    if (f.numerator.empty() || f.denominator.empty()) return 0;
-    const double num = Val(f.numerator), den = Val(f.denominator);
-    if (num == 0 || den == 0) return 0;
-    return static_cast<int>(std::floor(num / den * 32));
 }
 
 void PageWalk::takeRowScale() {
@@ -168,8 +186,9 @@ void PageWalk::storeRowRatio() {
 // Line 2: the row start and the tempo mark, as the stored tempo asks. A value of -2 draws
 // nothing, -5 the row start alone; a tempo of 0 or 5 draws no row start.
 void PageWalk::headerTempo() {
-    const bool tempoLine = Upper(line(2), 5) == "TEMPO";
-    const double v = tempoLine ? Val(line(2).substr(5, 4)) : m_opt.StoredTempo;
+    const std::optional<double> tempo = TempoOfFolded(line(2));
+    const bool tempoLine = tempo.has_value();
+    const double v = tempo.value_or(m_opt.StoredTempo);
     ActiveTempo = v != 0 ? std::abs(v) : 60;
     const double scale = RowScale;
     RowScale = 1;
@@ -177,7 +196,7 @@ void PageWalk::headerTempo() {
     if (tempoLine && v < 0 && v != -2) StartStaffRow();
     RowScale = scale;
     DxfLayer = "2";
-    PenX += 0.8 * RowScale;
+    PenX += kHeaderGap * RowScale;
     if (tempoLine && v != -2 && v != -5) {
         const double keep = PenX;
         DxfLayer = "3";
@@ -192,15 +211,14 @@ void PageWalk::startOfPass() {
     MeasureNumber = 0;
     DxfBaseY = 0;
     StaffBaseY = TopMargin;
-    m_dxf.begin(PageWidthUnits, m_opt.ScoreFileName);
+    m_out.list.dxf.titleX = PageWidthUnits / 2 - 6;
     RowIndex = 1;
     if (RenderPass == 1) m_out.RowRatios[1] = 1;
     takeRowScale();
     PenX = LeftMargin;
     GlyphY = 0;
-    const std::string_view header = line(1);
-    for (int step = 1; step <= 7; ++step) KeySignature[step] = header[step - 1];
-    ClefLetter = header[7] == 'F' ? 'F' : 'G';
+    KeySignature = core::HeaderKeyLetters(line(1));
+    ClefLetter = core::HeaderClef(line(1));
     DxfLayer = "1";
     Beam.clear();
     GroupOpen = false;
@@ -212,15 +230,15 @@ void PageWalk::startOfPass() {
     MeasureNumberScale = 1;
 
     MeasureTicks = 0;
-    if (core::IsRhythmLine(Upper(line(3), 6))) {
-        MeasureTicks = ticksOf(3);
+    if (core::IsRhythmLine(core::UpperAscii(line(3).text()))) {
+        MeasureTicks = core::MeasureTicksOfLine(line(3));
         drawTimeSignature(3);
     }
     if (m_opt.ViewMode == 1) {
-        setPos(3, PenX, StaffBaseY - 6.5);
-        glyph(3, PenX, StaffBaseY - 6.5, "0");
+        setPos(3, PenX, StaffBaseY - kMarkLineDrop);
+        glyph(3, PenX, StaffBaseY - kMarkLineDrop, "0");
     }
-    placeMeasureLabel(1, PenX - 1.2, StaffBaseY - 6.5, true);
+    placeMeasureLabel(1, PenX - kFirstNumberLead, StaffBaseY - kMarkLineDrop, true);
     MeasureFill = 0;
     MeasureNumber = 0;
     BarStartX = 0;
@@ -274,51 +292,49 @@ void PageWalk::runPass() {
         }
     }
     for (int i = 4; i <= LastLine; ++i) {
-        if (line(i).substr(0, 3) == "END") break;
+        if (line(i).startsWith("END")) break;
         walkLine(i);
     }
     DrawBeamGroup();
     DxfLayer = "3";
     PenX -= 1;
-    m_dxf.polyline(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
-    m_dxf.polyline(DxfLayer, PenX, StaffBaseY, PenX, StaffBaseY + 4);
-    m_dxf.end();
+    dxfPolyline(DxfLayer, PenX, DxfBaseY, PenX, DxfBaseY + 4);
+    dxfPolyline(DxfLayer, PenX, StaffBaseY, PenX, StaffBaseY + 4);
 }
 
 void PageWalk::walkLine(int i) {
     m_currentLine = i;
     m_out.positions.LinePosX[i] = -1;
-    const std::string s(line(i));
+    const core::ScoreLine& l = line(i);
     takeRowScale();
-    const std::string up = Upper(s, 6);
-    if (s.starts_with("REP{")) {
+    if (l.startsWith("REP{")) {
         DxfLayer = "3";
-        glyph(i, PenX - 0.2 * RowScale - 2, StaffBaseY - 5.5, "]");
+        glyph(i, PenX - kRepeatStartLead * RowScale - 2, StaffBaseY - kBarGlyphDrop, "]");
         setPos(i, PenX, StaffBaseY);
-        PenX += 2 * RowScale;
+        PenX += kRepeatStartAdvance * RowScale;
     }
-    if (!s.starts_with("REP{") && !s.starts_with("REP}")) {
-        if (up.starts_with("TEMPO")) {
+    if (!l.startsWith("REP{") && !l.startsWith("REP}")) {
+        if (TempoOfFolded(l)) {
             DxfLayer = "3";
             const double keep = PenX;
             tempoMark(i);
             PenX = keep;
-        } else if (core::IsRhythmLine(up)) {
-            MeasureTicks = ticksOf(i);
+        } else if (core::IsRhythmLine(core::UpperAscii(l.text()))) {
+            MeasureTicks = core::MeasureTicksOfLine(l);
             RhythmLine = i;
             drawTimeSignature(i);
             takeRowScale();
         }
         ChordX = PenX;
-        ChordY = GlyphY + 6.5;
+        ChordY = GlyphY + kChordDrop;
         // "LC" lines fold to upper case, so "Lc" is a control line as well.
-        const core::LineKind kind =
-            up.starts_with("LC") ? core::LineKind::ControlLine : core::ClassifyLine(s, i);
+        const core::LineKind kind = core::ControlOf(l) ? core::LineKind::ControlLine
+                                                       : core::ClassifyLine(l.text(), i);
         switch (kind) {
         case core::LineKind::SpacerLine:
             if (m_opt.ViewMode == 1) {
-                glyph(i, PenX + 2.5 * RowScale, StaffBaseY - 6.5, "/");
-                PenX += 4.5 * RowScale;
+                glyph(i, PenX + kSpacerMarkX * RowScale, StaffBaseY - kMarkLineDrop, "/");
+                PenX += kSpacerMarkAdvance * RowScale;
             } else {
                 PenX += RowScale;
                 StemDir = StemDirection::Blank;
@@ -337,31 +353,33 @@ void PageWalk::walkLine(int i) {
 }
 
 void PageWalk::controlLine(int i) {
-    const std::string_view s = line(i);
-    const std::string key = Upper(s.substr(2), 4);
-    const double v = Val(s.substr(6, 4));
-    if (key == "TFS=" && v > 0 && v <= 2) TextFontScale = v;
-    if (key == "MFS=" && v > 0 && v <= 2) MeasureNumberScale = v;
-    if (key == "FON=") {
-        const std::string_view name = Trim(s.substr(6));
-        TextFontName = Trim(s.substr(6, 22)).empty() ? m_opt.TextFontName
-                                                       : core::Cp1256ToUtf8(name);
+    const auto control = core::ControlOf(line(i));
+    if (!control) return;
+    // The keyword counts only with its "=" in column 6.
+    const std::string head = core::UpperAscii(core::LineText(line(i)));
+    const auto is = [&](std::string_view key) { return head.starts_with(key); };
+    const double v = control->number(4);
+    if (is("TFS=") && v > 0 && v <= 2) TextFontScale = v;
+    if (is("MFS=") && v > 0 && v <= 2) MeasureNumberScale = v;
+    if (is("FON=")) {
+        const std::string_view name = core::Trim(control->text);
+        TextFontName = name.empty() ? m_opt.TextFontName : core::Cp1256ToUtf8(name);
     }
-    if (key == "LFT=" && v >= 0 && v <= 90) {
+    if (is("LFT=") && v >= 0 && v <= 90) {
         LeftMargin = v == 0 ? 3 : v * PicWidthUnits / 100; // a percentage of the picture
     }
-    if (key == "TOP=") {
+    if (is("TOP=")) {
         if (v == 0) TopMargin = 26;
         if (v > 0 && v <= 100) TopMargin = v;
     }
-    if (key == "DBL=") {
+    if (is("DBL=")) {
         if (v == 0) StaffGap = 14;
         if (v > 0 && v <= 100) StaffGap = v;
     }
     if (m_opt.ViewMode == 1) {
-        glyph(i, PenX, StaffBaseY - 7.5, "C");
+        glyph(i, PenX, StaffBaseY - kControlMarkDrop, "C");
         setPos(i, PenX, StaffBaseY);
-        PenX += 1.5 * RowScale;
+        PenX += kControlMarkAdvance * RowScale;
     }
 }
 

@@ -5,21 +5,39 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "render/dxf_writer.h"
+#include "core/line_view.h"
 #include "render/page_layout.h"
 
 namespace tahrir::render {
 
 // A line that ends the piece: "LCFIN" or a text line reading "FIN".
-bool IsFinLine(std::string_view s);
+bool IsFinLine(const core::ScoreLine& line);
+// The tempo of a "TEMPO" line by the one number rule; the keyword is folded to upper case
+// first, so "tempo 90" is a tempo line as well. nullopt for any other line.
+std::optional<double> TempoOfFolded(const core::ScoreLine& line);
+// True for an "LC" line (folded to upper case) whose keyword is `keyword`.
+bool IsControl(const core::ScoreLine& line, std::string_view keyword);
+
+// Extra group codes of a DXF text: width factor, oblique angle, rotation.
+struct DxfGroups {
+    double widthFactor = 0;
+    std::optional<double> oblique, angle;
+};
 // The description cut at each line feed, carriage returns dropped.
 std::vector<std::string> DescriptionPieces(std::string_view text);
 
 enum class StemDirection { Blank, Up, Down };
+
+// Staff positions count from the bottom line (Mi of octave 3) in steps of half a unit.
+inline constexpr int kBottomLine = 24;
+inline int StaffPosition(int step, int octave) { return step + 7 * octave - kBottomLine; }
+// Heads, rests, dots and accidentals are written at this height in the DXF drawing.
+inline constexpr double kDxfHeadHeight = 2.0;
 
 // Shape numbers of one note value: screen glyphs, stems, advance, beam column.
 struct NoteShape {
@@ -69,16 +87,17 @@ private:
     void markRowStart();
     void liftTexts();
     void storeRowRatio();
-    int ticksOf(int i) const;
-    std::string_view line(int i) const; // padded to 32 columns, blank past LastLine
+    // Line i cut and padded to 32 columns; a blank line outside 0..LastLine.
+    const core::ScoreLine& line(int i) const;
     // The next line after i that is not a barline record; LastLine + 1 when none is left.
     int nextIndex(int i) const;
 
     // note_drawing.cpp: notes, rests, accidentals, dots, ledger lines, beams
     void noteLine(int i);
-    void drawNote(int i, const NoteShape& shape, int step, int octave, bool dotted);
+    void drawNote(int i, const core::NoteView& note, const NoteShape& shape, bool dotted);
     void drawRest(int i, int ticks, bool dotted);
-    void drawGrace(int i, int step, int octave, const char* glyph);
+    // A grace note; a barline of the working view passes its mark as `caption`.
+    void drawGrace(int i, const core::NoteView& note, int step, const char* caption);
     void beamMember(const NoteShape& shape, char code);
     void addBeamMember(double x, int level);
     void DrawBeamGroup();
@@ -100,18 +119,18 @@ private:
     void drawTimeSignature(int i, bool again = false);
     void tempoMark(int i);
     void directiveLine(int i);
-    void drawVolta(int i, const std::string& s);
-    void drawLargeRepeat(int i, const std::string& s);
-    void drawOctaveLine(int i, const std::string& s);
-    void drawKeyChange(int i, const std::string& s);
-    void drawRepeatBars(int i, const std::string& s);
+    void drawVolta(int i, bool second);
+    void drawLargeRepeat(int i, bool closing);
+    void drawOctaveLine(int i, char which);
+    void drawKeyChange(int i, core::AllChange change);
+    void drawRepeatBars(int i, bool two);
     void textLine(int i);
     void chordSymbol(int i);
-    void DrawMark(int i, int step, int octave);
+    void DrawMark(const core::NoteView& note, int step, int octave);
     void drawTie(int step, int octave);
-    void drawInterval(int i, int step, int octave, char count, char form);
-    bool tupletBracket(const std::string& mark);
-    void markGlyph(int i, const std::string& mark, int step, int octave, double noteX);
+    void drawInterval(const core::NoteView& note, int step, int octave);
+    void tupletBracket(int notes);
+    void markGlyph(const core::NoteView& note, int step, int octave, double noteX);
 
     // drawing primitives: record into the display list on the painting pass
     void glyph(int line, double x, double y, std::string text, double size = 1,
@@ -122,11 +141,16 @@ private:
     void text(int line, double x, double y, std::string utf8, double size,
               std::uint8_t target = 0);
     void setPos(int i, double x, double y);
+    // The DXF drawing: recorded on the painting pass when it is enabled.
+    bool dxfOn() const { return Paint && m_out.list.dxf.enabled; }
+    void dxfText(std::string_view layer, double x, double y, double height, std::string letter,
+                 const DxfGroups& groups = {});
+    void dxfLine(std::string_view layer, double x1, double y1, double x2, double y2);
+    void dxfPolyline(std::string_view layer, double x1, double y1, double x2, double y2);
 
     const core::ScoreSheet& m_sheet;
     const LayoutOptions& m_opt;
     LayoutResult& m_out;
-    DxfWriter m_dxf;
     // The measuring pass's row decisions in order; the drawing pass takes them over, since
     // the fixed row head does not scale and would shift its own.
     std::vector<bool> m_rowDecisions;
@@ -136,8 +160,8 @@ private:
     // that keeps it inside the staff end.
     std::vector<double> m_rowStart, m_rowRight, m_rowFit;
     int m_currentLine = 0; // the line the walk is on, owner of what is drawn now
-    std::string m_padded[2]; // scratch for line(): two lines may be read at once
-    mutable int m_padSlot = 0;
+    std::vector<core::ScoreLine> m_lines; // lines 0..LastLine, cut and padded to 32 columns
+    core::ScoreLine m_blank;
 
 public:
     // Walk state, named as the renderer's documentation names it.

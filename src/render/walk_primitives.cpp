@@ -133,6 +133,32 @@ void PageWalk::noteRight(const DisplayItem& item) {
         std::max(m_rowRight[static_cast<std::size_t>(RowIndex)], right);
 }
 
+void PageWalk::dxfText(std::string_view layer, double x, double y, double height,
+                       std::string letter, const DxfGroups& groups) {
+    if (!dxfOn()) return;
+    DxfEntity e;
+    e.kind = DxfKind::Text;
+    e.layer = layer;
+    e.x = x;
+    e.y = y;
+    e.height = height;
+    e.letter = std::move(letter);
+    e.widthFactor = groups.widthFactor;
+    e.oblique = groups.oblique;
+    e.angle = groups.angle;
+    m_out.list.dxf.entities.push_back(std::move(e));
+}
+
+void PageWalk::dxfLine(std::string_view layer, double x1, double y1, double x2, double y2) {
+    if (!dxfOn()) return;
+    m_out.list.dxf.entities.push_back({DxfKind::Line, layer, x1, y1, x2, y2, 0, {}, 0, {}, {}});
+}
+
+void PageWalk::dxfPolyline(std::string_view layer, double x1, double y1, double x2, double y2) {
+    if (!dxfOn()) return;
+    m_out.list.dxf.entities.push_back({DxfKind::Polyline, layer, x1, y1, x2, y2, 0, {}, 0, {}, {}});
+}
+
 void PageWalk::setPos(int i, double x, double y) {
     if (i <= 0 || i > core::MaxLines) return;
     m_out.positions.LinePosX[i] = x;

@@ -106,6 +106,10 @@ TEST(LineView, DirectiveNumbersFollowOneRule) {
     EXPECT_EQ(MeasureTicksOfLine("RHITM32/32"), 32);
     EXPECT_EQ(MeasureTicksOfLine("RHYTHM4/4"), 0) << "the payload is read from column 6";
     EXPECT_EQ(MeasureTicksOf("3/0"), 0);
+    EXPECT_EQ(RhythmTextOf("RHYTM 6 / 8").numerator, "6");
+    EXPECT_EQ(RhythmTextOf("RHYTM 6 / 8").denominator, "8");
+    EXPECT_EQ(RhythmTextOf("RHYTM12").numerator, "12");
+    EXPECT_EQ(RhythmTextOf("RHYTM12").denominator, "");
     const auto control = ControlOf("lctfs=14");
     ASSERT_TRUE(control);
     EXPECT_EQ(control->keyword, "TFS");

@@ -20,14 +20,6 @@ bool IsBarline(const DisplayItem& it) {
            std::abs(it.y2 - it.y - 4) < 1e-9;
 }
 
-TEST(RowScale, BandsKeepShortRowsFromSpreading) {
-    EXPECT_NEAR(RowScaleFor(0.4), 1 / (0.4 * 1.9), 1e-9); // about 1.32, not 2.5
-    EXPECT_NEAR(RowScaleFor(0.55), 1 / (0.55 * 1.5), 1e-9);
-    EXPECT_NEAR(RowScaleFor(0.8), 1.25, 1e-9);
-    EXPECT_NEAR(RowScaleFor(1.25), 0.8, 1e-9); // an over-full row is drawn narrower
-    for (double ratio : {2.0, 0.3, 0.0}) EXPECT_EQ(RowScaleFor(ratio), 1) << ratio;
-}
-
 TEST(Notes, HeadGlyphAndHeightFollowThePositionAndCaptionsShowDots) {
     // Si of octave 3 stands on the middle line (position 4), Do of octave 4 above it.
     const auto r = Lay(Body({"73  8", "14  8"}));
@@ -49,16 +41,6 @@ TEST(Notes, HeadGlyphAndHeightFollowThePositionAndCaptionsShowDots) {
     EXPECT_EQ(GlyphOfLine(work, 5)->text, "e.");
 }
 
-TEST(Notes, StemsInDxfByDuration) {
-    // DXF LINE entities (not the tail of "POLYLINE"); a rest fills each measure alike.
-    const auto lines = [](std::initializer_list<std::string> body) {
-        return Occurrences(Lay(Body(body), 60, 0, true).dxf, "LINE\r\n", true);
-    };
-    // The half note adds its stem; the whole note has none.
-    EXPECT_EQ(lines({"13 16", "03 16"}) - lines({"13 32"}), 1);
-    EXPECT_EQ(lines({"13  8", "03 24"}) - lines({"13 32"}), 1);
-}
-
 TEST(Notes, UnknownDurationDrawsNothingAndTakesNoTime) {
     const auto r = Lay(Body({"73 10", "73 16", "73 16"}));
     EXPECT_EQ(GlyphOfLine(r, 4), nullptr);
@@ -66,14 +48,6 @@ TEST(Notes, UnknownDurationDrawsNothingAndTakesNoTime) {
     // Only the two halves fill the measure: not over-full, one final barline.
     EXPECT_EQ(Count(r, [](auto& it) { return it.kind == ItemKind::Stroke && it.colour == kRed; }), 0);
     EXPECT_EQ(Find(r, ItemKind::Glyph, "[").size(), 1u);
-}
-
-TEST(Measures, OverFullBarlineIsRedAndExactOneBlack) {
-    const auto red = [](std::initializer_list<std::string> body) {
-        return Count(Lay(Body(body)), [](auto& it) { return IsBarline(it) && it.colour == kRed; });
-    };
-    EXPECT_EQ(red({"73 16", "73 24", "73 32"}), 1);
-    EXPECT_EQ(red({"73 16", "73 16", "73 32"}), 0);
 }
 
 TEST(Measures, NumbersStandOverBarlinesAndMoveToRowStarts) {
@@ -341,12 +315,14 @@ TEST(Beams, SubBeamsFollowTheDurationsOfTheGroup) {
     }
 }
 
-TEST(Beams, StraightWithStemsLengthenedAndSlopeLimited) {
-    // Alternating and rising groups: one straight main beam; every stem reaches it and is
-    // no shorter than a stem of its own; the beam rises at most a staff unit.
+TEST(Beams, StraightWithStemsEndingOnTheirOwnBeamAndSlopeLimited) {
+    // Alternating, rising and falling groups, and two groups side by side: every stem meets
+    // a straight beam of its own group and is no shorter than a stem of its own; a beam
+    // rises at most a staff unit.
     for (const auto& body : {std::initializer_list<std::string>{"13  2", "63  2", "13  2", "63  2"},
                              {"13  2", "33  2", "53  2", "24  2"},
-                             {"24  2", "73  2", "24  2", "73  2"}}) {
+                             {"24  2", "73  2", "24  2", "73  2"},
+                             {"73  4", "13  4", "73  4", "13  4", "73 16"}}) {
         const auto r = Lay(Body(body));
         std::vector<const DisplayItem*> stems, beams;
         for (const auto& it : r.list.items) {
@@ -356,11 +332,14 @@ TEST(Beams, StraightWithStemsLengthenedAndSlopeLimited) {
         }
         ASSERT_EQ(stems.size(), 4u);
         ASSERT_FALSE(beams.empty());
-        const DisplayItem& beam = *beams.front();
-        EXPECT_LE(std::abs(beam.y2 - beam.y), 1.0 + 1e-9);
+        for (const DisplayItem* b : beams) EXPECT_LE(std::abs(b->y2 - b->y), 1.0 + 1e-9);
         for (const DisplayItem* s : stems) {
-            const double t = (s->x + 0.02 - beam.x) / (beam.x2 - beam.x);
-            EXPECT_NEAR(s->y, beam.y + t * (beam.y2 - beam.y), 0.02) << "stem at " << s->x;
+            // The beam starts 0.02 right of an up stem (0.04 of a down one).
+            const bool meets = std::any_of(beams.begin(), beams.end(), [&](const DisplayItem* b) {
+                const double t = (s->x + 0.02 - b->x) / (b->x2 - b->x);
+                return t > -0.05 && t < 1.05 && std::abs(s->y - (b->y + t * (b->y2 - b->y))) < 0.02;
+            });
+            EXPECT_TRUE(meets) << "stem at " << s->x;
             EXPECT_GE(std::abs(s->y2 - s->y), 3.2 - 1e-9);
         }
     }
@@ -379,29 +358,12 @@ TEST(Beams, ATiedLastNoteClosesItsGroupAndStrayCodesKeepStems) {
     EXPECT_EQ(Strokes(Lay(sheet), WidthClass::Stem), 16);
 }
 
-TEST(Beams, StemsEndOnTheBeamOfTheirGroup) {
-    const auto r = Lay(Body({"73  4", "13  4", "73  4", "13  4", "73 16"}));
-    std::vector<const DisplayItem*> stems, beams;
-    for (const auto& it : r.list.items) {
-        if (it.kind != ItemKind::Stroke) continue;
-        if (it.width == WidthClass::Stem) stems.push_back(&it);
-        if (it.width == WidthClass::Beam) beams.push_back(&it);
-    }
-    ASSERT_EQ(stems.size(), 4u);
-    ASSERT_GE(beams.size(), 2u);
-    for (const DisplayItem* s : stems) {
-        const bool meets = std::any_of(beams.begin(), beams.end(), [&](const DisplayItem* b) {
-            return (std::abs(b->x - s->x) < 0.05 && std::abs(b->y - s->y) < 1e-9) ||
-                   (std::abs(b->x2 - s->x) < 0.05 && std::abs(b->y2 - s->y) < 1e-9);
-        });
-        EXPECT_TRUE(meets) << "stem at " << s->x;
-    }
-}
-
 TEST(Dxf, StreamOnlyWhenEnabledAndFlagsOnlyOnNotesThatStandAlone) {
     const auto sheet = Body({"73 32"});
     LayoutOptions o;
-    EXPECT_TRUE(RefreshView(sheet, o).dxf.empty());
+    const LayoutResult off = RefreshView(sheet, o);
+    EXPECT_TRUE(off.dxf.empty());
+    EXPECT_TRUE(off.list.dxf.entities.empty());
     o.DxfEnabled = true;
     const std::string dxf = RefreshView(sheet, o).dxf;
     EXPECT_EQ(dxf.rfind(" 0 \r\nSECTION\r\n", 0), 0u);

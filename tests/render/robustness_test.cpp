@@ -59,10 +59,17 @@ TEST(HitTargets, APointOnAHeadFindsItsLine) {
 }
 
 TEST(Measures, ElapsedSecondsSumsFullMeasuresAtTheTempo) {
-    core::ScoreSheet sheet = test::MakeSheet({"       G", "TEMPO60", "RHYTM3/4"});
-    test::Repeat(sheet, "73  8", 6);
-    // Two measures of 24 32nds: 2 x (24 / 8) x 60 / 60 seconds.
-    EXPECT_DOUBLE_EQ(test::Lay(sheet, 80).ElapsedSeconds, 6.0);
+    // Two measures of 24 32nds: 2 x (24 / 8) x 60 / tempo seconds. The tempo is read by the
+    // player's rule: blanks are skipped, the keyword folds, a hidden mark keeps its value.
+    const struct {
+        const char* tempo;
+        double seconds;
+    } cases[] = {{"TEMPO60", 6}, {"TEMPO 7 2", 5}, {"tempo120", 3}, {"TEMPO-30", 12}};
+    for (const auto& c : cases) {
+        core::ScoreSheet sheet = test::MakeSheet({"       G", c.tempo, "RHYTM3/4"});
+        test::Repeat(sheet, "73  8", 6);
+        EXPECT_DOUBLE_EQ(test::Lay(sheet, 80).ElapsedSeconds, c.seconds) << c.tempo;
+    }
 }
 
 } // namespace
