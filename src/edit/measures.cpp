@@ -43,13 +43,19 @@ void Editor::colourMeasures(int from, int to) {
         colour[static_cast<std::size_t>(m)] = m >= from && m <= to ? ColourBlue : ColourYellow;
 }
 
+void Editor::chooseMeasureRange(int start, int end) {
+    measures.StartMess = start;
+    measures.EndMess = end;
+    colourMeasures(start, end);
+}
+
 void Editor::measureDoubleClick(int measure) {
     if (m_services.auditioner && m_services.auditioner->busy()) return;
     const int m = std::clamp(measure, 1, measures.Maximum);
     measures.StartMess = measures.EndMess = m;
     colourMeasures(m, m);
     SelEnd = SelStart = 0;
-    ClipboardMarked = 0;
+    m_clipboardMarked = 0;
     recolourLines();
 }
 
@@ -85,7 +91,7 @@ void Editor::keyNextMeasure(int key) {
 }
 
 void Editor::keyRhythm(int) {
-    if (lit.test(54)) {
+    if (lit.test(Entry::Rhythm)) {
         labelDoubleClick(CurrentLine());
         return;
     }
@@ -94,7 +100,7 @@ void Editor::keyRhythm(int) {
 }
 
 void Editor::keyTempo(int) {
-    if (lit.test(55)) {
+    if (lit.test(Entry::Tempo)) {
         labelDoubleClick(CurrentLine());
         return;
     }
@@ -133,7 +139,7 @@ void Editor::tempoDialog(int line) {
         // The head tempo's hidden forms are stored by the closing step.
         RCDTxt = "TEMPO" + NumberText(v);
         labels[static_cast<std::size_t>(CurrentLine())].caption = NumberText(v);
-        KeyOutcome = static_cast<int>(v);
+        KeyOutcome = Outcome::StoreAnswer;
     } else if (line > 3) {
         DeleteLinesCommand();
     }

@@ -185,7 +185,7 @@ void Editor::labelMouseDown(int line, int /*button*/, int shift) {
 }
 
 void Editor::labelClick(int line) {
-    if (labelShown(line) && EditMode == 1) moveCursorTo(line);
+    if (labelShown(line) && editing()) moveCursorTo(line);
 }
 
 void Editor::picMouseDown(double x, double y) {
@@ -206,10 +206,9 @@ void Editor::picMouseUp() {
     band.visible = false;
     SelStart = SelEnd = 0;
     auto inside = [&](int i) {
-        const LineLabel& label = labels[static_cast<std::size_t>(i)];
-        return label.visible && label.left >= drawn.left &&
-               label.left <= drawn.left + drawn.width && label.top >= drawn.top &&
-               label.top <= drawn.top + drawn.height;
+        const auto k = static_cast<std::size_t>(i);
+        return labels[k].visible && LineX[k] >= drawn.left && LineX[k] <= drawn.left + drawn.width &&
+               LineY[k] >= drawn.top && LineY[k] <= drawn.top + drawn.height;
     };
     for (int i = 1; i <= LastLine() && SelStart == 0; ++i)
         if (inside(i)) SelStart = i;
@@ -218,9 +217,9 @@ void Editor::picMouseUp() {
     recolourLines();
     if (SelEnd <= 0) return;
     if (SelStart < 5) SelStart = 5;
-    lit.set(68);
-    lit.set(69);
-    lit.reset(70);
+    lit.set(Entry::Cut);
+    lit.set(Entry::Copy);
+    lit.reset(Entry::Paste);
     const auto& measureOf = m_facts.lineMeasure;
     const auto first = static_cast<std::size_t>(SelStart), last = static_cast<std::size_t>(SelEnd);
     if (last < measureOf.size() && first <= last && measureOf[first] > 0)

@@ -40,12 +40,6 @@ constexpr StepRow kStepRows[] = {
 
 constexpr std::string_view kDurationByDigit[] = {" 32", "  1", "  2", "  3", "  4",
                                                  "  6", "  8", " 12", " 16", " 24"};
-constexpr std::string_view kAccidentalKeys = "DBSKN";
-
-// Palette entry of an accidental letter: 12 for "D" to 16 for "N".
-int AccidentalEntry(char letter) {
-    return 12 + static_cast<int>(kAccidentalKeys.find(letter));
-}
 
 } // namespace
 
@@ -58,12 +52,10 @@ void Editor::keyPitch(int key) {
     if (old > 0) {
         // The octave stays: 7 after 1 climbs six steps.
         LineY[0] -= (digit - old) * 0.5;
-        labels[0].top = LineY[0];
         pen.setField(1, std::to_string(digit));
         return;
     }
     LineY[0] = LineY[0] - 4 - digit * 0.5;
-    labels[0].top = LineY[0];
     pen.setField(1, std::to_string(digit));
     labels[0].caption = NoteCaption(pen.get(core::NoteField::DurationField));
 }
@@ -72,7 +64,6 @@ void Editor::keyRest(int) {
     core::ScoreLine& pen = PenLine();
     if (DigitAt(pen, 1) > 0) {
         LineY[0] = LineY[static_cast<std::size_t>(CurrentLine())] - 7.5;
-        labels[0].top = LineY[0];
     }
     pen.setField(1, "03");
     labels[0].caption = RestCaption(pen.get(core::NoteField::DurationField));
@@ -98,7 +89,6 @@ void Editor::keyStep(int key) {
         const int newOctave = row.setOctave ? row.octave : octave + row.octave;
         pen.setField(1, std::to_string(newStep) + std::to_string(newOctave));
         LineY[0] += row.dy;
-        labels[0].top = LineY[0];
         return;
     }
 }
@@ -145,7 +135,7 @@ void Editor::keyMeasureAccidental(int key) {
 
 // A: the same from the pen's own accidental, or takes the "ALL" line away.
 void Editor::keyAccidentalLine(int) {
-    if (lit.test(17)) {
+    if (lit.test(Entry::AccidentalLine)) {
         DeleteLinesCommand();
         return;
     }

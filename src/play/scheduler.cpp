@@ -6,6 +6,7 @@
 #include <cmath>
 #include <thread>
 
+#include "core/instrument_table.h"
 #include "core/line_kind.h"
 
 namespace tahrir::play {
@@ -381,7 +382,7 @@ bool Scheduler::controlLine(const core::ScoreLine& line) {
         if (upper == "LCINS=") {
             const int v = static_cast<int>(LeadingValue(line.field(7, 2)));
             if (v > 0 && v < 9) {
-                m_midi.setProgramIndex(*ProgramIndexOfButton(v - 1));
+                m_midi.setProgramIndex(*core::ProgramIndexOfButton(v - 1));
                 m_midi.MidiOutputOn = true;
                 m_midi.PrepareChannels();
             }

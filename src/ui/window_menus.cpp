@@ -107,7 +107,7 @@ void MainWindow::buildEditMenu() {
         const EditorKey key{item.key, item.shift};
         const bool toggle = item.key == K::Letter('E');
         connect(a, &QAction::triggered, this, [this, key, toggle] {
-            if (!toggle && m_editor->EditMode != 1) editorKey({K::Letter('E'), edit::Shift::Ctrl});
+            if (!toggle && !m_editor->state().editing()) editorKey({K::Letter('E'), edit::Shift::Ctrl});
             editorKey(key);
         });
     }
@@ -118,7 +118,7 @@ void MainWindow::buildHelpMenu() {
     QMenu* menu = menuBar()->addMenu("&Help");
     menu->setObjectName("HelpMenu");
     const auto open = [this](int tab) {
-        HelpWindow help(m_session.PaletteHints, this);
+        HelpWindow help(this);
         if (auto* tabs = help.findChild<QTabWidget*>()) tabs->setCurrentIndex(tab);
         help.exec();
     };
