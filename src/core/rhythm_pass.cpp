@@ -7,6 +7,7 @@
 
 #include "core/beam_patterns.h"
 #include "core/line_kind.h"
+#include "core/text_input.h"
 
 namespace tahrir::core {
 
@@ -19,24 +20,9 @@ constexpr int kFirstMusicLine = 4;
 // Rhythm changes seen by the pass; "RHITHM" lines leave the measure as it is.
 constexpr std::string_view kRhythmTokens[] = {"RHYTHM", "RHYTM", "RHITM"};
 
-// The leading number of a field: blanks skipped, an optional sign, digits up to the
-// first other character; 0 when there are none.
-int LeadingNumber(std::string_view text) {
-    long value = 0;
-    int sign = 1;
-    bool started = false;
-    for (char c : text) {
-        if (c == ' ') continue;
-        if (!started && (c == '-' || c == '+')) {
-            sign = c == '-' ? -1 : 1;
-            started = true;
-            continue;
-        }
-        if (c < '0' || c > '9') break;
-        started = true;
-        value = std::min(value * 10 + (c - '0'), 1000000L);
-    }
-    return static_cast<int>(sign * value);
+// The number of a field by the one number rule, held within int range.
+int FieldNumber(std::string_view text) {
+    return static_cast<int>(std::clamp(Val(text), -1e6, 1e6));
 }
 
 // "L3", "L5", "L7", "L9" in columns 8..9: the number of notes of the tuplet.
@@ -228,10 +214,10 @@ private:
 
 Measure ReadMeasure(std::string_view payload) {
     Measure measure;
-    measure.numerator = LeadingNumber(payload.substr(0, 3));
+    measure.numerator = FieldNumber(payload.substr(0, 3));
     const auto slash = payload.find('/');
     measure.denominator =
-        slash == std::string_view::npos ? 0 : LeadingNumber(payload.substr(slash + 1, 2));
+        slash == std::string_view::npos ? 0 : FieldNumber(payload.substr(slash + 1, 2));
     measure.CompoundMeasure = (measure.numerator >= 6 && measure.denominator == 8) ||
                               (measure.numerator >= 12 && measure.denominator == 16);
     if (measure.denominator == 0) return measure;

@@ -94,6 +94,17 @@ std::optional<double> LeadingNumber(std::string_view text) {
 
 double Val(std::string_view text) { return LeadingNumber(text).value_or(0); }
 
+std::string_view TrimRight(std::string_view text) {
+    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+std::string_view Trim(std::string_view text) {
+    text = TrimRight(text);
+    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+    return text;
+}
+
 std::string UpperAscii(std::string_view text) {
     std::string out(text);
     for (char& c : out)

@@ -40,5 +40,8 @@ double Val(std::string_view text);
 
 // Upper-case folding of the ASCII letters; other bytes stay.
 std::string UpperAscii(std::string_view text);
+// The text without leading and trailing blanks (spaces and tabs), or without trailing ones.
+std::string_view Trim(std::string_view text);
+std::string_view TrimRight(std::string_view text);
 
 } // namespace tahrir::core

@@ -7,7 +7,7 @@
 
 #include "core/cp1256.h"
 #include "core/line_kind.h"
-#include "core/line_payload.h"
+#include "core/line_view.h"
 #include "core/rhythm_pass.h"
 #include "musicxml/notation_table.h"
 #include "musicxml/xml_text.h"

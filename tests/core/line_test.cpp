@@ -2,6 +2,7 @@
 
 #include "core/cp1256.h"
 #include "core/line_kind.h"
+#include "core/line_view.h"
 #include "core/score_sheet.h"
 
 using namespace tahrir::core;
@@ -60,4 +61,54 @@ TEST(Cp1256, PersianRoundTrip) {
     EXPECT_EQ(Cp1256ToUtf8(Utf8ToCp1256("عنوان")), "عنوان");
     EXPECT_EQ(Utf8ToCp1256("\xff\xfe"), "??");
     EXPECT_EQ(Cp1256ToUtf8(std::string(1, '\xE1')), "ل");
+}
+
+TEST(LineView, NoteFieldsAndMarks) {
+    const NoteView note = ReadNote("23 12S C1TAB");
+    EXPECT_EQ(note.position(), 3 * 7 + 2);
+    EXPECT_EQ(note.duration(), 12);
+    EXPECT_EQ(note.accidental, Accidental::Sori);
+    EXPECT_EQ(AccidentalRowOf(note.accidental)->bendStep, 4);
+    EXPECT_EQ(note.beam, 'C');
+    EXPECT_EQ(note.mark.mark, Mark::IntervalTogether);
+    EXPECT_EQ(note.mark.number, 1);
+    EXPECT_EQ(ChordRootName(note.chordRoot), "C");
+    EXPECT_EQ(ChordKindName(note.chordKind), "m");
+    EXPECT_TRUE(ReadNote("13 -1").grace());
+    EXPECT_TRUE(ReadNote("03 -1").bar());
+    EXPECT_TRUE(ReadNote("03  8").rest());
+    EXPECT_FALSE(ReadNote("TEMPO 60").pitched);
+    EXPECT_EQ(ReadNote("13  8X").accidental, Accidental::Unknown);
+
+    const struct {
+        const char* word;
+        Mark mark;
+        int number;
+    } marks[] = {{"KM", Mark::IntervalMordent, 20}, {"L7", Mark::Tuplet, 7},
+                 {"ST", Mark::Staccato, 0},        {"3B", Mark::Finger, 3},
+                 {"8 ", Mark::PlectrumRight, 0},   {"8D", Mark::OctaveDown, 0},
+                 {"5B", Mark::Other, 0},           {"LM", Mark::Other, 0}};
+    for (const auto& m : marks) {
+        const MarkWord w = ReadMark(m.word[0], m.word[1]);
+        EXPECT_EQ(w.mark, m.mark) << m.word;
+        EXPECT_EQ(w.number, m.number) << m.word;
+    }
+    EXPECT_EQ(ChordRootName('N'), "C");
+    EXPECT_EQ(ChordRootName('Y'), "B");
+    EXPECT_FALSE(ChordRootName('M'));
+}
+
+TEST(LineView, DirectiveNumbersFollowOneRule) {
+    EXPECT_EQ(TempoOf("TEMPO 7 2"), 72);
+    EXPECT_EQ(TempoOf("TEMPO-80"), -80);
+    EXPECT_FALSE(TempoOf("RHYTM4/4"));
+    EXPECT_EQ(MeasureTicksOfLine("RHYTM6/8"), 24);
+    EXPECT_EQ(MeasureTicksOfLine("RHITM32/32"), 32);
+    EXPECT_EQ(MeasureTicksOfLine("RHYTHM4/4"), 0) << "the payload is read from column 6";
+    EXPECT_EQ(MeasureTicksOf("3/0"), 0);
+    const auto control = ControlOf("lctfs=14");
+    ASSERT_TRUE(control);
+    EXPECT_EQ(control->keyword, "TFS");
+    EXPECT_EQ(control->number(), 14);
+    EXPECT_FALSE(ControlOf("L^Ms=3"));
 }
