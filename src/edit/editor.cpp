@@ -1,10 +1,10 @@
 #include "edit/editor.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 
 #include "core/line_kind.h"
+#include "core/line_view.h"
 #include "core/rhythm_pass.h"
 #include "edit/key_codes.h"
 #include "edit/pen_caption.h"
@@ -184,15 +184,13 @@ void Editor::positionsChanged(const core::PositionTable& positions) {
 // a note sounds that note, as does the key signature written from it.
 void Editor::soundPen() {
     if (!m_services.auditioner || m_services.auditioner->busy()) return;
-    const core::ScoreLine& pen = PenLine();
-    const char stepChar = pen.at(1);
+    const core::NoteView view = core::ReadNote(PenLine());
     NoteSound note;
-    note.step = std::isdigit(static_cast<unsigned char>(stepChar)) ? stepChar - '0' : 0;
-    const char octave = pen.at(2);
-    note.octave = std::isdigit(static_cast<unsigned char>(octave)) ? octave - '0' : 0;
-    note.pitched = std::isdigit(static_cast<unsigned char>(stepChar)) ? 1 : 0;
-    note.accidental = std::string(" ") + pen.at(7) + pen.at(6);
-    note.mark = pen.field(8, 2);
+    note.step = view.step;
+    note.octave = view.octave;
+    note.pitched = view.pitched ? 1 : 0;
+    note.accidental = std::string{' ', view.beam, view.accidentalLetter};
+    note.mark = std::string{view.mark.first, view.mark.second};
     m_services.auditioner->soundNote(note);
 }
 
@@ -201,8 +199,7 @@ void Editor::memoryFull() {
 }
 
 bool Editor::penPitched() const {
-    const char c = m_doc.Sheet.PenLine().at(1);
-    return c >= '1' && c <= '9';
+    return core::ReadNote(m_doc.Sheet.PenLine()).step > 0;
 }
 
 void Editor::editorClick() {
@@ -221,7 +218,7 @@ void Editor::editorClick() {
         core::ScoreLine& line = sheet()[i];
         const core::LineKind kind = core::ClassifyLine(line.text());
         const bool directive = kind == core::LineKind::DirectiveLine;
-        if (line.size() > 7 && !directive && line.at(1) != 'L') line.setField(7, " ");
+        if (line.size() > 7 && !directive && !line.startsWith("L")) line.set(core::NoteField::BeamCode, " ");
     }
     core::RhythmPass(sheet());
     resynchronise();

@@ -2,42 +2,39 @@
 
 #include <string>
 
+#include "core/line_view.h"
 #include "edit/palette.h"
 
 namespace tahrir::edit {
 
 namespace {
 
-char At(std::string_view line, int column) {
-    const auto i = static_cast<std::size_t>(column - 1);
-    return i < line.size() ? line[i] : ' ';
+bool AnyOf(const std::array<std::string_view, 4>& words, auto&& matches) {
+    for (std::string_view w : words)
+        if (!w.empty() && matches(w)) return true;
+    return false;
 }
 
-bool FieldIs(std::string_view line, int column, std::string_view value) {
-    for (std::size_t i = 0; i < value.size(); ++i)
-        if (At(line, column + static_cast<int>(i)) != value[i]) return false;
-    return true;
-}
-
-bool IsIntervalDigit(char c) {
-    return (c >= '1' && c <= '9') || (c >= 'A' && c <= 'K');
-}
-
-// Whether entry `e` holds for `line`.
-bool Holds(const PaletteEntry& e, std::string_view line) {
+// Whether entry `e` holds for `line`. Any line is read as a note line here: a directive
+// whose columns 8 and 9 read "0 " lights the finger entry, as it always has.
+bool Holds(const PaletteEntry& e, const core::ScoreLine& line, const core::NoteView& note) {
     switch (e.lighting) {
-    case Lighting::Field:
-        for (std::string_view w : e.words)
-            if (!w.empty() && FieldIs(line, e.column, w)) return true;
-        return false;
-    case Lighting::KeyChange:
-        return FieldIs(line, 1, "ALL") && At(line, 4) >= '0' && At(line, 4) <= '7';
+    case Lighting::Starts:
+        return AnyOf(e.words, [&](std::string_view w) { return line.startsWith(w); });
+    case Lighting::Field: {
+        const std::string value = line.get(e.field);
+        return AnyOf(e.words, [&](std::string_view w) { return value == w; });
+    }
+    case Lighting::KeyChange: {
+        const auto change = core::AllChangeOf(line);
+        return change && change->digit <= 7;
+    }
     case Lighting::Interval:
-        return IsIntervalDigit(At(line, 8)) && At(line, 9) == e.words[0][0];
+        return core::IntervalSteps(note.mark.first) > 0 && note.mark.second == e.words[0][0];
     case Lighting::Finger:
-        return At(line, 8) == e.words[0][0] && At(line, 9) != 'T' && At(line, 9) != 'M';
+        return note.mark.first == e.words[0][0] && note.mark.second != 'T' && note.mark.second != 'M';
     case Lighting::Step:
-        return At(line, 1) == e.words[0][0];
+        return line.get(core::NoteField::PitchStep) == e.words[0];
     case Lighting::Always:
         return true;
     case Lighting::Clipboard:
@@ -48,23 +45,25 @@ bool Holds(const PaletteEntry& e, std::string_view line) {
 
 } // namespace
 
-LitSet ShowLineState(std::string_view line, const LitSet& before) {
+LitSet ShowLineState(std::string_view text, const LitSet& before) {
+    const core::ScoreLine line{std::string(text)};
+    const core::NoteView note = core::ReadNote(line);
     LitSet lit;
     for (int i = 0; i < PaletteEntries; ++i) {
         const PaletteEntry& e = PaletteEntryAt(i);
-        const bool on = e.lighting == Lighting::Clipboard ? before.test(static_cast<std::size_t>(i)) : Holds(e, line);
-        lit.set(static_cast<std::size_t>(i), on);
+        const auto k = static_cast<std::size_t>(i);
+        lit.set(k, e.lighting == Lighting::Clipboard ? before.test(k) : Holds(e, line, note));
     }
     // A key change in mid-score lights its accidental too.
     if (lit.test(Entry::AccidentalLine))
-        if (const int accidental = AccidentalEntry(At(line, 5)); accidental >= 0)
+        if (const int accidental = AccidentalEntry(core::AllChangeOf(line)->letter); accidental >= 0)
             lit.set(static_cast<std::size_t>(accidental));
     return lit;
 }
 
-int SyllableStep(std::string_view line) {
-    const char c = At(line, 1);
-    return c >= '1' && c <= '7' ? c - '0' : 0;
+int SyllableStep(std::string_view text) {
+    const core::NoteView note = core::ReadNote(core::ScoreLine{std::string(text)});
+    return note.step >= 1 && note.step <= 7 ? note.step : 0;
 }
 
 } // namespace tahrir::edit

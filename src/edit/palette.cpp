@@ -4,6 +4,7 @@
 
 #include <cctype>
 
+#include "core/line_view.h"
 #include "edit/editor.h"
 #include "edit/key_codes.h"
 
@@ -39,7 +40,7 @@ void Editor::keyMark(int key) {
     const int entry = FindMarkEntry(key, m_shift);
     if (entry < 0) return;
     const bool on = lit.test(static_cast<std::size_t>(entry));
-    PenLine().setField(8, on ? std::string_view("  ") : PaletteEntryAt(entry).word);
+    PenLine().set(core::NoteField::MarkCode, on ? std::string_view("  ") : PaletteEntryAt(entry).word);
     IndexStale = true;
 }
 
@@ -49,10 +50,11 @@ void Editor::keyInterval(int key) {
     const int entry = family == 'M' ? Entry::IntervalM : Entry::IntervalT;
     core::ScoreLine& pen = PenLine();
     if (!lit.test(static_cast<std::size_t>(entry))) {
-        pen.setField(8, std::string{'1', family});
+        pen.set(core::NoteField::MarkCode, std::string{'1', family});
     } else {
-        char c = pen.at(8);
-        if (c >= '1' && c <= '8' && pen.at(9) == family)
+        const core::MarkWord mark = core::ReadNote(pen).mark;
+        char c = mark.first;
+        if (c >= '1' && c <= '8' && mark.second == family)
             ++c;
         else if (c == '9')
             c = 'A';
@@ -60,8 +62,7 @@ void Editor::keyInterval(int key) {
             ++c;
         else if (c >= 'K')
             c = ' ';
-        pen.setField(8, std::string(1, c));
-        if (c == ' ') pen.setField(9, " ");
+        pen.set(core::NoteField::MarkCode, std::string{c, c == ' ' ? ' ' : mark.second});
     }
     AdvanceStep = 0;
     RCDTxt = pen.text();
@@ -75,17 +76,18 @@ void Editor::keyFinger(int key) {
     core::ScoreLine& pen = PenLine();
     const std::string plain{digit, ' '};
     if (!lit.test(static_cast<std::size_t>(entry))) {
-        pen.setField(8, plain);
+        pen.set(core::NoteField::MarkCode, plain);
     } else {
-        const char kind = static_cast<char>(std::toupper(static_cast<unsigned char>(pen.at(9))));
-        if (pen.field(8, 2) == plain)
-            pen.setField(8, std::string{digit, 'Z'});
+        const core::MarkWord mark = core::ReadNote(pen).mark;
+        const char kind = static_cast<char>(std::toupper(static_cast<unsigned char>(mark.second)));
+        if (std::string{mark.first, mark.second} == plain)
+            pen.set(core::NoteField::MarkCode, std::string{digit, 'Z'});
         else if (kind == 'Z')
-            pen.setField(8, std::string{digit, 'B'});
+            pen.set(core::NoteField::MarkCode, std::string{digit, 'B'});
         else if (kind == 'B')
-            pen.setField(8, "  ");
+            pen.set(core::NoteField::MarkCode, "  ");
         else
-            pen.setField(8, plain);
+            pen.set(core::NoteField::MarkCode, plain);
     }
     AdvanceStep = 0;
     RCDTxt = pen.text();

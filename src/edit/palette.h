@@ -5,6 +5,8 @@
 #include <array>
 #include <string_view>
 
+#include "core/score_line.h"
+
 namespace tahrir::edit {
 
 inline constexpr int PaletteEntries = 73;
@@ -32,11 +34,12 @@ enum class PaletteAction {
 
 // How an entry is lit from the line under the cursor.
 enum class Lighting {
-    Field,     // one of `words` stands at `column`
-    KeyChange, // an "ALL" line: step digit 0..7 in column 4 (its accidental lights too)
-    Interval,  // an interval digit 1..9, A..K in column 8 and the family `words[0]` in 9
-    Finger,    // the digit `words[0]` in column 8, no interval family in 9
-    Step,      // the step digit `words[0]` in column 1
+    Starts,    // the line begins with one of `words`
+    Field,     // the note field `field` holds one of `words`
+    KeyChange, // an "ALL" line of a step 0..7 (its accidental lights too)
+    Interval,  // a mark of 1..20 interval steps of the family `words[0]`
+    Finger,    // a mark of the finger `words[0]`, not of an interval family
+    Step,      // the pitch step `words[0]`
     Always,    // lit whenever the read-out runs
     Clipboard, // kept as it was: lit by cut and copy, cleared by Esc and paste
 };
@@ -52,7 +55,7 @@ struct PaletteEntry {
     std::u32string_view glyph; // music font code points (SMuFL), empty for a text entry
     std::string_view caption;  // UTF-8 caption when there is no glyph
     Lighting lighting;
-    int column;
+    core::NoteField field;
     std::array<std::string_view, 4> words;
     std::string_view hint;     // UTF-8, shown by the lit picture
     std::string_view idleHint; // shown by the idle picture when it differs from `hint`
