@@ -64,7 +64,7 @@ TEST(Cp1256, PersianRoundTrip) {
 }
 
 TEST(LineView, NoteFieldsAndMarks) {
-    const NoteView note = ReadNote("23 12S C1TAB");
+    const NoteView note = ReadNote("23 12SC1TAB");
     EXPECT_EQ(note.position(), 3 * 7 + 2);
     EXPECT_EQ(note.duration(), 12);
     EXPECT_EQ(note.accidental, Accidental::Sori);
