@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "core/instrument_table.h"
 #include "midifile/event_log.h"
 #include "midifile/microtonal_writer.h"
 #include "midifile/midi_writer.h"
@@ -38,7 +39,7 @@ std::string ExportMidi(const core::ScoreSheet& sheet, play::Player& live, const 
     if (what.kind == MidiKind::Microtonal) {
         midifile::MicrotonalPlan plan;
         plan.tempo = tempo;
-        plan.program = play::ProgramTable()[static_cast<std::size_t>(player.midi().programIndex())];
+        plan.program = core::ProgramByte(player.midi().programIndex());
         plan.koronBendMsb = 64 + controls.KoronBend.load();
         plan.soriBendMsb = 64 + controls.SoriBend.load();
         const midifile::WriteResult result =

@@ -5,10 +5,10 @@
 #include <limits>
 #include <optional>
 
+#include "app/open_score.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
-#include "core/app_folder.h"
-#include "core/load_file.h"
+#include "core/instrument_table.h"
 #include "core/page_store.h"
 #include "core/session.h"
 #include "midifile/microtonal_writer.h"
@@ -25,17 +25,13 @@ using namespace tahrir::midifile;
 std::string PlayToLog(const std::string& file, const std::optional<std::string>& appFolder,
                       std::optional<double> tempo, std::filesystem::path& folderOut,
                       MicrotonalPlan& plan) {
-    const core::AppFolderResult folder = core::PrepareAppFolder(appFolder);
-    if (!folder.error.empty()) return folder.error;
-    core::Session session;
-    core::StartSession(session, folder.folder);
-    core::PageStore store(core::PageStore::PathIn(folder.folder));
+    const app::Workspace workspace = app::StartWorkspace(appFolder);
+    if (!workspace.ok()) return workspace.error;
+    const core::Session& session = workspace.session;
+    core::PageStore store(core::PageStore::PathIn(session.AppFolder));
     core::Document doc;
-    const core::OpenResult opened = core::OpenScoreFile(doc, session, &store, file);
-    if (!opened.load.loaded()) {
-        const std::string why = opened.message ? *opened.message : "Can't read " + file;
-        return why + (why.find(file) == std::string::npos ? " (" + file + ")" : "");
-    }
+    const app::OpenedScore opened = app::OpenScore(doc, session, &store, file);
+    if (!opened.ok()) return opened.failure;
     play::Player player(nullptr);
     player.startUp();
     play::PlayControls& controls = player.controls();
@@ -46,10 +42,10 @@ std::string PlayToLog(const std::string& file, const std::optional<std::string>&
     options.EventLogFile = session.file(EventLogName);
     player.playVirtual(doc.Sheet, options);
     plan.tempo = controls.UserTempo;
-    plan.program = play::ProgramTable()[static_cast<std::size_t>(player.midi().programIndex())];
+    plan.program = core::ProgramByte(player.midi().programIndex());
     plan.koronBendMsb = 64 + controls.KoronBend;
     plan.soriBendMsb = 64 + controls.SoriBend;
-    folderOut = folder.folder;
+    folderOut = session.AppFolder;
     return {};
 }
 

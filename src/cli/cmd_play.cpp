@@ -10,12 +10,11 @@
 #include <optional>
 #include <thread>
 
+#include "app/open_score.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
 #include "core/app_folder.h"
-#include "core/load_file.h"
 #include "core/page_store.h"
-#include "core/session.h"
 #include "play/player.h"
 #include "play/rtmidi_sink.h"
 #include "play/synth_sink.h"
@@ -97,25 +96,20 @@ int RunPlay(const Argv& argv) {
     const auto settings = ReadSettings(args, error);
     if (!settings) return Fail(ExitUsage, error);
 
-    const AppFolderResult folder = PrepareAppFolder(args.value("--app-folder"));
-    if (!folder.error.empty()) return Fail(ExitIo, folder.error);
-    Session session;
-    StartSession(session, folder.folder);
-    PageStore store(PageStore::PathIn(folder.folder));
+    const app::Workspace workspace = app::StartWorkspace(args.value("--app-folder"));
+    if (!workspace.ok()) return Fail(ExitIo, workspace.error);
+    const Session& session = workspace.session;
+    PageStore store(PageStore::PathIn(session.AppFolder));
     Document doc;
-    const std::string& file = args.positional()[0];
-    const OpenResult opened = OpenScoreFile(doc, session, &store, file);
-    if (!opened.load.loaded()) {
-        const std::string why = opened.message ? *opened.message : "Can't read " + file;
-        return Fail(ExitIo, why + (why.find(file) == std::string::npos ? " (" + file + ")" : ""));
-    }
+    const app::OpenedScore opened = app::OpenScore(doc, session, &store, args.positional()[0]);
+    if (!opened.ok()) return Fail(ExitIo, opened.failure);
 
     // Buttons 8 and 9 are the wave voices: their samples sound instead of the MIDI sound.
     const int button = settings->instrument.value_or(StartInstrumentButton);
     const bool waveVoice = button >= 8;
     WaveVoices voices;
-    if (waveVoice && voices.loadSamples(folder.folder, ShippedDataFolder()) == 0)
-        return Fail(ExitIo, "Can't find the samples of the wave voices in " + folder.folder.string());
+    if (waveVoice && voices.loadSamples(session.AppFolder, ShippedDataFolder()) == 0)
+        return Fail(ExitIo, "Can't find the samples of the wave voices in " + session.AppFolder.string());
     TeeSink tee;
     RecordingSink recording;
     tee.add(&recording);

@@ -6,11 +6,10 @@
 #include <iostream>
 #include <sstream>
 
+#include "app/open_score.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
 #include "core/app_folder.h"
-#include "core/load_file.h"
-#include "core/session.h"
 #include "render/page_layout.h"
 #include "render/paged_layout.h"
 #include "render/painter_backend.h"
@@ -28,17 +27,11 @@ using namespace tahrir::render;
 // Shared with the MusicXML export.
 int LoadForDrawing(const Args& args, const std::string& file, Document& doc,
                    Session& session) {
-    const AppFolderResult folder = PrepareAppFolder(args.value("--app-folder"));
-    if (!folder.error.empty()) return Fail(ExitIo, folder.error);
-    StartSession(session, folder.folder);
-    const OpenResult opened = OpenScoreFile(doc, session, nullptr, file);
-    if (!opened.load.loaded()) {
-        const std::string why = opened.message ? *opened.message
-                                : opened.load.message.empty() ? "Can't read " + file
-                                                              : opened.load.message;
-        return Fail(ExitIo, why + (why.find(file) == std::string::npos ? " (" + file + ")" : ""));
-    }
-    return ExitOk;
+    app::Workspace workspace = app::StartWorkspace(args.value("--app-folder"));
+    if (!workspace.ok()) return Fail(ExitIo, workspace.error);
+    session = std::move(workspace.session);
+    const app::OpenedScore opened = app::OpenScore(doc, session, nullptr, file);
+    return opened.ok() ? ExitOk : Fail(ExitIo, opened.failure);
 }
 
 namespace {

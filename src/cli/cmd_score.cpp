@@ -5,6 +5,7 @@
 #include <optional>
 #include <sstream>
 
+#include "app/open_score.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
@@ -86,26 +87,19 @@ struct CliSession {
 
 CliSession OpenSession(const Args& args) {
     CliSession s;
-    const AppFolderResult folder = PrepareAppFolder(args.value("--app-folder"));
-    if (!folder.error.empty()) {
-        s.error = folder.error;
-        return s;
-    }
-    StartSession(s.session, folder.folder);
-    s.store.emplace(PageStore::PathIn(folder.folder));
+    app::Workspace workspace = app::StartWorkspace(args.value("--app-folder"));
+    s.error = workspace.error;
+    if (!workspace.ok()) return s;
+    s.session = std::move(workspace.session);
+    s.store.emplace(PageStore::PathIn(s.session.AppFolder));
     return s;
 }
 
 // Loads FILE as the open command does; 0 on success, else the exit code (message printed).
 int LoadScore(CliSession& s, const std::string& file, Document& doc) {
-    const OpenResult opened = OpenScoreFile(doc, s.session, &*s.store, file);
-    if (!opened.load.loaded()) {
-        const std::string why = opened.message ? *opened.message
-                                : opened.load.message.empty() ? "Can't read " + file
-                                                              : opened.load.message;
-        return Fail(ExitIo, why + (why.find(file) == std::string::npos ? " (" + file + ")" : ""));
-    }
-    if (!opened.load.storeError.empty()) Fail(ExitOk, "warning: " + opened.load.storeError);
+    const app::OpenedScore opened = app::OpenScore(doc, s.session, &*s.store, file);
+    if (!opened.ok()) return Fail(ExitIo, opened.failure);
+    if (!opened.result.load.storeError.empty()) Fail(ExitOk, "warning: " + opened.result.load.storeError);
     return ExitOk;
 }
 

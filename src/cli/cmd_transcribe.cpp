@@ -6,6 +6,7 @@
 #include <iostream>
 #include <string_view>
 
+#include "app/open_score.h"
 #include "app/recording_work.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
@@ -134,11 +135,8 @@ bool WriteNoteList(const std::string& file, const std::vector<NoteRecord>& notes
 int OpenTarget(const TranscribeRequest& r, const core::Session& session, core::PageStore& store,
                core::Document& doc) {
     if (r.into) {
-        const core::OpenResult opened = core::OpenScoreFile(doc, session, &store, *r.into);
-        if (opened.load.loaded()) return ExitOk;
-        const std::string why = opened.message ? *opened.message : opened.load.message;
-        if (why.empty()) return Fail(ExitIo, "Can't read " + *r.into);
-        return Fail(ExitIo, why.find(*r.into) == std::string::npos ? why + " (" + *r.into + ")" : why);
+        const app::OpenedScore opened = app::OpenScore(doc, session, &store, *r.into);
+        return opened.ok() ? ExitOk : Fail(ExitIo, opened.failure);
     }
     FixedAnswers answers(core::NumberText(r.tempo.value_or(60)));
     core::NewImage(doc, answers, &store);
@@ -206,13 +204,12 @@ int RunTranscribe(const Argv& argv) {
 
     const auto bytes = ReadWaveBytes(r.wave);
     if (!bytes) return Fail(ExitIo, "Can't read " + r.wave);
-    const core::AppFolderResult folder = core::PrepareAppFolder(args.value("--app-folder"));
-    if (!folder.error.empty()) return Fail(ExitIo, folder.error);
-    core::Session session;
-    core::StartSession(session, folder.folder);
-    core::PageStore store(core::PageStore::PathIn(folder.folder));
+    const app::Workspace workspace = app::StartWorkspace(args.value("--app-folder"));
+    if (!workspace.ok()) return Fail(ExitIo, workspace.error);
+    const std::filesystem::path& folder = workspace.session.AppFolder;
+    core::PageStore store(core::PageStore::PathIn(folder));
     core::Document doc;
-    if (const int code = OpenTarget(r, session, store, doc); code != ExitOk) return code;
+    if (const int code = OpenTarget(r, workspace.session, store, doc); code != ExitOk) return code;
 
     core::ScoreSheet& sheet = doc.Sheet;
     sheet.CurrentLine = std::max(r.at, 4);
@@ -229,7 +226,7 @@ int RunTranscribe(const Argv& argv) {
             code != ExitOk)
             return code;
         if (r.passes.Silent && !tracked.notes.empty()) tracked.shift = tracked.notes.front().start;
-    } else if (const int code = ClassicNotes(r, wave, folder.folder, tracked); code != ExitOk) {
+    } else if (const int code = ClassicNotes(r, wave, folder, tracked); code != ExitOk) {
         return code;
     }
 

@@ -8,17 +8,15 @@
 #include <sstream>
 
 #include "app/audition.h"
+#include "app/open_score.h"
 #include "app/render_layout.h"
 #include "cli/cli_args.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
-#include "core/app_folder.h"
 #include "core/cp1256.h"
 #include "core/line_kind.h"
-#include "core/load_file.h"
 #include "core/page_store.h"
 #include "core/score_writer.h"
-#include "core/session.h"
 #include "edit/editor.h"
 #include "edit/file_undo_pages.h"
 #include "edit/key_codes.h"
@@ -111,10 +109,10 @@ std::optional<int> Number(const std::string& text) {
 }
 
 void Band(Editor& editor, int from, int to) {
-    const auto& a = editor.labels[static_cast<std::size_t>(from)];
-    const auto& b = editor.labels[static_cast<std::size_t>(to)];
-    editor.picMouseDown(a.left, a.top);
-    editor.picMouseMove(b.left, b.top, true);
+    const edit::EditorState& s = editor.state();
+    const auto a = static_cast<std::size_t>(from), b = static_cast<std::size_t>(to);
+    editor.picMouseDown(s.LineX[a], s.LineY[a]);
+    editor.picMouseMove(s.LineX[b], s.LineY[b], true);
     editor.picMouseUp();
 }
 
@@ -186,13 +184,13 @@ void PrintState(Editor& editor, const AnswerHost& host, const RecordingAuditione
     const core::Document& doc = editor.document();
     std::ostringstream out;
     out << "{\"currentLine\": " << doc.Sheet.CurrentLine << ", \"lastLine\": " << doc.Sheet.LastLine
-        << ", \"selStart\": " << editor.SelStart << ", \"selEnd\": " << editor.SelEnd
+        << ", \"selStart\": " << editor.state().SelStart << ", \"selEnd\": " << editor.state().SelEnd
         << ", \"undoIndex\": " << doc.UndoIndex << ", \"undoTop\": " << doc.UndoTop
         << ", \"pen\": " << JsonString(core::Cp1256ToUtf8(doc.Sheet.PenLine().text()))
         << ", \"lit\": [";
     bool first = true;
-    for (int i = 0; i < edit::PaletteSize; ++i) {
-        if (!editor.lit.test(static_cast<std::size_t>(i))) continue;
+    for (int i = 0; i < edit::PaletteEntries; ++i) {
+        if (!editor.state().lit.test(static_cast<std::size_t>(i))) continue;
         out << (first ? "" : ", ") << i;
         first = false;
     }
@@ -227,27 +225,21 @@ int RunType(const Argv& argv) {
     const std::string answers = args.value("--answers").value_or("");
     AnswerHost host(answers.empty() ? std::vector<std::string>() : Split(answers, '|'));
 
-    const core::AppFolderResult folder = core::PrepareAppFolder(args.value("--app-folder"));
-    if (!folder.error.empty()) return Fail(ExitIo, folder.error);
-    core::Session session;
-    core::StartSession(session, folder.folder);
-    core::PageStore store(core::PageStore::PathIn(folder.folder));
+    const app::Workspace workspace = app::StartWorkspace(args.value("--app-folder"));
+    if (!workspace.ok()) return Fail(ExitIo, workspace.error);
+    const std::filesystem::path& folder = workspace.session.AppFolder;
+    core::PageStore store(core::PageStore::PathIn(folder));
     core::Document doc;
-    const std::string file = args.positional()[0];
-    const core::OpenResult opened = core::OpenScoreFile(doc, session, &store, file);
-    if (!opened.load.loaded()) {
-        const std::string why = opened.message ? *opened.message : opened.load.message;
-        if (why.empty()) return Fail(ExitIo, "Can't read " + file);
-        return Fail(ExitIo, why.find(file) == std::string::npos ? why + " (" + file + ")" : why);
-    }
+    const app::OpenedScore opened = app::OpenScore(doc, workspace.session, &store, args.positional()[0]);
+    if (!opened.ok()) return Fail(ExitIo, opened.failure);
 
     app::RenderLayout layout;
     RecordingAuditioner audio;
     edit::MemoryClipboard clipboard;
-    edit::FileUndoPages pages(core::PageStore::PathIn(folder.folder));
-    Editor editor(doc, {&layout, &audio, &clipboard, &host, &pages}, folder.folder);
+    edit::FileUndoPages pages(core::PageStore::PathIn(folder));
+    Editor editor(doc, {&layout, &audio, &clipboard, &host, &pages}, folder);
     // The live tempo bar starts at 20 and follows a score tempo above 20, as at start-up.
-    editor.LiveTempo = doc.TempoSlider > 0 ? std::clamp(doc.TempoSlider, 20, 320) : 20;
+    editor.setLiveTempo(doc.TempoSlider > 0 ? std::clamp(doc.TempoSlider, 20, 320) : 20);
     editor.documentReplaced();
     editor.editorClick();
     for (const Action& action : actions)

@@ -1,36 +1,26 @@
 #pragma once
 // One open score and the session it lives in. State lives here, not in globals.
 
-#include <array>
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/score_sheet.h"
-#include "core/session_tables.h"
 
 namespace tahrir::core {
 
 // Which generation of the file format a score was read from.
 enum class Generation { Sv5, Marker, Oldest };
 
+// The font of text lines until a score or the user names another.
+inline constexpr std::string_view DefaultTextFontName = "Arabic Transparent";
+
 // The program's settings and data folder for one run.
 struct Session {
     std::filesystem::path AppFolder; // root of every data file
-    std::string TextFontName = "Arabic Transparent";
+    std::string TextFontName{DefaultTextFontName};
     long long CalibrationValue = 80000000;
-    double InitialTempo = 60;
-    double LeftMargin = 3;
-    double RightMargin = 4;
-    double StaffSpacing = 45;
-    double TopMargin = 26;
-    std::string InstrumentMode = "Flute";
     std::string MusicFontFile = "fonts/bravura.otf"; // relative to AppFolder
-
-    // Filled by StartSession (session.h).
-    std::vector<Instrument> InsList;
-    std::array<std::string_view, PaletteHintCount> PaletteHints{};
 
     // AppFolder plus a file name such as "tmp.ctz".
     std::filesystem::path file(const std::string& name) const { return AppFolder / name; }
@@ -51,7 +41,6 @@ struct Document {
     int UndoTop = 0;
     // The tempo slider after a load: set only for a tempo above 20, 0 when untouched.
     int TempoSlider = 0;
-    double TempoMarkerTop = 0;
 };
 
 } // namespace tahrir::core

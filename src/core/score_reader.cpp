@@ -73,10 +73,7 @@ void TakeTempo(Document& doc) {
     doc.CurrentTempo = tempo;
     doc.PlayTempo = tempo;
     doc.InitialTempo = tempo;
-    if (tempo > 20) {
-        doc.TempoSlider = static_cast<int>(tempo);
-        doc.TempoMarkerTop = 500 + tempo / 300 * 2150;
-    }
+    if (tempo > 20) doc.TempoSlider = static_cast<int>(tempo);
 }
 
 bool ReadWholeFile(const std::filesystem::path& path, std::string& bytes) {
@@ -169,7 +166,6 @@ LoadResult Openp(Document& doc, const Session& session, PageStore* store) {
     fresh->PlayTempo = doc.PlayTempo;
     fresh->InitialTempo = doc.InitialTempo;
     fresh->TempoSlider = doc.TempoSlider; // the tempo state changes only with a tempo line
-    fresh->TempoMarkerTop = doc.TempoMarkerTop;
     const bool builtIn = std::filesystem::path(name) == session.file(std::string(BuiltInFileName));
     try {
         result = ParseScore(bytes, builtIn, *fresh);

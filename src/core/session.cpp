@@ -22,17 +22,9 @@ std::optional<long long> ReadCalibration(const std::filesystem::path& file) {
 
 void StartSession(Session& session, const std::filesystem::path& appFolder) {
     session.AppFolder = appFolder;
-    session.TextFontName = "Arabic Transparent";
-    const auto& instruments = InstrumentTable();
-    session.InsList.assign(instruments.begin(), instruments.end());
-    session.PaletteHints = PaletteHintTable();
+    session.TextFontName = DefaultTextFontName;
     session.CalibrationValue =
         ReadCalibration(session.file("initialize.vel")).value_or(DefaultCalibration);
-    session.InitialTempo = 60;
-    session.LeftMargin = 3;
-    session.RightMargin = 4;
-    session.StaffSpacing = 45;
-    session.TopMargin = 26;
 }
 
 } // namespace tahrir::core

@@ -1,5 +1,5 @@
 #pragma once
-// The core's part of the start sequence: data folder, tables, calibration and defaults.
+// The core's part of the start sequence: data folder, text font and calibration.
 
 #include <filesystem>
 #include <optional>
@@ -11,8 +11,8 @@ namespace tahrir::core {
 
 inline constexpr long long DefaultCalibration = 80000000;
 
-// Records the data folder, fills the instrument, chord and hint tables, reads the
-// calibration and sets the tempo and page defaults.
+// Records the data folder, sets the text font and reads the calibration. The tables a
+// session uses are constant data read where they are needed.
 void StartSession(Session& session, const std::filesystem::path& appFolder);
 
 // The one number of "initialize.vel"; nullopt when the file is missing or holds no number.

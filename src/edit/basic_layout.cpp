@@ -1,20 +1,11 @@
 #include "edit/basic_layout.h"
 
-#include <charconv>
-
 #include "core/line_kind.h"
+#include "core/line_view.h"
 
 namespace tahrir::edit {
 
 namespace {
-
-int NumberAt(std::string_view text, std::size_t from, std::size_t* end) {
-    int value = 0;
-    const char* first = text.data() + std::min(from, text.size());
-    const auto [ptr, ec] = std::from_chars(first, text.data() + text.size(), value);
-    *end = static_cast<std::size_t>(ptr - text.data());
-    return ec == std::errc() ? value : 0;
-}
 
 std::string FirstWord(std::string_view text) {
     const auto end = text.find(' ');
@@ -23,21 +14,11 @@ std::string FirstWord(std::string_view text) {
 
 } // namespace
 
-// The payload is read from column 6 whatever the spelling, as drawing does.
-int MeasureTicksOf(std::string_view line) {
-    std::size_t end = 0;
-    const int numerator = NumberAt(line, 5, &end);
-    if (numerator <= 0 || end >= line.size() || line[end] != '/') return 0;
-    const int denominator = NumberAt(line, end + 1, &end);
-    if (denominator <= 0) return 0;
-    return numerator * 32 / denominator;
-}
-
 LayoutFacts BasicLayout::relayout(const core::ScoreSheet& sheet, core::PositionTable& positions) {
     LayoutFacts facts;
     facts.lineMeasure.assign(core::SheetSize, 0);
     const int last = sheet.LastLine;
-    int ticks = last >= 3 ? MeasureTicksOf(sheet[3].text()) : 0;
+    int ticks = last >= 3 ? core::MeasureTicksOfLine(sheet[3]) : 0;
     if (last >= 3 && core::IsRhythmLine(sheet[3].text()))
         facts.rhythmWord = FirstWord(sheet[3].text());
     double x = facts.leftMargin + 2;
@@ -51,7 +32,7 @@ LayoutFacts BasicLayout::relayout(const core::ScoreSheet& sheet, core::PositionT
     for (int i = 4; i <= last; ++i) {
         const std::string& text = sheet[i].text();
         if (core::IsRhythmLine(text)) {
-            ticks = MeasureTicksOf(text);
+            ticks = core::MeasureTicksOfLine(sheet[i]);
             facts.rhythmWord = FirstWord(text);
         }
         if (x > m_rowWidth) {
@@ -63,7 +44,7 @@ LayoutFacts BasicLayout::relayout(const core::ScoreSheet& sheet, core::PositionT
         facts.lineMeasure[static_cast<std::size_t>(i)] = measure;
         x += Advance;
         if (core::ClassifyLine(text) != core::LineKind::NoteLine) continue;
-        fill += core::DurationTicks(sheet[i].field(3, 3)).value_or(0);
+        fill += core::DurationTicks(sheet[i].get(core::NoteField::DurationField)).value_or(0);
         if (ticks > 0 && fill >= ticks) {
             ++measure;
             fill = 0;

@@ -20,7 +20,4 @@ private:
     double m_rowWidth;
 };
 
-// 32nds of a measure for a rhythm word such as "RHYTM3/8"; 0 for free rhythm.
-int MeasureTicksOf(std::string_view rhythmLine);
-
 } // namespace tahrir::edit

@@ -39,13 +39,13 @@ std::optional<int> ParseCount(const std::string& text) {
 } // namespace
 
 void Editor::keyEsc(int) {
-    KeyOutcome = -1;
+    KeyOutcome = Outcome::Resynchronise;
     SelEnd = SelStart = 0;
-    ClipboardMarked = 0;
+    m_clipboardMarked = 0;
     if (m_services.clipboard) m_services.clipboard->clear();
-    lit.reset(68);
-    lit.reset(69);
-    lit.reset(70);
+    lit.reset(Entry::Cut);
+    lit.reset(Entry::Copy);
+    lit.reset(Entry::Paste);
 }
 
 void Editor::keySelectAll(int) {
@@ -56,22 +56,22 @@ void Editor::keySelectAll(int) {
 
 void Editor::keyCopy(int) {
     if (SelEnd <= 0) return;
-    ClipboardMarked = 65535;
-    CutMarked = false;
-    lit.set(70);
-    lit.reset(68);
-    lit.reset(69);
+    m_clipboardMarked = 65535;
+    m_cutMarked = false;
+    lit.set(Entry::Paste);
+    lit.reset(Entry::Cut);
+    lit.reset(Entry::Copy);
     WritePasteFile();
 }
 
 // A cut moves nothing until the paste.
 void Editor::keyCut(int) {
     if (SelEnd <= 0) return;
-    CutMarked = true;
-    ClipboardMarked = 0;
-    lit.set(70);
-    lit.reset(68);
-    lit.reset(69);
+    m_cutMarked = true;
+    m_clipboardMarked = 0;
+    lit.set(Entry::Paste);
+    lit.reset(Entry::Cut);
+    lit.reset(Entry::Copy);
 }
 
 void Editor::WritePasteFile() {
@@ -102,11 +102,11 @@ void Editor::keyPaste(int) {
         m_direct = true;
         return;
     }
-    if (!((SelEnd > 0 && CutMarked) || ClipboardMarked != 0)) {
+    if (!((SelEnd > 0 && m_cutMarked) || m_clipboardMarked != 0)) {
         const bool marker = m_services.clipboard && m_services.clipboard->text() == kPasteMarker;
-        if (!lit.test(70) && marker && externalPaste()) {
+        if (!lit.test(Entry::Paste) && marker && externalPaste()) {
             TakeSnapshot();
-            KeyOutcome = -3;
+            KeyOutcome = Outcome::FullRefresh;
         }
         return;
     }
@@ -128,16 +128,16 @@ void Editor::keyPaste(int) {
     for (int k = SelStart; k <= SelEnd; ++k)
         sheet()[cursor + (k - SelStart)] = sheet()[k];
     LastLine() += n;
-    if (CutMarked) {
+    if (m_cutMarked) {
         for (int i = SelStart; i <= LastLine() - n; ++i)
             sheet()[i] = sheet()[i + n];
-        CutMarked = false;
+        m_cutMarked = false;
         LastLine() -= n;
     }
     SelEnd = SelStart = 0;
-    lit.reset(70);
+    lit.reset(Entry::Paste);
     TakeSnapshot();
-    KeyOutcome = -3;
+    KeyOutcome = Outcome::FullRefresh;
 }
 
 // Lines from the paste file, which another run may have written.
@@ -189,14 +189,14 @@ void Editor::keyUndo(int) {
     if (m_doc.UndoIndex <= 1) return;
     m_doc.UndoIndex -= 1;
     m_doc.DirtyFlag |= restorePage(m_doc.UndoIndex);
-    KeyOutcome = -3;
+    KeyOutcome = Outcome::FullRefresh;
 }
 
 void Editor::keyRedo(int) {
     if (m_doc.UndoIndex >= m_doc.UndoTop) return;
     m_doc.UndoIndex += 1;
     m_doc.DirtyFlag |= restorePage(m_doc.UndoIndex);
-    KeyOutcome = -3;
+    KeyOutcome = Outcome::FullRefresh;
 }
 
 // ---- in-memory undo pages ----

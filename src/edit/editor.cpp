@@ -1,10 +1,10 @@
 #include "edit/editor.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 
 #include "core/line_kind.h"
+#include "core/line_view.h"
 #include "core/rhythm_pass.h"
 #include "edit/key_codes.h"
 #include "edit/pen_caption.h"
@@ -26,15 +26,17 @@ constexpr double kStaffRowHeight = 4;
 } // namespace
 
 Editor::Editor(core::Document& document, EditorServices services, std::filesystem::path appFolder)
-    : LineX(core::SheetSize, 0.0), LineY(core::SheetSize, 0.0), labels(core::SheetSize),
-      m_doc(document), m_services(services), m_appFolder(std::move(appFolder)) {
+    : m_doc(document), m_services(services), m_appFolder(std::move(appFolder)) {
+    LineX.assign(core::SheetSize, 0.0);
+    LineY.assign(core::SheetSize, 0.0);
+    labels.resize(core::SheetSize);
     labels[0].colour = ColourRed;
 }
 
 void Editor::documentReplaced() {
     SelStart = SelEnd = 0;
-    CutMarked = false;
-    ClipboardMarked = 0;
+    m_cutMarked = false;
+    m_clipboardMarked = 0;
     m_doc.UndoIndex = 0;
     TakeSnapshot(); // page 1 holds the score as opened
     m_doc.DirtyFlag = false;
@@ -51,14 +53,14 @@ void Editor::keyPress(int key, int shift) {
     }
     AdvanceStep = 1;
     m_direct = false;
-    if (EditMode != 1) {
+    if (!editing()) {
         m_shift = shift;
         runTable(shift, key);
         focus = Focus::Score;
         return;
     }
     keepCursorInView();
-    KeyOutcome = -4;
+    KeyOutcome = Outcome::PenToRecord;
     const int table =
         (shift == Shift::Shift || shift == Shift::Ctrl || shift == Shift::Alt) ? shift : 0;
     if (table == 0 && PenLine().size() < 6) PenLine().text() += "   ";
@@ -72,21 +74,20 @@ void Editor::keyPress(int key, int shift) {
 
 void Editor::closingStep() {
     switch (KeyOutcome) {
-    case -1:
+    case Outcome::Resynchronise:
         resynchronise();
         break;
-    case -3:
+    case Outcome::FullRefresh:
         relayout();
         resynchronise();
         refreshLineState();
         break;
-    case -2:
-    case -5:
+    case Outcome::StoreAnswer:
         sheet()[CurrentLine()] = core::Scratch(RCDTxt);
         labels[static_cast<std::size_t>(CurrentLine())].caption = labels[0].caption;
         CommitLineCommand();
         break;
-    default:
+    case Outcome::PenToRecord:
         RCDTxt = PenLine().text();
         break;
     }
@@ -111,14 +112,12 @@ void Editor::setPenFromLine(int line) {
     pen.visible = true;
     pen.caption = LineCaption(sheet()[line].text());
     pen.fontSize = labels[i].fontSize;
-    pen.left = labels[i].left;
-    pen.top = labels[i].top;
     pen.colour = ColourRed;
     showTextFrames();
 }
 
 void Editor::recolourLines() {
-    const int selected = EditMode == 1 ? ColourBlue : ColourYellow;
+    const int selected = editing() ? ColourBlue : ColourYellow;
     for (int i = 4; i <= LastLine(); ++i) {
         const bool in = SelEnd > 0 && i >= SelStart && i <= SelEnd;
         labels[static_cast<std::size_t>(i)].colour = in ? selected : ColourBlack;
@@ -142,8 +141,8 @@ void Editor::keepCursorInView() {
 }
 
 void Editor::relayout() {
-    m_positions.clear();
-    if (m_services.layout) m_facts = m_services.layout->relayout(sheet(), m_positions);
+    core::PositionTable positions;
+    if (m_services.layout) m_facts = m_services.layout->relayout(sheet(), positions);
     for (int i = 1; i <= core::MaxLines; ++i) {
         const auto k = static_cast<std::size_t>(i);
         LineLabel& label = labels[k];
@@ -151,13 +150,11 @@ void Editor::relayout() {
             label.visible = false;
             continue;
         }
-        LineX[k] = m_positions.LinePosX[k];
-        LineY[k] = m_positions.LinePosY[k];
+        LineX[k] = positions.LinePosX[k];
+        LineY[k] = positions.LinePosY[k];
         label.caption = LineCaption(sheet()[i].text());
         label.fontSize =
             core::IsTempoLine(sheet()[i].text()) ? ScreenFontSize / 2.2 : ScreenFontSize;
-        label.left = LineX[k];
-        label.top = LineY[k];
         label.visible = LineX[k] >= 0;
     }
     measures.Maximum = std::max(1, m_facts.measureCount);
@@ -167,23 +164,33 @@ void Editor::relayout() {
     colourMeasures(measures.StartMess, measures.EndMess);
     ScrollMax = std::max(
         1, static_cast<int>(
-               m_positions.LinePosY[static_cast<std::size_t>(std::max(LastLine(), 0))] / 10) +
+               positions.LinePosY[static_cast<std::size_t>(std::max(LastLine(), 0))] / 10) +
                1);
+}
+
+void Editor::positionsChanged(const core::PositionTable& positions) {
+    for (int i = 1; i <= LastLine(); ++i) {
+        const auto k = static_cast<std::size_t>(i);
+        LineX[k] = positions.LinePosX[k];
+        LineY[k] = positions.LinePosY[k];
+        labels[k].visible = LineX[k] >= 0;
+    }
+    const auto cur = static_cast<std::size_t>(std::clamp(CurrentLine(), 0, core::MaxLines));
+    LineX[0] = LineX[cur];
+    LineY[0] = LineY[cur];
 }
 
 // Sounds the pen, element 0 of the sheet: a directive inserted while the cursor stands on
 // a note sounds that note, as does the key signature written from it.
 void Editor::soundPen() {
     if (!m_services.auditioner || m_services.auditioner->busy()) return;
-    const core::ScoreLine& pen = PenLine();
-    const char stepChar = pen.at(1);
+    const core::NoteView view = core::ReadNote(PenLine());
     NoteSound note;
-    note.step = std::isdigit(static_cast<unsigned char>(stepChar)) ? stepChar - '0' : 0;
-    const char octave = pen.at(2);
-    note.octave = std::isdigit(static_cast<unsigned char>(octave)) ? octave - '0' : 0;
-    note.pitched = std::isdigit(static_cast<unsigned char>(stepChar)) ? 1 : 0;
-    note.accidental = std::string(" ") + pen.at(7) + pen.at(6);
-    note.mark = pen.field(8, 2);
+    note.step = view.step;
+    note.octave = view.octave;
+    note.pitched = view.pitched ? 1 : 0;
+    note.accidental = std::string{' ', view.beam, view.accidentalLetter};
+    note.mark = std::string{view.mark.first, view.mark.second};
     m_services.auditioner->soundNote(note);
 }
 
@@ -192,29 +199,26 @@ void Editor::memoryFull() {
 }
 
 bool Editor::penPitched() const {
-    const char c = m_doc.Sheet.PenLine().at(1);
-    return c >= '1' && c <= '9';
+    return core::ReadNote(m_doc.Sheet.PenLine()).step > 0;
 }
 
 void Editor::editorClick() {
-    if (EditMode == 1) {
-        EditMode = 0;
-        DescriptionVisible = false;
+    if (editing()) {
+        EditMode = Mode::Viewer;
         textFrame.visible = false;
         commandFrame.visible = false;
         labels[0].visible = false;
         recolourLines();
         return;
     }
-    EditMode = 1;
-    DescriptionVisible = true;
+    EditMode = Mode::Editor;
     if (CurrentLine() < 4 || CurrentLine() > LastLine()) CurrentLine() = 4;
     // Beam codes are written anew by the rhythm pass; line 1's column 7 is the key signature.
     for (int i = 2; i <= LastLine(); ++i) {
         core::ScoreLine& line = sheet()[i];
         const core::LineKind kind = core::ClassifyLine(line.text());
         const bool directive = kind == core::LineKind::DirectiveLine;
-        if (line.size() > 7 && !directive && line.at(1) != 'L') line.setField(7, " ");
+        if (line.size() > 7 && !directive && !line.startsWith("L")) line.set(core::NoteField::BeamCode, " ");
     }
     core::RhythmPass(sheet());
     resynchronise();
@@ -246,7 +250,7 @@ void Editor::keyMove(int key) {
         return;
     }
     IndexStale = true;
-    KeyOutcome = -1;
+    KeyOutcome = Outcome::Resynchronise;
 }
 
 // Shift or Ctrl with Up or Down: to the nearest line straight above or below the pen.
@@ -270,7 +274,7 @@ void Editor::keyRowMove(int key) {
             if (below(++line)) break;
     }
     IndexStale = true;
-    KeyOutcome = -1;
+    KeyOutcome = Outcome::Resynchronise;
 }
 
 void Editor::moveCursorTo(int line) {
@@ -279,7 +283,7 @@ void Editor::moveCursorTo(int line) {
     SelStart = SelEnd = 0;
     CurrentLine() = line;
     resynchronise();
-    if (EditMode == 1) {
+    if (editing()) {
         refreshLineState();
         focus = Focus::Score;
     }
@@ -293,9 +297,6 @@ void Editor::keyToggleRecord(int) {
 void Editor::keyShiftR(int) {
     IndexStale = true;
 }
-void Editor::keyViewCheck(int) {
-    ViewCheck = ViewCheck == 0 ? 1 : 0;
-}
 void Editor::keyEditor(int) {
     editorClick();
 }
@@ -305,7 +306,7 @@ void Editor::keyPlay(int) {
     if (!player) return;
     if (m_shift == Shift::None)
         player->playPause();
-    else if (m_shift == Shift::Shift && EditMode == 1)
+    else if (m_shift == Shift::Shift && editing())
         player->playFrom(CurrentLine());
     else
         player->playFromStart();
@@ -333,8 +334,8 @@ void Editor::keyViewerEsc(int) {
         labels[static_cast<std::size_t>(i)].colour = ColourBlack;
 }
 
+// The playback check box it once switched is not on this window; the notes still stop.
 void Editor::keyViewerP(int) {
-    ViewCheck = ViewCheck == 0 ? 1 : 0;
     if (m_services.auditioner) m_services.auditioner->stopAllNotes();
 }
 

@@ -10,58 +10,10 @@
 
 #include "core/document.h"
 #include "core/position_table.h"
-#include "edit/line_state.h"
+#include "edit/editor_state.h"
 #include "edit/services.h"
 
 namespace tahrir::edit {
-
-// Colours of labels, as the window paints them (0x00BBGGRR).
-inline constexpr int ColourBlack = 0;
-inline constexpr int ColourRed = 255;
-inline constexpr int ColourYellow = 65535;
-inline constexpr int ColourBlue = 16711680;
-
-// Font size of the score view's labels at the default zoom.
-inline constexpr double ScreenFontSize = 30;
-
-// One line's label on the score view: its glyph, colour and place in layout units.
-struct LineLabel {
-    std::string caption;
-    int colour = ColourBlack;
-    double left = 0;
-    double top = 0;
-    double fontSize = 0;
-    bool visible = false;
-};
-
-// Where the keyboard focus went when a command handed it on.
-enum class Focus { Score, TextBox, CommandBox };
-
-// The text tool and the command tool.
-struct TextFrame {
-    bool visible = false;
-    std::string text;
-    int option = -1; // OptF6 0..5, -1 for none
-};
-struct CommandFrame {
-    bool visible = false;
-    std::string text;
-    int listIndex = -1; // ListLC entry, -1 for none
-};
-
-// The range of measures to play and the colours of their labels.
-struct MeasureRange {
-    int StartMess = 1;            // VScrollStartMess value
-    int EndMess = 1;              // VScrollEndMess value
-    int Maximum = 1;              // maximum of both bars, follows the last measure
-    std::vector<int> LabelColour; // MeasLabel colours, index from 1
-};
-
-// The band drawn on the empty part of the view.
-struct Band {
-    bool visible = false;
-    double startX = 0, startY = 0, left = 0, top = 0, width = 0, height = 0;
-};
 
 // The services the editor calls; any may be left out (then nothing is drawn or sounded).
 struct EditorServices {
@@ -78,7 +30,7 @@ double KnobPosition(int tempo);
 // The palette's list of command keywords for the command tool.
 extern const std::array<const char*, 11> kCommandList;
 
-class Editor {
+class Editor : private EditorState {
 public:
     Editor(core::Document& document, EditorServices services, std::filesystem::path appFolder);
 
@@ -120,49 +72,33 @@ public:
     void linesInserted();
     void WritePasteFile();
 
-    // State shared with the window.
-    std::string RCDTxt;
-    int AdvanceStep = 1;
-    int KeyOutcome = -4;
-    bool IndexStale = false;
-    int EditMode = 0;
-    bool HelpMode = false;
-    bool RecordVisible = false;
-    bool RCDTxtVisible = false; // the raw text box, shown on text lines by RecordVisible
-    bool DescriptionVisible = false; // the score's description panel, shown while editing
-    bool SyllableVoiceOn = false;
-    int ViewCheck = 0; // the view check box that key L switches
-    int SelStart = 0;
-    int SelEnd = 0;
-    bool CutMarked = false;
-    int ClipboardMarked = 0;
-    int HintShown = -1;    // hint index shown in HpLb, -1 when hidden
-    int LineStateRuns = 0; // how often the palette read-out ran
-    int LiveTempo = 60;    // VScroll3, 20..320
-    int ScrollValue = 0, ScrollMax = 1;
-    std::string TextFontName = "Arabic Transparent";
-    Focus focus = Focus::Score;
-    LitSet lit;
-    std::vector<double> LineX, LineY;
-    std::vector<LineLabel> labels; // index 0 is the red cursor note
-    TextFrame textFrame;
-    CommandFrame commandFrame;
-    MeasureRange measures;
-    Band band;
-
-    core::Document& document() { return m_doc; }
-    core::ScoreSheet& sheet() { return m_doc.Sheet; }
-    int& CurrentLine() { return m_doc.Sheet.CurrentLine; }
-    int& LastLine() { return m_doc.Sheet.LastLine; }
-    core::ScoreLine& PenLine() { return m_doc.Sheet.PenLine(); }
-    const core::PositionTable& positions() const { return m_positions; }
+    // The state the window and the command line show.
+    const EditorState& state() const { return *this; }
+    const core::Document& document() const { return m_doc; }
     const LayoutFacts& layoutFacts() const { return m_facts; }
     std::filesystem::path pasteFile() const { return m_appFolder / "Paste.tmp"; }
+
+    // Settings the window hands over.
+    void setTextFont(std::string name) { TextFontName = std::move(name); }
+    void setLiveTempo(int tempo) { LiveTempo = tempo; }
+    void setSyllableVoice(bool on) { SyllableVoiceOn = on; }
+    // The range bars were dragged: the measures to play and their colours.
+    void chooseMeasureRange(int start, int end);
+    // The window gave the focus where `focus` asked.
+    void focusTaken() { focus = Focus::Score; }
+    // The page was laid out anew outside a command (a change of view or zoom).
+    void positionsChanged(const core::PositionTable& positions);
 
     using Handler = void (Editor::*)(int key);
 
 private:
     friend struct KeyTables;
+    friend struct EditorProbe; // tests: states no key or click reaches
+
+    core::ScoreSheet& sheet() { return m_doc.Sheet; }
+    int& CurrentLine() { return m_doc.Sheet.CurrentLine; }
+    int& LastLine() { return m_doc.Sheet.LastLine; }
+    core::ScoreLine& PenLine() { return m_doc.Sheet.PenLine(); }
 
     // Decoding and closing.
     bool runTable(int table, int key);
@@ -228,7 +164,6 @@ private:
     // Small toggles and window keys.
     void keyToggleRecord(int key);
     void keyShiftR(int key);
-    void keyViewCheck(int key);
     void keyEditor(int key);
     void keyPlay(int key);
     void keyWindow(int key);
@@ -242,8 +177,9 @@ private:
     core::Document& m_doc;
     EditorServices m_services;
     std::filesystem::path m_appFolder;
-    core::PositionTable m_positions;
     LayoutFacts m_facts;
+    bool m_cutMarked = false;    // the selection was cut: paste moves it
+    int m_clipboardMarked = 0;   // the selection was copied (its colour), 0 when not
     bool m_direct = false; // the command ends the key press without the closing step
     int m_shift = 0;       // shift state of the key being run
 };

@@ -54,7 +54,6 @@ struct KeyTables {
         {Key::NumMinus, Key::NumMinus, &E::keyNextMeasure, false},
         {L('E'), L('E'), &E::keyOpenTool, true},
         {L('H'), L('H'), &E::keyHelp, false},
-        {L('L'), L('L'), &E::keyViewCheck, false},
     };
     static constexpr KeyRow kShift[] = {
         {Key::Digit(0), Key::Digit(9), &E::keyDuration, false},
@@ -156,7 +155,7 @@ struct KeyTables {
 
 // Runs the command of the key; false when no table lists it.
 bool Editor::runTable(int shift, int key) {
-    for (const KeyRow& row : KeyTables::find(EditMode == 1, shift)) {
+    for (const KeyRow& row : KeyTables::find(editing(), shift)) {
         if (key < row.first || key > row.last) continue;
         m_direct = row.direct;
         (this->*row.run)(key);

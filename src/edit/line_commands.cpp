@@ -44,8 +44,6 @@ void Editor::CommitLineCommand() {
     LineY[at] = LineY[0];
     LineX[at] = LineX[0];
     labels[at].caption = labels[0].caption;
-    labels[at].top = labels[0].top;
-    labels[at].left = labels[0].left;
     sheet()[line] = core::ScoreLine(core::Scratch(RCDTxt));
 
     TakeSnapshot();
@@ -67,7 +65,6 @@ void Editor::CommitLineCommand() {
         LineX[grown] = m_facts.leftMargin + 1;
         LineY[grown] = LineY[at];
         labels[grown] = labels[at];
-        labels[grown].left = LineX[grown];
         sheet()[CurrentLine()] = core::ScoreLine(core::Scratch(RCDTxt));
         setPenFromLine(CurrentLine());
     }

@@ -4,13 +4,14 @@
 #include <bitset>
 #include <string_view>
 
+#include "edit/palette.h"
+
 namespace tahrir::edit {
 
-inline constexpr int PaletteSize = 73;
-using LitSet = std::bitset<PaletteSize>;
+using LitSet = std::bitset<PaletteEntries>;
 
-// Recomputes the lit keys for `line` from the keys lit before: keys 0..67 are derived from
-// the line, 58..60, 71 and 72 are always lit, 68..70 (clipboard state) are kept.
+// Recomputes the lit entries for `line` by each entry's `lighting`; the clipboard entries
+// keep their state from `before`.
 LitSet ShowLineState(std::string_view line, const LitSet& before = {});
 
 // Scale step 1..7 of a note line (the syllable to sing), 0 for anything else.

@@ -3,38 +3,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <sstream>
 
 #include "core/line_kind.h"
+#include "core/line_view.h"
+#include "core/load_file.h"
+#include "core/text_input.h"
 #include "edit/editor.h"
 #include "edit/key_codes.h"
 
 namespace tahrir::edit {
 
-namespace {
-
-// The leading number of an answer, 0 when there is none (an empty or cancelled box).
-double LeadingNumber(const std::string& text) {
-    const char* begin = text.c_str();
-    char* end = nullptr;
-    const double v = std::strtod(begin, &end);
-    return end == begin || !std::isfinite(v) ? 0 : v;
-}
-
-std::string NumberText(double v) {
-    std::ostringstream out;
-    out << v;
-    return out.str();
-}
-
-std::string Trim(const std::string& text) {
-    const auto begin = text.find_first_not_of(' ');
-    if (begin == std::string::npos) return {};
-    return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
-}
-
-} // namespace
+using core::NumberText;
 
 void Editor::colourMeasures(int from, int to) {
     auto& colour = measures.LabelColour;
@@ -43,13 +22,19 @@ void Editor::colourMeasures(int from, int to) {
         colour[static_cast<std::size_t>(m)] = m >= from && m <= to ? ColourBlue : ColourYellow;
 }
 
+void Editor::chooseMeasureRange(int start, int end) {
+    measures.StartMess = start;
+    measures.EndMess = end;
+    colourMeasures(start, end);
+}
+
 void Editor::measureDoubleClick(int measure) {
     if (m_services.auditioner && m_services.auditioner->busy()) return;
     const int m = std::clamp(measure, 1, measures.Maximum);
     measures.StartMess = measures.EndMess = m;
     colourMeasures(m, m);
     SelEnd = SelStart = 0;
-    ClipboardMarked = 0;
+    m_clipboardMarked = 0;
     recolourLines();
 }
 
@@ -85,7 +70,7 @@ void Editor::keyNextMeasure(int key) {
 }
 
 void Editor::keyRhythm(int) {
-    if (lit.test(54)) {
+    if (lit.test(Entry::Rhythm)) {
         labelDoubleClick(CurrentLine());
         return;
     }
@@ -94,7 +79,7 @@ void Editor::keyRhythm(int) {
 }
 
 void Editor::keyTempo(int) {
-    if (lit.test(55)) {
+    if (lit.test(Entry::Tempo)) {
         labelDoubleClick(CurrentLine());
         return;
     }
@@ -120,10 +105,10 @@ void Editor::labelDoubleClick(int line) {
 }
 
 void Editor::tempoDialog(int line) {
-    const std::string current = Trim(sheet()[line].field(6, 4));
+    const std::string current(core::Trim(core::DirectivePayload(sheet()[line], 4)));
     const auto answer =
         m_services.host ? m_services.host->inputBox("Tempo", current) : std::nullopt;
-    const double v = answer ? LeadingNumber(Trim(*answer)) : 0;
+    const double v = answer ? core::Val(*answer) : 0;
     const double size = std::abs(v);
     if (size >= 20 && size <= 320) {
         RCDTxt = "TEMPO" + NumberText(v);
@@ -133,14 +118,14 @@ void Editor::tempoDialog(int line) {
         // The head tempo's hidden forms are stored by the closing step.
         RCDTxt = "TEMPO" + NumberText(v);
         labels[static_cast<std::size_t>(CurrentLine())].caption = NumberText(v);
-        KeyOutcome = static_cast<int>(v);
+        KeyOutcome = Outcome::StoreAnswer;
     } else if (line > 3) {
         DeleteLinesCommand();
     }
 }
 
 void Editor::rhythmDialog(int line) {
-    const std::string current = Trim(sheet()[line].field(6, 6));
+    const std::string current(core::Trim(core::DirectivePayload(sheet()[line], 6)));
     const auto answer =
         m_services.host ? m_services.host->inputBox("RHYTM", current) : std::nullopt;
     if (answer && !answer->empty()) {
@@ -158,11 +143,10 @@ void Editor::keyTranspose(int) {
     const bool up = m_shift == Shift::Shift;
     for (int i = SelStart; i <= std::min(SelEnd, LastLine()); ++i) {
         core::ScoreLine& line = sheet()[i];
-        const char c = line.at(2);
-        const int o = c >= '0' && c <= '9' ? c - '0' : 0;
+        const int o = core::ReadNote(line).octave;
         const int moved = up && o > 1 && o < 5 ? o + 1 : !up && o > 1 ? o - 1 : o;
         if (moved == o) continue;
-        line.setField(2, std::to_string(moved));
+        line.set(core::NoteField::PitchOctave, std::to_string(moved));
         m_doc.DirtyFlag = true;
     }
 }

@@ -6,6 +6,8 @@
 #include <cmath>
 
 #include "core/line_kind.h"
+#include "core/line_view.h"
+#include "core/text_input.h"
 #include "edit/editor.h"
 #include "edit/key_codes.h"
 #include "edit/pen_caption.h"
@@ -21,28 +23,9 @@ namespace {
 constexpr std::string_view kTextHeads[] = {"L-", "L^", "L_", "Lv", "L<", "L>"};
 
 int TextOption(const core::ScoreLine& line) {
-    const std::string head = line.field(1, 2);
     for (int i = 0; i < 6; ++i)
-        if (head == kTextHeads[i]) return i;
+        if (line.startsWith(kTextHeads[i])) return i;
     return -1;
-}
-
-std::string Trim(std::string_view text) {
-    const auto begin = text.find_first_not_of(' ');
-    if (begin == std::string_view::npos) return {};
-    const auto end = text.find_last_not_of(' ');
-    return std::string(text.substr(begin, end - begin + 1));
-}
-
-std::string TrimRight(std::string_view text) {
-    const auto end = text.find_last_not_of(' ');
-    return end == std::string_view::npos ? std::string() : std::string(text.substr(0, end + 1));
-}
-
-std::string Upper(std::string text) {
-    for (char& c : text)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return text;
 }
 
 // Line breaks become blanks: a text line stays one line.
@@ -50,10 +33,6 @@ std::string OneLine(std::string text) {
     std::replace(text.begin(), text.end(), '\r', ' ');
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
-}
-
-std::string PayloadFrom3(const core::ScoreLine& line) {
-    return line.size() > 2 ? TrimRight(std::string_view(line.text()).substr(2)) : std::string();
 }
 
 } // namespace
@@ -67,19 +46,20 @@ void Editor::showTextFrames() {
     if (option >= 0) {
         RCDTxtVisible = RecordVisible;
         textFrame.visible = true;
-        textFrame.text = PayloadFrom3(line);
+        textFrame.text = core::LineText(line);
         textFrame.option = option;
         labels[0].caption = LineCaption(line.text());
         return;
     }
     if (!line.startsWith("LC")) return;
     commandFrame.visible = true;
-    commandFrame.text = PayloadFrom3(line);
+    commandFrame.text = core::LineText(line);
     commandFrame.listIndex = -1;
-    const std::string key = Upper(Trim(line.field(3, 4)));
+    // The first four characters of the text name the entry, "=" included.
+    const std::string key = core::UpperAscii(core::Trim(std::string_view(commandFrame.text).substr(0, 4)));
     if (!key.empty()) {
         for (int i = 0; i < static_cast<int>(kCommandList.size()); ++i) {
-            if (Upper(std::string(kCommandList[static_cast<std::size_t>(i)]).substr(0, 4)) == key) {
+            if (core::UpperAscii(std::string_view(kCommandList[static_cast<std::size_t>(i)]).substr(0, 4)) == key) {
                 commandFrame.listIndex = i;
                 break;
             }
@@ -141,7 +121,7 @@ void Editor::textToolApply(const std::string& text, int option) {
 
 void Editor::commandToolApply(const std::string& input) {
     std::string text = OneLine(input);
-    if (Upper(text.substr(0, 4)) == "FON=") {
+    if (core::UpperAscii(std::string_view(text).substr(0, 4)) == "FON=") {
         const auto font = m_services.host ? m_services.host->fontDialog() : std::nullopt;
         if (font) {
             text = "Fon=" + *font;
@@ -185,7 +165,7 @@ void Editor::labelMouseDown(int line, int /*button*/, int shift) {
 }
 
 void Editor::labelClick(int line) {
-    if (labelShown(line) && EditMode == 1) moveCursorTo(line);
+    if (labelShown(line) && editing()) moveCursorTo(line);
 }
 
 void Editor::picMouseDown(double x, double y) {
@@ -206,10 +186,9 @@ void Editor::picMouseUp() {
     band.visible = false;
     SelStart = SelEnd = 0;
     auto inside = [&](int i) {
-        const LineLabel& label = labels[static_cast<std::size_t>(i)];
-        return label.visible && label.left >= drawn.left &&
-               label.left <= drawn.left + drawn.width && label.top >= drawn.top &&
-               label.top <= drawn.top + drawn.height;
+        const auto k = static_cast<std::size_t>(i);
+        return labels[k].visible && LineX[k] >= drawn.left && LineX[k] <= drawn.left + drawn.width &&
+               LineY[k] >= drawn.top && LineY[k] <= drawn.top + drawn.height;
     };
     for (int i = 1; i <= LastLine() && SelStart == 0; ++i)
         if (inside(i)) SelStart = i;
@@ -218,9 +197,9 @@ void Editor::picMouseUp() {
     recolourLines();
     if (SelEnd <= 0) return;
     if (SelStart < 5) SelStart = 5;
-    lit.set(68);
-    lit.set(69);
-    lit.reset(70);
+    lit.set(Entry::Cut);
+    lit.set(Entry::Copy);
+    lit.reset(Entry::Paste);
     const auto& measureOf = m_facts.lineMeasure;
     const auto first = static_cast<std::size_t>(SelStart), last = static_cast<std::size_t>(SelEnd);
     if (last < measureOf.size() && first <= last && measureOf[first] > 0)

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/line_view.h"
 #include "edit/editor.h"
 #include "edit/key_codes.h"
 #include "edit/pen_caption.h"
@@ -9,11 +10,6 @@
 namespace tahrir::edit {
 
 namespace {
-
-int DigitAt(const core::ScoreLine& line, int column) {
-    const char c = line.at(column);
-    return c >= '0' && c <= '9' ? c - '0' : 0;
-}
 
 // One row of the staff-step table: when step and octave lie in the ranges, the new step
 // and octave are either set or moved by the given amount.
@@ -40,41 +36,33 @@ constexpr StepRow kStepRows[] = {
 
 constexpr std::string_view kDurationByDigit[] = {" 32", "  1", "  2", "  3", "  4",
                                                  "  6", "  8", " 12", " 16", " 24"};
-constexpr std::string_view kAccidentalKeys = "DBSKN";
-
-// Palette entry of an accidental letter: 12 for "D" to 16 for "N".
-int AccidentalEntry(char letter) {
-    return 12 + static_cast<int>(kAccidentalKeys.find(letter));
-}
 
 } // namespace
 
 void Editor::keyPitch(int key) {
     core::ScoreLine& pen = PenLine();
     const int digit = key - Key::D0;
-    const char octave = pen.at(2);
-    if (octave < '1' || octave > '9') pen.setField(2, "3");
-    const int old = DigitAt(pen, 1);
+    const core::NoteView note = core::ReadNote(pen);
+    if (note.octave < 1) pen.set(core::NoteField::PitchOctave, "3");
+    const int old = note.step;
     if (old > 0) {
         // The octave stays: 7 after 1 climbs six steps.
         LineY[0] -= (digit - old) * 0.5;
-        labels[0].top = LineY[0];
-        pen.setField(1, std::to_string(digit));
+        pen.set(core::NoteField::PitchStep, std::to_string(digit));
         return;
     }
     LineY[0] = LineY[0] - 4 - digit * 0.5;
-    labels[0].top = LineY[0];
-    pen.setField(1, std::to_string(digit));
+    pen.set(core::NoteField::PitchStep, std::to_string(digit));
     labels[0].caption = NoteCaption(pen.get(core::NoteField::DurationField));
 }
 
 void Editor::keyRest(int) {
     core::ScoreLine& pen = PenLine();
-    if (DigitAt(pen, 1) > 0) {
+    if (core::ReadNote(pen).step > 0) {
         LineY[0] = LineY[static_cast<std::size_t>(CurrentLine())] - 7.5;
-        labels[0].top = LineY[0];
     }
-    pen.setField(1, "03");
+    pen.set(core::NoteField::PitchStep, "0");
+    pen.set(core::NoteField::PitchOctave, "3");
     labels[0].caption = RestCaption(pen.get(core::NoteField::DurationField));
 }
 
@@ -83,22 +71,23 @@ void Editor::keyDuration(int key) {
     const std::string_view word = key == Key::Grave ? " -1" : kDurationByDigit[key - Key::D0];
     pen.set(core::NoteField::DurationField, word);
     labels[0].caption = NoteCaption(word);
-    if (pen.at(1) == '0') labels[0].caption = RestCaption(word);
+    const core::NoteView note = core::ReadNote(pen);
+    if (note.pitched && note.step == 0) labels[0].caption = RestCaption(word);
 }
 
 void Editor::keyStep(int key) {
     core::ScoreLine& pen = PenLine();
-    const int step = DigitAt(pen, 1);
-    const int octave = DigitAt(pen, 2);
+    const core::NoteView note = core::ReadNote(pen);
+    const int step = note.step, octave = note.octave;
     for (const StepRow& row : kStepRows) {
         if (row.key != key || step < row.stepMin || step > row.stepMax || octave < row.octaveMin ||
             octave > row.octaveMax)
             continue;
         const int newStep = row.setStep ? row.step : step + row.step;
         const int newOctave = row.setOctave ? row.octave : octave + row.octave;
-        pen.setField(1, std::to_string(newStep) + std::to_string(newOctave));
+        pen.set(core::NoteField::PitchStep, std::to_string(newStep));
+        pen.set(core::NoteField::PitchOctave, std::to_string(newOctave));
         LineY[0] += row.dy;
-        labels[0].top = LineY[0];
         return;
     }
 }
@@ -109,26 +98,26 @@ void Editor::keyAccidental(int key) {
     core::ScoreLine& pen = PenLine();
     const char letter = static_cast<char>(key);
     std::string& caption = labels[0].caption;
-    const bool blank = pen.at(6) == ' ';
+    const bool blank = core::ReadNote(pen).accidentalLetter == ' ';
     if (!lit.test(static_cast<std::size_t>(AccidentalEntry(letter)))) {
         const std::string glyph = AccidentalGlyph(letter);
         if (blank)
             caption = glyph + caption;
         else if (caption.size() > 1)
             caption = glyph + caption.substr(1, 2);
-        pen.setField(6, std::string(1, letter));
+        pen.set(core::NoteField::AccidentalCode, std::string(1, letter));
         return;
     }
     if (!blank && caption.size() > 1)
         caption.erase(0, 1);
     else if (!blank)
         caption = " " + caption;
-    pen.setField(6, " ");
+    pen.set(core::NoteField::AccidentalCode, " ");
 }
 
 void Editor::insertAccidentalLine(char letter) {
     std::string line = "ALL";
-    line += PenLine().at(1);
+    line += PenLine().get(core::NoteField::PitchStep);
     line += letter;
     line.resize(8, ' ');
     PenLine() = core::ScoreLine(line);
@@ -145,21 +134,22 @@ void Editor::keyMeasureAccidental(int key) {
 
 // A: the same from the pen's own accidental, or takes the "ALL" line away.
 void Editor::keyAccidentalLine(int) {
-    if (lit.test(17)) {
+    if (lit.test(Entry::AccidentalLine)) {
         DeleteLinesCommand();
         return;
     }
     if (!penPitched()) return;
-    const char code = PenLine().at(6);
+    const char code = core::ReadNote(PenLine()).accidentalLetter;
     insertAccidentalLine(code == ' ' ? 'N' : code);
 }
 
 // Ctrl with D, B, S, K writes the key signature of the pen's step; Ctrl+N blanks it.
 void Editor::keySignature(int key) {
-    const char step = PenLine().at(1);
-    if (step < '1' || step > '7') return;
+    const int step = core::ReadNote(PenLine()).step;
+    if (step < 1 || step > 7) return;
     const char letter = key == Key::Letter('N') ? ' ' : static_cast<char>(key);
-    sheet()[1].setField(step - '0', std::string(1, letter));
+    // The header line holds the key letter of step n in column n.
+    sheet()[1].setField(step, std::string(1, letter));
     AdvanceStep = 0;
     RCDTxt = PenLine().text();
     CommitLineCommand();

@@ -1,7 +1,8 @@
 #include "edit/pen_caption.h"
 
 #include "core/line_kind.h"
-#include "core/score_line.h"
+#include "core/line_view.h"
+#include "core/text_input.h"
 
 namespace tahrir::edit {
 
@@ -19,9 +20,6 @@ constexpr GlyphRow kGlyphs[] = {
     {"  6", "e.", "a"},    {"  8", "q", "D"},  {" 12", "q .", "D ."}, {" 16", "h", "-"},
     {" 24", "h .", "- ."}, {" 32", "w", "--"}, {" -1", ";", ""},
 };
-
-constexpr std::string_view kAccidentalLetters = "DBSKN";
-constexpr std::string_view kAccidentalGlyphs = "#b<!n";
 
 const GlyphRow* FindRow(std::string_view duration) {
     for (const GlyphRow& row : kGlyphs)
@@ -42,9 +40,8 @@ std::string RestCaption(std::string_view duration) {
 }
 
 std::string AccidentalGlyph(char code) {
-    const auto at = kAccidentalLetters.find(code);
-    if (code == ' ' || at == std::string_view::npos) return {};
-    return std::string(1, kAccidentalGlyphs[at]);
+    const core::AccidentalRow* row = core::AccidentalRowOf(code);
+    return row ? std::string(row->glyph) : std::string();
 }
 
 std::string LineCaption(std::string_view text) {
@@ -52,15 +49,12 @@ std::string LineCaption(std::string_view text) {
     const core::LineKind kind = core::ClassifyLine(text);
     if (kind == core::LineKind::NoteLine || kind == core::LineKind::BarLine) {
         const std::string duration = line.get(core::NoteField::DurationField);
-        if (line.at(1) == '0') return RestCaption(duration);
-        return AccidentalGlyph(line.at(6)) + NoteCaption(duration);
+        const core::NoteView note = core::ReadNote(line);
+        if (note.pitched && note.step == 0) return RestCaption(duration);
+        return AccidentalGlyph(note.accidentalLetter) + NoteCaption(duration);
     }
     if (kind == core::LineKind::TextLine) {
-        std::string words(line.field(3, 30));
-        const auto end = words.find_last_not_of(' ');
-        const auto begin = words.find_first_not_of(' ');
-        words = begin == std::string::npos ? std::string() : words.substr(begin, end - begin + 1);
-        std::string framed = "(" + words;
+        std::string framed = "(" + std::string(core::Trim(core::LineText(line)));
         const std::size_t inner = static_cast<std::size_t>(TextFrameWidth - 1);
         if (framed.size() < inner) framed.resize(inner, ' ');
         return framed + ")";

@@ -2,13 +2,9 @@
 
 #include <algorithm>
 
-namespace tahrir::play {
+#include "core/instrument_table.h"
 
-const std::array<int, 9>& ProgramTable() {
-    // Acoustic Grand Piano, Music Box, Draw Organ, Viola, Oboe, Flute, Banjo, Koto.
-    static const std::array<int, 9> table = {0, 0, 10, 16, 41, 68, 73, 105, 107};
-    return table;
-}
+namespace tahrir::play {
 
 void MidiOut::send(std::uint32_t message) {
     MidiLastMessage = message;
@@ -79,7 +75,7 @@ void MidiOut::StartUp() {
 }
 
 void MidiOut::PrepareChannels(int firstChannel) {
-    const int program = ProgramTable()[static_cast<std::size_t>(m_programIndex)];
+    const int program = core::ProgramByte(m_programIndex);
     for (int channel = firstChannel; channel <= SpareChannelHigh; ++channel) {
         MidiControlChange(33, 0, channel);
         MidiProgramChange(program, channel);
@@ -105,7 +101,7 @@ void MidiOut::setSoriBend(int value) {
 }
 
 void MidiOut::setProgramIndex(int index) {
-    if (index >= 1 && index <= 8) m_programIndex = index;
+    if (core::InstrumentAt(index)) m_programIndex = index;
 }
 
 } // namespace tahrir::play

@@ -23,9 +23,6 @@ inline constexpr int CountInProgram = 115; // General MIDI woodblock, 0-based
 inline constexpr int DefaultKoronBend = -16;
 inline constexpr int DefaultSoriBend = 16;
 
-// General MIDI programs (0-based) of the instrument list, indices 1..8; index 0 unused.
-const std::array<int, 9>& ProgramTable();
-
 class MidiOut {
 public:
     explicit MidiOut(MidiSink* sink = nullptr) : m_sink(sink) {}

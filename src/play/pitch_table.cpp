@@ -20,11 +20,4 @@ std::optional<int> StepPitchTable::at(int index) const {
     return m_keys[static_cast<std::size_t>(index)];
 }
 
-std::optional<int> ProgramIndexOfButton(int button) {
-    // Koto, Music Box, Banjo, Piano, Draw Organ, Viola, Flute, Oboe.
-    static constexpr int kIndex[8] = {8, 2, 7, 1, 3, 4, 6, 5};
-    if (button < 0 || button > 7) return std::nullopt;
-    return kIndex[button];
-}
-
 } // namespace tahrir::play

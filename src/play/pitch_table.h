@@ -1,5 +1,5 @@
 #pragma once
-// The MIDI key of each staff position, and the instrument buttons.
+// The MIDI key of each staff position, the transposition and the starting instrument.
 
 #include <array>
 #include <optional>
@@ -26,9 +26,6 @@ private:
 
 // The transposition slider runs 12..36 and starts at 24: semitones are value - 24.
 inline constexpr int TransposeCentre = 24;
-
-// The instrument list index chosen by instrument button 0..7; nullopt for other buttons.
-std::optional<int> ProgramIndexOfButton(int button);
 
 // The button that starts a session: Flute.
 inline constexpr int StartInstrumentButton = 6;

@@ -4,6 +4,8 @@
 #include <sched.h>
 #include <sys/prctl.h>
 
+#include "core/instrument_table.h"
+
 namespace tahrir::play {
 
 namespace {
@@ -74,7 +76,7 @@ void Player::startUp(int button) {
     m_midi.StartUp();
     m_notes.pitchTable().rebuild(DefaultPitchBase);
     m_midi.PrepareChannels(KoronChannel);
-    if (const auto index = ProgramIndexOfButton(button)) {
+    if (const auto index = core::ProgramIndexOfButton(button)) {
         m_midi.setProgramIndex(*index);
         m_midi.MidiOutputOn = true;
         m_midi.PrepareChannels();
@@ -82,7 +84,7 @@ void Player::startUp(int button) {
 }
 
 void Player::chooseInstrument(int button) {
-    const auto index = ProgramIndexOfButton(button);
+    const auto index = core::ProgramIndexOfButton(button);
     if (!index) return;
     std::lock_guard lock(m_idle);
     if (m_running.load()) { // the run reprograms the voices between two events
@@ -95,7 +97,7 @@ void Player::chooseInstrument(int button) {
 }
 
 void Player::chooseListInstrument(int row) {
-    if (row < 0 || row > 7) return;
+    if (!core::InstrumentAt(row + 1)) return;
     std::lock_guard lock(m_idle);
     if (m_running.load()) {
         m_controls.PendingProgramIndex = row + 1;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <thread>
 
+#include "core/instrument_table.h"
 #include "core/line_kind.h"
 #include "core/line_view.h"
 #include "core/text_input.h"
@@ -345,7 +346,7 @@ bool Scheduler::controlLine(const core::ScoreLine& line) {
         if (control->keyword == "INS") {
             const int v = static_cast<int>(control->number(2));
             if (v > 0 && v < 9) {
-                m_midi.setProgramIndex(*ProgramIndexOfButton(v - 1));
+                m_midi.setProgramIndex(*core::ProgramIndexOfButton(v - 1));
                 m_midi.MidiOutputOn = true;
                 m_midi.PrepareChannels();
             }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/document.h"
 #include "core/position_table.h"
 #include "core/score_sheet.h"
 #include "render/display_list.h"
@@ -34,7 +35,7 @@ struct LayoutOptions {
     bool DxfEnabled = false;
     std::string ScoreFileName;                    // the DXF title
     std::string Description;                      // title lines on the print target
-    std::string TextFontName = "Arabic Transparent";
+    std::string TextFontName{core::DefaultTextFontName};
     double StoredTempo = 60; // used when line 2 is not a tempo line
 };
 

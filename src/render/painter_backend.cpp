@@ -250,7 +250,7 @@ std::string ResolveTextFont(const std::string& name) {
 
 void PaintDisplayList(QPainter& painter, const DisplayList& list, const PaintOptions& options) {
     const std::string family =
-        ResolveTextFont(options.textFontName.empty() ? "Arabic Transparent"
+        ResolveTextFont(options.textFontName.empty() ? std::string(core::DefaultTextFontName)
                                                      : options.textFontName);
     Painter p{painter, options, QString::fromStdString(family), {}};
     painter.save();

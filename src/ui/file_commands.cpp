@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "app/open_score.h"
 #include "core/load_file.h"
 #include "core/new_score.h"
 #include "core/score_reader.h"
@@ -71,7 +72,7 @@ void MainWindow::NewImage() {
     documentLoaded();
     if (made.status == core::NewScoreStatus::Made) {
         insertScale(); // a new score may start in a dastgah
-        if (m_editor->EditMode != 1) m_editor->editorClick();
+        if (!m_editor->state().editing()) m_editor->editorClick();
         editorKey({edit::Key::Home, 0});
     }
 }
@@ -104,26 +105,17 @@ bool MainWindow::openPath(const std::string& path) {
         return false;
     }
     m_playback->stopClick();
-    core::Document before = m_doc;
-    core::OpenResult opened;
-    try {
-        opened = core::OpenScoreFile(m_doc, m_session, m_store.get(), path);
-    } catch (const std::exception& e) {
-        m_doc = before;
-        m_dialogs->message("Tahrir", TrStd("Files", "Can't read ") + path + ": " + e.what());
+    const app::OpenedScore opened = app::OpenScore(m_doc, m_session, m_store.get(), path);
+    if (!opened.ok()) {
+        m_dialogs->message("Tahrir", opened.failure);
         return false;
     }
-    if (!opened.load.loaded()) {
-        m_doc = before;
-        const std::string why = opened.message ? *opened.message : opened.load.message;
-        m_dialogs->message("Tahrir", why.empty() ? TrStd("Files", "Can't read ") + path : why);
-        return false;
-    }
-    if (opened.message) m_dialogs->message("Tahrir", *opened.message);
+    if (opened.result.message) m_dialogs->message("Tahrir", *opened.result.message);
     m_recent->hide();
     m_rangeChosen = false;
     documentLoaded();
-    if (!opened.recording.empty()) statusBar()->showMessage(Tr("Files", "Recording: ") + QString::fromStdString(opened.recording));
+    if (!opened.result.recording.empty())
+        statusBar()->showMessage(Tr("Files", "Recording: ") + QString::fromStdString(opened.result.recording));
     return true;
 }
 
@@ -150,10 +142,10 @@ void MainWindow::reload() {
 
 // The score was replaced: the editor starts afresh and every control follows.
 void MainWindow::documentLoaded() {
-    const bool editing = m_editor->EditMode == 1;
+    const bool editing = m_editor->state().editing();
     // The score's own tempo, also for a new score, goes to the tempo bar.
     const double tempo = m_doc.CurrentTempo > 0 ? m_doc.CurrentTempo : m_doc.TempoSlider;
-    m_editor->LiveTempo = std::clamp(static_cast<int>(tempo), 20, 320);
+    m_editor->setLiveTempo(std::clamp(static_cast<int>(tempo), 20, 320));
     m_editor->documentReplaced();
     if (editing && m_doc.Sheet.CurrentLine < 4 && m_doc.Sheet.LastLine >= 4) m_doc.Sheet.CurrentLine = 4;
     descriptionToPanel();
@@ -171,7 +163,7 @@ void MainWindow::showRecentList() {
 
 bool MainWindow::SaveImage() {
     if (!storePenFirst()) return false;
-    if (m_editor->textFrame.visible || m_editor->commandFrame.visible) m_pic->setFocus();
+    if (m_editor->state().textFrame.visible || m_editor->state().commandFrame.visible) m_pic->setFocus();
     QApplication::beep();
     QLabel* label = m_playPanel->pauseLabel();
     label->setText("SAVE ! !");

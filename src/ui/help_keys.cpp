@@ -29,7 +29,6 @@ const std::vector<KeyHelp>& EditorKeyHelp() {
         {"Num +, Num -", "Next, previous measure", "میزان بعد، قبل"},
         {"E", "Edit the text or command line under the cursor", "ویرایش متن یا فرمان زیر مکان‌نما"},
         {"H", "Help mode: hints of the palette", "حالت راهنما: توضیح ابزارها"},
-        {"L", "Switch a view check box", "تغییر یک گزینهٔ نما"},
         {"Shift+1 ... Shift+0", "Duration of the note", "کشش نت"},
         {"Shift+`", "Grace note", "نت زینت"},
         {"Shift+D, B, S, K, N", "Accidental on this step from here on", "عرضی این درجه از این‌جا به بعد"},

@@ -66,7 +66,7 @@ QString AboutText() {
         "<p><b>Text fonts</b> are the system's own, each under its own licence.</p>");
 }
 
-HelpWindow::HelpWindow(const std::array<std::string_view, 81>& hints, QWidget* parent) : QDialog(parent) {
+HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent) {
     setObjectName("HelpWindow");
     setWindowTitle(Tr("Help", "Keys and palette"));
     auto* column = new QVBoxLayout(this);
@@ -85,10 +85,8 @@ HelpWindow::HelpWindow(const std::array<std::string_view, 81>& hints, QWidget* p
     m_palette->setObjectName("PaletteHelpTable");
     for (int i = 0; i < edit::PaletteEntries; ++i) {
         const edit::PaletteEntry& e = edit::PaletteEntryAt(i);
-        const PaletteLook& look = PaletteLookAt(i);
-        const int hint = edit::PaletteHintIndex(i, true);
-        const std::string_view text = hint >= 0 && hint < 81 ? hints[static_cast<std::size_t>(hint)] : "";
-        AddRow(m_palette, {QString::number(i + 1), Tr("Palette", PaletteGroups[static_cast<std::size_t>(look.group)].data()),
+        const std::string_view text = edit::PaletteHint(i, true);
+        AddRow(m_palette, {QString::number(i + 1), Tr("Palette", PaletteGroupName(e.group).data()),
                            KeyName(e.key, e.shift),
                            QString::fromUtf8(text.data(), static_cast<int>(text.size())).replace('\n', ' ')});
     }

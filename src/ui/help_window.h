@@ -20,8 +20,7 @@ const std::vector<KeyHelp>& EditorKeyHelp();
 
 class HelpWindow : public QDialog {
 public:
-    // `hints` are the palette's hints, indexed as the palette's hint table.
-    HelpWindow(const std::array<std::string_view, 81>& hints, QWidget* parent = nullptr);
+    explicit HelpWindow(QWidget* parent = nullptr);
     QTableWidget* keyTable() const { return m_keys; }
     QTableWidget* paletteTable() const { return m_palette; }
 

@@ -71,7 +71,7 @@ MainWindow::MainWindow(const WindowOptions& options, QWidget* parent) : QMainWin
     m_editor = std::make_unique<edit::Editor>(
         m_doc, edit::EditorServices{&m_layout, m_playback.get(), m_clipboard.get(), m_host.get(), m_undo.get()},
         options.appFolder);
-    m_editor->TextFontName = m_session.TextFontName;
+    m_editor->setTextFont(m_session.TextFontName);
     buildWidgets();
     buildDocks();
     buildMenus();
@@ -278,12 +278,8 @@ void MainWindow::wireMeasures() {
     };
     m_measures->rangeMoved = [this](int start, int end) {
         m_rangeChosen = true;
-        m_editor->measures.StartMess = start;
-        m_editor->measures.EndMess = end;
-        for (std::size_t m = 1; m < m_editor->measures.LabelColour.size(); ++m)
-            m_editor->measures.LabelColour[m] =
-                int(m) >= start && int(m) <= end ? edit::ColourBlue : edit::ColourYellow;
-        m_measures->show(m_editor->measures);
+        m_editor->chooseMeasureRange(start, end);
+        m_measures->show(m_editor->state().measures);
     };
 }
 
@@ -292,10 +288,10 @@ void MainWindow::wireTools() {
     m_frames->textApplied = [this](const std::string& text, int option) {
         m_editor->textToolApply(core::Utf8ToCp1256(text), option);
         afterEdit(m_doc.Sheet.CurrentLine, -1);
-        if (m_editor->focus == edit::Focus::Score) m_pic->setFocus();
+        if (m_editor->state().focus == edit::Focus::Score) m_pic->setFocus();
     };
     m_frames->fontClicked = [this] {
-        if (const auto f = m_dialogs->font()) m_editor->TextFontName = core::Utf8ToCp1256(*f);
+        if (const auto f = m_dialogs->font()) m_editor->setTextFont(core::Utf8ToCp1256(*f));
         m_pic->update();
     };
     m_frames->commandApplied = [this](const std::string& text) {
@@ -332,12 +328,12 @@ void MainWindow::wireTools() {
 
 void MainWindow::wirePlayback() {
     m_playback->selection = [this] {
-        return std::pair<int, int>{m_editor->SelStart, m_editor->SelEnd};
+        return std::pair<int, int>{m_editor->state().SelStart, m_editor->state().SelEnd};
     };
     m_playback->statusChanged = [this] { m_playPanel->statusChanged(); };
     m_playback->deviceLost = [this](const std::string& what) { m_dialogs->message("Tahrir", what); };
-    m_playPanel->tempoMoved = [this](int v) { m_editor->LiveTempo = v; };
-    m_playback->syllableVoiceChanged = [this](bool on) { m_editor->SyllableVoiceOn = on; };
+    m_playPanel->tempoMoved = [this](int v) { m_editor->setLiveTempo(v); };
+    m_playback->syllableVoiceChanged = [this](bool on) { m_editor->setSyllableVoice(on); };
     m_playTimer = new QTimer(this);
     m_playTimer->setInterval(40);
     connect(m_playTimer, &QTimer::timeout, this, [this] { pollPlayback(); });
@@ -359,7 +355,7 @@ void MainWindow::afterEdit(int oldLine, int oldGeneration) {
     const int line = m_doc.Sheet.CurrentLine;
     const bool relaid = oldGeneration < 0 || m_layout.generation() != oldGeneration;
     const bool penWas = m_layout.penShown();
-    if (m_editor->EditMode == 1)
+    if (m_editor->state().editing())
         m_layout.penResult(m_doc.Sheet, line);
     else
         m_layout.dropPen();
@@ -369,13 +365,13 @@ void MainWindow::afterEdit(int oldLine, int oldGeneration) {
         m_pic->updateLines(oldLine, line);
         if (penWas != m_layout.penShown()) m_pic->updateLines(line, line);
     }
-    m_palette->setLit(m_editor->lit);
-    m_palette->setHelpPointer(m_editor->HelpMode);
-    m_editorCh->setChecked(m_editor->EditMode == 1);
-    m_measures->show(m_editor->measures);
-    m_playPanel->setTempo(m_editor->LiveTempo);
-    m_playback->player().controls().StartMeasure = m_rangeChosen ? m_editor->measures.StartMess : 0;
-    m_playback->player().controls().EndMeasure = m_rangeChosen ? m_editor->measures.EndMess : 0;
+    m_palette->setLit(m_editor->state().lit);
+    m_palette->setHelpPointer(m_editor->state().HelpMode);
+    m_editorCh->setChecked(m_editor->state().editing());
+    m_measures->show(m_editor->state().measures);
+    m_playPanel->setTempo(m_editor->state().LiveTempo);
+    m_playback->player().controls().StartMeasure = m_rangeChosen ? m_editor->state().measures.StartMess : 0;
+    m_playback->player().controls().EndMeasure = m_rangeChosen ? m_editor->state().measures.EndMess : 0;
     syncFrames();
     syncHint();
     followCursor();
@@ -386,41 +382,37 @@ void MainWindow::afterEdit(int oldLine, int oldGeneration) {
 }
 
 void MainWindow::syncFrames() {
-    const bool edit = m_editor->EditMode == 1;
-    edit::TextFrame text = m_editor->textFrame;
-    edit::CommandFrame command = m_editor->commandFrame;
+    const bool edit = m_editor->state().editing();
+    edit::TextFrame text = m_editor->state().textFrame;
+    edit::CommandFrame command = m_editor->state().commandFrame;
     text.visible = text.visible && edit;
     command.visible = command.visible && edit;
     m_frames->show(text, core::Cp1256ToUtf8(text.text), command, core::Cp1256ToUtf8(command.text));
     m_descriptLabel->parentWidget()->parentWidget()->setVisible(edit);
-    m_record->setVisible(edit && m_editor->RCDTxtVisible);
-    if (m_record->isVisible()) m_record->setText(Utf8(m_editor->RCDTxt));
-    if (m_editor->focus == edit::Focus::TextBox) {
+    m_record->setVisible(edit && m_editor->state().RCDTxtVisible);
+    if (m_record->isVisible()) m_record->setText(Utf8(m_editor->state().RCDTxt));
+    if (m_editor->state().focus == edit::Focus::TextBox) {
         m_frames->focusText();
-        m_editor->focus = edit::Focus::Score;
-    } else if (m_editor->focus == edit::Focus::CommandBox) {
+        m_editor->focusTaken();
+    } else if (m_editor->state().focus == edit::Focus::CommandBox) {
         m_frames->focusCommand();
-        m_editor->focus = edit::Focus::Score;
+        m_editor->focusTaken();
     }
 }
 
 // The hint of the palette entry in help mode, right to left.
 void MainWindow::syncHint() {
-    const int i = m_editor->HintShown;
-    const bool show = m_editor->HelpMode && i >= 0 && i < core::PaletteHintCount;
-    if (show) {
-        const std::string_view hint = m_session.PaletteHints[static_cast<std::size_t>(i)];
+    if (m_editor->state().HelpMode) {
+        const std::string_view hint = m_editor->state().HintShown;
         m_hint->setText(QString::fromUtf8(hint.data(), static_cast<int>(hint.size())));
-    } else if (m_editor->HelpMode) {
-        m_hint->setText(QString());
     }
-    m_hint->setVisible(m_editor->HelpMode);
+    m_hint->setVisible(m_editor->state().HelpMode);
 }
 
 // Scrolls the page so that the red note shows.
 void MainWindow::followCursor() {
     const double ppu = m_layout.pixelsPerUnit();
-    if (m_editor->EditMode == 1) {
+    if (m_editor->state().editing()) {
         const int line = m_doc.Sheet.CurrentLine;
         const auto& pos = m_layout.result().positions;
         if (line < 1 || line > core::MaxLines || pos.LinePosX[static_cast<std::size_t>(line)] < 0) return;
@@ -435,7 +427,7 @@ void MainWindow::followCursor() {
 // its ends, never past them.
 bool MainWindow::viewerScroll(EditorKey key) {
     namespace K = edit::Key;
-    if (m_editor->EditMode == 1 || key.shift != 0) return false;
+    if (m_editor->state().editing() || key.shift != 0) return false;
     QScrollBar* bar = m_picScroll->verticalScrollBar();
     const int v = bar->value();
     switch (key.key) {
@@ -450,28 +442,12 @@ bool MainWindow::viewerScroll(EditorKey key) {
     return true;
 }
 
-// After a change of view the editor's labels take the positions of the new layout.
-void MainWindow::syncPositions() {
-    const auto& pos = m_layout.result().positions;
-    for (int i = 1; i <= m_doc.Sheet.LastLine; ++i) {
-        const auto k = static_cast<std::size_t>(i);
-        m_editor->LineX[k] = pos.LinePosX[k];
-        m_editor->LineY[k] = pos.LinePosY[k];
-        m_editor->labels[k].left = pos.LinePosX[k];
-        m_editor->labels[k].top = pos.LinePosY[k];
-        m_editor->labels[k].visible = pos.LinePosX[k] >= 0;
-    }
-    const auto cur = static_cast<std::size_t>(std::clamp(m_doc.Sheet.CurrentLine, 0, core::MaxLines));
-    m_editor->LineX[0] = m_editor->LineX[cur];
-    m_editor->LineY[0] = m_editor->LineY[cur];
-}
-
 void MainWindow::setViewMode(int mode) {
     m_layout.options().ViewMode = mode;
     m_strip->setVisible(mode == 1 && !m_strip->path().isEmpty()); // the picture is a working aid
     core::PositionTable positions;
     m_layout.relayout(m_doc.Sheet, positions);
-    syncPositions();
+    m_editor->positionsChanged(m_layout.result().positions);
     afterEdit(m_doc.Sheet.CurrentLine, -1);
 }
 

@@ -127,7 +127,6 @@ private:
     void syncHint();
     void followCursor();
     bool viewerScroll(EditorKey key);
-    void syncPositions();
     void showRecentList();
     void descriptionToPanel();
     void pollPlayback();

@@ -59,14 +59,14 @@ PalettePanel::PalettePanel(const QString& musicFamily, QWidget* parent) : QWidge
     QFont text = font();
     text.setPixelSize(15);
     for (int i = 0; i < edit::PaletteEntries; ++i) {
-        const PaletteLook& look = PaletteLookAt(i);
+        const edit::PaletteEntry& look = edit::PaletteEntryAt(i);
         auto* b = new PaletteButton(i, this);
         if (!look.glyph.empty()) {
             b->setFont(music);
             b->setText(QString::fromUcs4(look.glyph.data(), static_cast<qsizetype>(look.glyph.size())));
         } else {
             b->setFont(text);
-            b->setText(Tr("Palette", look.text.data())); // symbols stay as they are
+            b->setText(Tr("Palette", std::string(look.caption).c_str())); // symbols stay as they are
         }
         b->setStyleSheet("QToolButton { background: #fbfbf6; border: 1px solid #b8b8a8; }"
                          "QToolButton:checked { background: #ffd95a; border: 2px solid #c08000; }");

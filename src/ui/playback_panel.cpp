@@ -10,7 +10,7 @@
 #include <QSlider>
 #include <QToolButton>
 
-#include "core/session_tables.h"
+#include "core/instrument_table.h"
 #include "play/pitch_table.h"
 #include "ui/playback.h"
 #include "ui/tempo_knob.h"
@@ -162,26 +162,25 @@ void PlaybackPanel::buildSliders(QGridLayout* grid) {
 void PlaybackPanel::buildInstruments(QGridLayout* grid) {
     play::Player& player = m_playback.player();
     auto* buttons = new QGridLayout;
-    const auto& table = core::InstrumentTable();
-    // Each button is labelled with the instrument its click chooses, in two rows of four.
-    for (int i = 0; i < 8; ++i) {
-        auto* b = new QToolButton(this);
-        b->setObjectName("InsImage");
-        b->setProperty("index", i);
-        const int row = *play::ProgramIndexOfButton(i) - 1;
-        const auto& name = table[static_cast<std::size_t>(row)].name;
-        b->setText(QString::fromUtf8(name.data(), static_cast<int>(name.size())).replace(' ', '\n'));
-        b->setToolTip(QString::fromUtf8(name.data(), static_cast<int>(name.size())));
-        b->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-        b->setFocusPolicy(Qt::NoFocus);
-        QObject::connect(b, &QToolButton::clicked, this, [&player, i] { player.chooseInstrument(i); });
-        buttons->addWidget(b, i / 4, i % 4);
-    }
-    grid->addLayout(buttons, 7, 0, 1, 3);
+    // Each picture button is labelled with the instrument its click chooses, in two rows
+    // of four by button slot; the list keeps list order.
     m_instruments = new QComboBox(this);
     m_instruments->setObjectName("InsList");
-    for (const auto& ins : table)
-        m_instruments->addItem(QString::fromUtf8(ins.name.data(), static_cast<int>(ins.name.size())), ins.program);
+    for (const core::Instrument& ins : core::InstrumentTable()) {
+        const QString name = QString::fromUtf8(ins.name.data(), static_cast<int>(ins.name.size()));
+        auto* b = new QToolButton(this);
+        b->setObjectName("InsImage");
+        b->setProperty("index", ins.button);
+        b->setText(QString(name).replace(' ', '\n'));
+        b->setToolTip(name);
+        b->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+        b->setFocusPolicy(Qt::NoFocus);
+        const int button = ins.button;
+        QObject::connect(b, &QToolButton::clicked, this, [&player, button] { player.chooseInstrument(button); });
+        buttons->addWidget(b, button / 4, button % 4);
+        m_instruments->addItem(name, ins.program);
+    }
+    grid->addLayout(buttons, 7, 0, 1, 3);
     m_instruments->setFocusPolicy(Qt::NoFocus);
     QObject::connect(m_instruments, &QComboBox::activated, this,
                      [&player](int row) { player.chooseListInstrument(row); });

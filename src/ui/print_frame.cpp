@@ -45,7 +45,7 @@ PageSource WindowPageSource(MainWindow& window) {
     const core::Document& doc = window.document();
     source.sheet = &doc.Sheet;
     source.description = doc.Description;
-    source.textFontName = core::Cp1256ToUtf8(window.editor().TextFontName);
+    source.textFontName = core::Cp1256ToUtf8(window.editor().state().TextFontName);
     source.scoreFileName = std::filesystem::path(doc.CurrentFileName).filename().string();
     source.storedTempo = doc.InitialTempo;
     source.musicFontFile =

@@ -115,7 +115,7 @@ void ScoreView::paintEvent(QPaintEvent* event) {
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing);
     p.fillRect(event->rect(), Qt::white);
-    const int cursor = m_editor.EditMode == 1 ? m_editor.document().Sheet.CurrentLine : 0;
+    const int cursor = m_editor.state().editing() ? m_editor.document().Sheet.CurrentLine : 0;
     const render::LayoutResult& layout = m_layout.current();
     const double y0 = toUnits(event->rect().topLeft()).y();
     const double y1 = toUnits(event->rect().bottomRight()).y();
@@ -124,18 +124,18 @@ void ScoreView::paintEvent(QPaintEvent* event) {
     o.originX = o.originY = kMargin * o.pixelsPerUnit;
     o.currentLine = cursor;
     o.musicFontFile = m_musicFontFile;
-    o.selStart = m_editor.SelStart;
-    o.selEnd = m_editor.SelEnd;
-    if (m_fontAsked != m_editor.TextFontName) {
-        m_fontAsked = m_editor.TextFontName;
+    o.selStart = m_editor.state().SelStart;
+    o.selEnd = m_editor.state().SelEnd;
+    if (m_fontAsked != m_editor.state().TextFontName) {
+        m_fontAsked = m_editor.state().TextFontName;
         m_fontUsed = render::ResolveTextFont(m_fontAsked);
     }
     o.textFontName = m_fontUsed;
     render::DisplayList visible = Visible(layout.list, y0, y1);
-    if (m_editor.EditMode != 1 && m_editor.SelEnd > 0) {
+    if (!m_editor.state().editing() && m_editor.state().SelEnd > 0) {
         // The viewer marks a selection in yellow rather than blue.
         for (render::DisplayItem& it : visible.items)
-            if (it.line >= m_editor.SelStart && it.line <= m_editor.SelEnd && it.line > 0) it.colour = 0xFFD000;
+            if (it.line >= m_editor.state().SelStart && it.line <= m_editor.state().SelEnd && it.line > 0) it.colour = 0xFFD000;
         o.selStart = o.selEnd = 0;
     }
     render::PaintDisplayList(p, visible, o);
@@ -144,7 +144,7 @@ void ScoreView::paintEvent(QPaintEvent* event) {
 
 // The band and the marker of the sounding note, drawn over the page.
 void ScoreView::paintOverlay(QPainter& p) {
-    const edit::Band& band = m_editor.band;
+    const edit::Band& band = m_editor.state().band;
     if (band.visible) {
         p.setPen(QPen(Qt::darkBlue, 1, Qt::DashLine));
         p.setBrush(QColor(0, 0, 255, 30));
@@ -166,7 +166,7 @@ void ScoreView::paintOverlay(QPainter& p) {
 // A red frame under the cursor on every kind of line, also on lines drawn as text or
 // as nothing (then at the nearest line before it that has a place).
 void ScoreView::paintCursorMark(QPainter& p) {
-    if (m_editor.EditMode != 1) return;
+    if (!m_editor.state().editing()) return;
     const auto& pos = m_layout.result().positions;
     int line = std::min(m_editor.document().Sheet.CurrentLine, core::MaxLines);
     while (line > 0 && pos.LinePosX[static_cast<std::size_t>(line)] < 0) --line;
@@ -199,7 +199,7 @@ void ScoreView::mousePressEvent(QMouseEvent* event) {
     if (line > 0) {
         // A press on a symbol is a press on its label, never the start of a band.
         m_editor.labelMouseDown(line, ButtonNumber(event->button()), shift);
-        if (m_editor.EditMode == 1 && shift == 0) m_editor.labelClick(line);
+        if (m_editor.state().editing() && shift == 0) m_editor.labelClick(line);
     } else {
         m_editor.picMouseDown(u.x(), u.y());
         m_banding = true;

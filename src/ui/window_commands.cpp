@@ -127,7 +127,7 @@ bool MainWindow::insertScale() {
 }
 
 void MainWindow::insertTextLine(bool lyric) {
-    if (m_editor->EditMode != 1) editorKey({edit::Key::Letter('E'), edit::Shift::Ctrl});
+    if (!m_editor->state().editing()) editorKey({edit::Key::Letter('E'), edit::Shift::Ctrl});
     editorKey({edit::Key::F(lyric ? 6 : 5), edit::Shift::Shift});
 }
 
@@ -144,7 +144,7 @@ const char* const kPenNotice = QT_TRANSLATE_NOOP("Window", "Enter stores the not
 
 bool MainWindow::penPending() const {
     const core::ScoreSheet& sheet = m_doc.Sheet;
-    if (m_editor->EditMode != 1 || sheet.CurrentLine < 4 || sheet.CurrentLine > sheet.LastLine) return false;
+    if (!m_editor->state().editing() || sheet.CurrentLine < 4 || sheet.CurrentLine > sheet.LastLine) return false;
     return TrimRight(sheet[0].text()) != TrimRight(sheet[sheet.CurrentLine].text());
 }
 

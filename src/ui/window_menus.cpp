@@ -111,7 +111,7 @@ void MainWindow::buildEditMenu() {
         const EditorKey key{item.key, item.shift};
         const bool toggle = item.key == K::Letter('E');
         connect(a, &QAction::triggered, this, [this, key, toggle] {
-            if (!toggle && m_editor->EditMode != 1) editorKey({K::Letter('E'), edit::Shift::Ctrl});
+            if (!toggle && !m_editor->state().editing()) editorKey({K::Letter('E'), edit::Shift::Ctrl});
             editorKey(key);
         });
     }
@@ -135,7 +135,7 @@ void MainWindow::buildHelpMenu() {
 }
 
 HelpWindow& MainWindow::helpWindow() {
-    if (!m_help) m_help = new HelpWindow(m_session.PaletteHints, this);
+    if (!m_help) m_help = new HelpWindow(this);
     return *m_help;
 }
 

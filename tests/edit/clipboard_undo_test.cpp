@@ -13,10 +13,10 @@ const std::string kMarker = "Srv5 Paste Data";
 class Clipboard : public EditorTest {
 protected:
     void bandSelect(int a, int b) {
-        const LineLabel& from = editor->labels[static_cast<std::size_t>(a)];
-        const LineLabel& to = editor->labels[static_cast<std::size_t>(b)];
-        editor->picMouseDown(from.left, from.top);
-        editor->picMouseMove(to.left, to.top, true);
+        const EditorState& s = editor->state();
+        const auto from = static_cast<std::size_t>(a), to = static_cast<std::size_t>(b);
+        editor->picMouseDown(s.LineX[from], s.LineY[from]);
+        editor->picMouseMove(s.LineX[to], s.LineY[to], true);
         editor->picMouseUp();
     }
     // The first character of every body line.
@@ -56,18 +56,18 @@ TEST_F(Clipboard, CutAndPasteAroundTheSelection) {
         load(kSix);
         bandSelect(c.from, c.to);
         ASSERT_EQ(sel(), Pair(c.from, c.to));
-        EXPECT_TRUE(editor->lit.test(68));
+        EXPECT_TRUE(editor->state().lit.test(68));
         ctrl(c.command);
         EXPECT_EQ(body(), "123456"); // nothing moves before the paste
-        EXPECT_TRUE(editor->lit.test(70));
+        EXPECT_TRUE(editor->state().lit.test(70));
         repeat(c.rights, Key::Right);
         ASSERT_EQ(current(), 4 + c.rights);
         ctrl('V');
         EXPECT_EQ(body(), c.body) << c.from;
         EXPECT_EQ(cursor(), Pair(4 + c.rights, c.last));
         if (c.command == 'X') { // the cut is spent
-            EXPECT_EQ(editor->SelStart, 0);
-            EXPECT_FALSE(editor->lit.test(70));
+            EXPECT_EQ(editor->state().SelStart, 0);
+            EXPECT_FALSE(editor->state().lit.test(70));
         }
     }
 }
@@ -77,7 +77,7 @@ TEST_F(Clipboard, CopyWritesThePasteFileThatAnotherRunCanPaste) {
     ctrl('C'); // no selection: nothing at all
     EXPECT_FALSE(std::filesystem::exists(editor->pasteFile()));
     bandSelect(4, 5);
-    EXPECT_EQ(editor->SelStart, 5); // line 4 is never part of a band
+    EXPECT_EQ(editor->state().SelStart, 5); // line 4 is never part of a band
     bandSelect(5, 6);
     ctrl('C');
     EXPECT_EQ(clipboard.text(), kMarker);
@@ -135,8 +135,8 @@ TEST_F(Clipboard, StaleSelectionThatWouldMovePastTheLastIndexSaysMemoryFull) {
     ctrl('Z');
     ASSERT_EQ(last(), core::MaxLines);
     bandSelect(1400, 2000); // about 600 lines, lying below the cursor on line 4
-    const int selEnd = editor->SelEnd;
-    ASSERT_GT(selEnd + (selEnd - editor->SelStart + 1), core::MaxLines);
+    const int selEnd = editor->state().SelEnd;
+    ASSERT_GT(selEnd + (selEnd - editor->state().SelStart + 1), core::MaxLines);
     ctrl('C');
     ctrl('Y');
     ASSERT_EQ(last(), 4);
@@ -145,7 +145,7 @@ TEST_F(Clipboard, StaleSelectionThatWouldMovePastTheLastIndexSaysMemoryFull) {
     EXPECT_EQ(host.messages, Lines{"Memory full!"});
     EXPECT_EQ(last(), 4);
     EXPECT_EQ(doc.UndoIndex, page);
-    EXPECT_EQ(editor->SelEnd, selEnd); // nothing has changed
+    EXPECT_EQ(editor->state().SelEnd, selEnd); // nothing has changed
 }
 
 } // namespace tahrir::edit::test

@@ -119,12 +119,12 @@ protected:
             steps.push_back(n.pitched ? n.step : 0);
         return steps;
     }
-    std::string caption() const { return editor->labels[0].caption; }
+    std::string caption() const { return editor->state().labels[0].caption; }
     std::string keySignature() const { return line(1).substr(0, 8); }
     int current() const { return doc.Sheet.CurrentLine; }
     int last() const { return doc.Sheet.LastLine; }
     Pair cursor() const { return {current(), last()}; }
-    Pair sel() const { return {editor->SelStart, editor->SelEnd}; }
+    Pair sel() const { return {editor->state().SelStart, editor->state().SelEnd}; }
 
     ::tahrir::test::TempFolder temp;
     std::filesystem::path folder = temp.path();

@@ -25,16 +25,16 @@ TEST_F(KeyDispatch, HeadLinesTakeOnlyRhythmTempoAndMovementKeys) {
 
     key(Key::Left);
     EXPECT_EQ(moved(Key::Left), 2); // stops at line 2
-    EXPECT_EQ(editor->KeyOutcome, -4);
+    EXPECT_EQ(editor->state().KeyOutcome, Outcome::PenToRecord);
 }
 
 TEST_F(KeyDispatch, RightStopsAtTheLastLineAndEndSkipsUndrawnLines) {
     load({"13  8    ", "23  8    "});
     key(Key::End);
     EXPECT_EQ(moved(Key::Right), 5);
-    EXPECT_EQ(editor->KeyOutcome, -4);
+    EXPECT_EQ(editor->state().KeyOutcome, Outcome::PenToRecord);
     // Lines that drew nothing: End walks back, never past line 4.
-    editor->LineX[4] = editor->LineX[5] = -1;
+    editor->positionsChanged(core::PositionTable{});
     EXPECT_EQ(moved(Key::End), 4);
 }
 
@@ -44,8 +44,8 @@ TEST_F(KeyDispatch, MovingDiscardsThePenAndResynchronises) {
     key(Key::Right);
     EXPECT_EQ(typed(Key::Left), "13  8");
     EXPECT_EQ(trimmed(4), "13  8");
-    EXPECT_EQ(editor->RCDTxt, line(4));
-    EXPECT_EQ(editor->KeyOutcome, -1);
+    EXPECT_EQ(editor->state().RCDTxt, line(4));
+    EXPECT_EQ(editor->state().KeyOutcome, Outcome::Resynchronise);
 }
 
 TEST_F(KeyDispatch, RowMovesFindTheLineStraightAboveOrBelow) {
@@ -67,26 +67,26 @@ TEST_F(KeyDispatch, CtrlShiftIsPlainInTheEditorAndIgnoredInTheViewer) {
     EXPECT_EQ(last(), 6);
 
     editor->editorClick();
-    ASSERT_EQ(editor->EditMode, 0);
-    const int scroll = editor->ScrollValue;
+    ASSERT_EQ(editor->state().EditMode, Mode::Viewer);
+    const int scroll = editor->state().ScrollValue;
     key(Key::Down, kShift | kCtrl);
-    EXPECT_EQ(editor->ScrollValue, scroll);
+    EXPECT_EQ(editor->state().ScrollValue, scroll);
     key(Key::Down);
-    EXPECT_EQ(editor->ScrollValue, std::min(scroll + 1, editor->ScrollMax));
+    EXPECT_EQ(editor->state().ScrollValue, std::min(scroll + 1, editor->state().ScrollMax));
     key(Key::Left); // the viewer's Left is the live tempo
-    EXPECT_EQ(editor->LiveTempo, 59);
+    EXPECT_EQ(editor->state().LiveTempo, 59);
     EXPECT_EQ(current(), 5);
 }
 
 TEST_F(KeyDispatch, UnlistedKeysCostNothing) {
     load({"13  8    ", "23  8    "});
-    const int runs = editor->LineStateRuns;
+    const int runs = editor->state().LineStateRuns;
     key(K('Q'));
     ctrl('J');
     EXPECT_EQ(typed(Key::Digit(5), kShift), "13  6"); // listed but leaves IndexStale clear
-    EXPECT_EQ(editor->LineStateRuns, runs);
+    EXPECT_EQ(editor->state().LineStateRuns, runs);
     key(Key::Right); // movement marks the index stale
-    EXPECT_EQ(editor->LineStateRuns, runs + 1);
+    EXPECT_EQ(editor->state().LineStateRuns, runs + 1);
 }
 
 TEST_F(KeyDispatch, EnteringTheEditorClampsTheCursorAndBlanksBeams) {

@@ -92,8 +92,8 @@ TEST_F(LineCommands, DeleteNeverTakesLineFour) {
 
     load(kThree);
     ctrl('A');
-    EXPECT_EQ(editor->SelStart, 4);
-    EXPECT_EQ(editor->labels[4].colour, ColourBlue);
+    EXPECT_EQ(editor->state().SelStart, 4);
+    EXPECT_EQ(editor->state().labels[4].colour, ColourBlue);
     key(Key::Del);
     EXPECT_EQ(last(), 4);
     EXPECT_EQ(trimmed(4), "13  8");

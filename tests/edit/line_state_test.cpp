@@ -16,7 +16,7 @@ constexpr int kFixed[] = {58, 59, 60, 71, 72}; // lit whatever the line
 std::vector<int> Derived(const char* line) {
     const LitSet lit = ShowLineState(line);
     std::vector<int> keys;
-    for (int k = 0; k < PaletteSize; ++k)
+    for (int k = 0; k < PaletteEntries; ++k)
         if (lit.test(static_cast<std::size_t>(k)) &&
             std::ranges::find(kFixed, k) == std::end(kFixed))
             keys.push_back(k);

@@ -18,7 +18,7 @@ Lines ThreeMeasures() {
 
 class Measures : public EditorTest {
 protected:
-    Pair range() const { return {editor->measures.StartMess, editor->measures.EndMess}; }
+    Pair range() const { return {editor->state().measures.StartMess, editor->state().measures.EndMess}; }
     Pair range(int code, int shift = 0) {
         key(code, shift);
         return range();
@@ -84,15 +84,15 @@ TEST_F(Measures, RhythmKeyInsertsTheCurrentWordAndRewritesSpellings) {
 
 TEST_F(Measures, NumericKeysMoveAndExtendTheRange) {
     load(ThreeMeasures());
-    ASSERT_EQ(editor->measures.Maximum, 3);
+    ASSERT_EQ(editor->state().measures.Maximum, 3);
     EXPECT_EQ(range(Key::NumPlus), Pair(2, 2));
     EXPECT_EQ(range(Key::NumPlus, kShift), Pair(2, 3));
     EXPECT_EQ(range(Key::NumPlus, kShift), Pair(2, 3)); // beyond the last measure: nothing
     EXPECT_EQ(range(Key::NumMinus, kShift), Pair(1, 3));
-    EXPECT_EQ(editor->measures.LabelColour[2], ColourBlue);
+    EXPECT_EQ(editor->state().measures.LabelColour[2], ColourBlue);
     EXPECT_EQ(range(Key::NumPlus), Pair(3, 3)); // the end plus one, clamped to the last
     EXPECT_EQ(range(Key::NumPlus), Pair(3, 3));
-    EXPECT_EQ(editor->measures.LabelColour[1], ColourYellow);
+    EXPECT_EQ(editor->state().measures.LabelColour[1], ColourYellow);
 }
 
 TEST_F(Measures, MouseDownOnMeasureLabels) {
@@ -100,19 +100,19 @@ TEST_F(Measures, MouseDownOnMeasureLabels) {
     editor->measureDoubleClick(3);
     editor->measureMouseDown(1, 2, 0); // right button: the end, even before the start
     EXPECT_EQ(range(), Pair(3, 1));
-    EXPECT_EQ(editor->measures.LabelColour[2], ColourYellow);
+    EXPECT_EQ(editor->state().measures.LabelColour[2], ColourYellow);
     editor->measureMouseDown(2, 2, kShift); // Shift: the whole score, whatever the button
     EXPECT_EQ(range(), Pair(1, 3));
     editor->measureMouseDown(5, 1, 0);
-    EXPECT_EQ(editor->measures.Maximum, 5);
-    EXPECT_EQ(editor->measures.EndMess, 5);
+    EXPECT_EQ(editor->state().measures.Maximum, 5);
+    EXPECT_EQ(editor->state().measures.EndMess, 5);
 }
 
 TEST_F(Measures, OctaveMovesOfTheSelectionHaveUnequalLimits) {
     load({"13  8", "11  8", "14  8", "15  8", "03  8", "L^abc"});
     ctrl('A');
     key(K('T'), kShift);
-    EXPECT_EQ(editor->SelStart, 5);
+    EXPECT_EQ(editor->state().SelStart, 5);
     // Line 4 is left out, 1 is not above 1, 5 is not below 5, and a rest moves too.
     EXPECT_EQ(trimmed(4, 9), (Lines{"13  8", "11  8", "15  8", "15  8", "04  8", "L^abc"}));
     repeat(2, K('T'), kCtrl);

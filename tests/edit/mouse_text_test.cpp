@@ -18,33 +18,33 @@ const Lines kFour = {"13  8", "23  8", "33  8", "43  8"};
 TEST_F(MouseText, ClicksMoveTheCursorAndShiftClicksExtendASelection) {
     load(kFour);
     EXPECT_EQ(clicked(6, kShift), 4); // no selection yet: nothing
-    EXPECT_EQ(editor->SelEnd, 0);
+    EXPECT_EQ(editor->state().SelEnd, 0);
     EXPECT_EQ(clicked(6), 6);
     EXPECT_EQ(penTrimmed(), "33  8");
-    EXPECT_EQ(editor->labels[0].left, editor->labels[6].left);
+    EXPECT_EQ(editor->state().LineX[0], editor->state().LineX[6]);
 
     ctrl('A');
     EXPECT_EQ(clicked(5, kShift), 6); // the other end of the selection
     EXPECT_EQ(sel(), Pair(4, 5));
-    EXPECT_EQ(editor->labels[5].colour, ColourBlue);
-    EXPECT_EQ(editor->labels[6].colour, ColourBlack);
+    EXPECT_EQ(editor->state().labels[5].colour, ColourBlue);
+    EXPECT_EQ(editor->state().labels[6].colour, ColourBlack);
 
     editor->labelClick(7);
     EXPECT_EQ(current(), 7);
-    EXPECT_EQ(editor->SelEnd, 0);
-    EXPECT_EQ(editor->labels[5].colour, ColourBlack);
+    EXPECT_EQ(editor->state().SelEnd, 0);
+    EXPECT_EQ(editor->state().labels[5].colour, ColourBlack);
 }
 
 TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
     load({"13  8", "23  8", "33  8"});
-    ASSERT_LT(editor->LineX[1], 0); // the header line draws no symbol
+    ASSERT_LT(editor->state().LineX[1], 0); // the header line draws no symbol
     editor->labelMouseDown(1, 1, 0);
     editor->labelClick(1);
     EXPECT_EQ(current(), 4);  // the cursor never stands on line 1
     EXPECT_EQ(clicked(9), 4); // beyond the last line
     ctrl('A');
     editor->labelMouseDown(1, 1, kShift);
-    EXPECT_EQ(editor->SelEnd, 6); // the selection keeps its end
+    EXPECT_EQ(editor->state().SelEnd, 6); // the selection keeps its end
     EXPECT_EQ(clicked(5), 5);
 }
 
@@ -54,21 +54,21 @@ TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
     editor->picMouseMove(-40, -40, true);
     editor->picMouseUp();
     EXPECT_EQ(sel(), Pair(0, 0));
-    EXPECT_FALSE(editor->lit.test(68));
+    EXPECT_FALSE(editor->state().lit.test(68));
 
     // Drawn from the right to the left: the band still spans both labels.
-    const LineLabel& a = editor->labels[4];
-    const LineLabel& b = editor->labels[6];
-    editor->picMouseDown(b.left + 0.5, b.top + 0.5);
-    editor->picMouseMove(a.left - 0.5, a.top - 0.5, true);
-    EXPECT_TRUE(editor->band.visible);
+    const double ax = editor->state().LineX[4], ay = editor->state().LineY[4];
+    const double bx = editor->state().LineX[6], by = editor->state().LineY[6];
+    editor->picMouseDown(bx + 0.5, by + 0.5);
+    editor->picMouseMove(ax - 0.5, ay - 0.5, true);
+    EXPECT_TRUE(editor->state().band.visible);
     editor->picMouseUp();
-    EXPECT_FALSE(editor->band.visible);
+    EXPECT_FALSE(editor->state().band.visible);
     EXPECT_EQ(sel(), Pair(5, 6));
-    EXPECT_TRUE(editor->lit.test(68));
-    EXPECT_TRUE(editor->lit.test(69));
+    EXPECT_TRUE(editor->state().lit.test(68));
+    EXPECT_TRUE(editor->state().lit.test(69));
 
-    editor->picMouseDown(a.left, a.top); // line 4 alone: an empty selection in effect
+    editor->picMouseDown(ax, ay); // line 4 alone: an empty selection in effect
     editor->picMouseUp();
     EXPECT_EQ(sel(), Pair(5, 4));
     key(Key::Del);
@@ -77,17 +77,17 @@ TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
 
 TEST_F(MouseText, TextToolBuildsOneLineFromItsBox) {
     load({"L-Title", "13  8"});
-    EXPECT_TRUE(editor->textFrame.visible);
-    EXPECT_EQ(editor->textFrame.text, "Title");
-    EXPECT_EQ(editor->textFrame.option, 0);
+    EXPECT_TRUE(editor->state().textFrame.visible);
+    EXPECT_EQ(editor->state().textFrame.text, "Title");
+    EXPECT_EQ(editor->state().textFrame.option, 0);
     EXPECT_EQ(caption(), "(Title     )");
     key(K('E'));
-    EXPECT_EQ(editor->focus, Focus::TextBox);
+    EXPECT_EQ(editor->state().focus, Focus::TextBox);
 
     editor->textToolApply("Dastgah\r\nShur", 1);
     EXPECT_EQ(trimmed(4), "L^Dastgah  Shur");
     EXPECT_EQ(current(), 5);
-    EXPECT_FALSE(editor->textFrame.visible);
+    EXPECT_FALSE(editor->state().textFrame.visible);
 
     key(Key::Left);
     editor->textToolApply("", 5);
@@ -99,16 +99,16 @@ TEST_F(MouseText, TextToolBuildsOneLineFromItsBox) {
 
 TEST_F(MouseText, CommandToolFillsItsListAndAsksForAFont) {
     load({"LCtfs=2", "13  8"});
-    EXPECT_TRUE(editor->commandFrame.visible);
-    EXPECT_EQ(editor->commandFrame.text, "tfs=2");
-    EXPECT_EQ(editor->commandFrame.listIndex, 0);
+    EXPECT_TRUE(editor->state().commandFrame.visible);
+    EXPECT_EQ(editor->state().commandFrame.text, "tfs=2");
+    EXPECT_EQ(editor->state().commandFrame.listIndex, 0);
     editor->commandListClick(4);
-    EXPECT_EQ(editor->commandFrame.text, "TRP=");
+    EXPECT_EQ(editor->state().commandFrame.text, "TRP=");
 
     host.font = "Nazli";
     editor->commandToolApply("fon=whatever");
     EXPECT_EQ(trimmed(4), "LCFon=Nazli");
-    EXPECT_EQ(editor->TextFontName, "Nazli");
+    EXPECT_EQ(editor->state().TextFontName, "Nazli");
     key(Key::Left);
     editor->commandToolApply("TOP=40\n");
     EXPECT_EQ(trimmed(4), "LCTOP=40");

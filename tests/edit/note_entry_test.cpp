@@ -10,13 +10,13 @@ TEST_F(NoteEntry, WorkedExampleEntersASoriMiAndGrowsTheScore) {
     load({"03  8    "});
     ASSERT_EQ(current(), 4);
     ASSERT_EQ(pen(), "03  8    ");
-    const double y0 = editor->LineY[0];
+    const double y0 = editor->state().LineY[0];
 
     EXPECT_EQ(typed(Key::Digit(6), kShift), "03  8");
     EXPECT_EQ(typed(Key::Digit(3)), "33  8");
     EXPECT_EQ(caption(), "q");
-    EXPECT_DOUBLE_EQ(editor->LineY[0], y0 - 4 - 1.5);
-    EXPECT_EQ(editor->RCDTxt, pen()); // the closing step hands the pen to RCDTxt
+    EXPECT_DOUBLE_EQ(editor->state().LineY[0], y0 - 4 - 1.5);
+    EXPECT_EQ(editor->state().RCDTxt, pen()); // the closing step hands the pen to RCDTxt
     EXPECT_EQ(typed(K('S')), "33  8S");
     EXPECT_EQ(caption(), "<q");
     EXPECT_EQ(trimmed(4), "03  8"); // nothing stored yet
@@ -33,16 +33,16 @@ TEST_F(NoteEntry, WorkedExampleEntersASoriMiAndGrowsTheScore) {
     EXPECT_EQ(line(5), line(4));
 
     EXPECT_EQ(typed(Key::Digit(5)), "53  8S"); // the sori is carried on
-    EXPECT_TRUE(editor->lit.test(14));
+    EXPECT_TRUE(editor->state().lit.test(14));
     EXPECT_EQ(typed(K('S')), "53  8"); // lit on the line under the cursor: takes it off
     EXPECT_EQ(caption(), "q");
 }
 
 TEST_F(NoteEntry, PitchKeysKeepTheOctaveAndRestKeyMakesARest) {
     load({"13  8    ", "03 12    "});
-    const double y = editor->LineY[0];
+    const double y = editor->state().LineY[0];
     EXPECT_EQ(typed(Key::Digit(7)), "73  8"); // up six steps, not down one
-    EXPECT_DOUBLE_EQ(editor->LineY[0], y - 3);
+    EXPECT_DOUBLE_EQ(editor->state().LineY[0], y - 3);
     EXPECT_EQ(typed(Key::Grave), "03  8");
     EXPECT_EQ(caption(), "D");
 
@@ -105,8 +105,8 @@ TEST_F(NoteEntry, MeasureAccidentalLinesAreInsertedAndRemoved) {
     key(K('S'), kShift);
     EXPECT_EQ(trimmed(4, 5), (Lines{"ALL3S", "33  8"}));
     EXPECT_EQ(current(), 4); // the cursor stands on the new line
-    EXPECT_TRUE(editor->lit.test(17));
-    EXPECT_TRUE(editor->lit.test(14));
+    EXPECT_TRUE(editor->state().lit.test(17));
+    EXPECT_TRUE(editor->state().lit.test(14));
     key(K('A')); // lit: takes the line away
     EXPECT_EQ(trimmed(4), "33  8");
     EXPECT_EQ(last(), 5);

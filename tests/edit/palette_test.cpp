@@ -1,8 +1,10 @@
 // Palette entries, marks, the interval and finger cycles, directive lines and help.
 
+#include "core/cp1256.h"
 #include "edit/palette.h"
 
 #include "editor_fixture.h"
+#include "editor_probe.h"
 
 namespace tahrir::edit::test {
 
@@ -18,10 +20,10 @@ protected:
 TEST_F(Palette, MarkIsLitOnlyOnceCommitted) {
     load({"13  8    ", "23  8    "});
     EXPECT_EQ(typed(Key::F(12), kCtrl), "13  8  AC");
-    EXPECT_FALSE(editor->lit.test(41));
+    EXPECT_FALSE(editor->state().lit.test(41));
     EXPECT_EQ(typed(Key::F(12), kCtrl), "13  8  AC"); // still not lit: writes "AC" again
     keys({Key::Enter, Key::Left});
-    EXPECT_TRUE(editor->lit.test(41));
+    EXPECT_TRUE(editor->state().lit.test(41));
     EXPECT_EQ(typed(Key::F(12), kCtrl), "13  8");
 
     key(Key::F(3), kCtrl);
@@ -59,13 +61,13 @@ TEST_F(Palette, DirectiveEntriesInsertOrRemoveTheirLine) {
     EXPECT_EQ(trimmed(4), "ALL8U");
     EXPECT_EQ(current(), 5);
     key(Key::Left);
-    EXPECT_TRUE(editor->lit.test(27));
+    EXPECT_TRUE(editor->state().lit.test(27));
     editor->paletteClick(27, 0); // lit: the line goes
     EXPECT_EQ(trimmed(4), "13  8");
     EXPECT_EQ(last(), 4);
 
     keys({Key::F(6), Key::Left});
-    EXPECT_TRUE(editor->lit.test(18));
+    EXPECT_TRUE(editor->state().lit.test(18));
     key(Key::F(6)); // the spacer always inserts
     EXPECT_EQ(trimmed(4, 5), (Lines{"L", "L"}));
     EXPECT_EQ(last(), 6);
@@ -87,23 +89,25 @@ TEST_F(Palette, ClicksPassTheirShiftStateWhereTheTableSays) {
 TEST_F(Palette, HelpVoiceAndLineCommandEntries) {
     load({"13  8    "});
     key(K('H'));
-    EXPECT_TRUE(editor->HelpMode);
+    EXPECT_TRUE(editor->state().HelpMode);
     editor->paletteClick(60, 0); // lit: turns help off as H does
-    EXPECT_FALSE(editor->HelpMode);
+    EXPECT_FALSE(editor->state().HelpMode);
     editor->paletteClick(59, 0);
-    EXPECT_TRUE(editor->SyllableVoiceOn);
+    EXPECT_TRUE(editor->state().SyllableVoiceOn);
     editor->paletteClick(58, 0);
-    EXPECT_FALSE(editor->SyllableVoiceOn);
+    EXPECT_FALSE(editor->state().SyllableVoiceOn);
 
     key(K('H'));
-    editor->paletteClick(70, 0); // idle picture: hint 80
-    EXPECT_EQ(editor->HintShown, 80);
+    editor->paletteClick(Entry::Paste, 0); // the idle picture shows its own hint
+    EXPECT_EQ(editor->state().HintShown, PaletteEntryAt(Entry::Paste).idleHint);
     editor->paletteClick(41, 0);
-    EXPECT_EQ(editor->HintShown, 41);
-    EXPECT_EQ(PaletteHintIndex(58, false), 68);
-    EXPECT_EQ(PaletteHintIndex(58, true), 58);
+    EXPECT_EQ(editor->state().HintShown, PaletteEntryAt(41).hint);
+    for (int i = 0; i < PaletteEntries; ++i) { // each hint survives the score's code page
+        const std::string_view hint = PaletteHint(i, false);
+        EXPECT_EQ(core::Cp1256ToUtf8(core::Utf8ToCp1256(hint)), hint) << i;
+    }
 
-    editor->lit.reset(59); // the idle picture of 59 inserts the pen
+    EditorProbe::state(*editor).lit.reset(Entry::Insert); // the idle picture inserts the pen
     key(Key::Digit(4));
     editor->paletteClick(59, 0);
     EXPECT_EQ(trimmed(4), "43  8  AC");

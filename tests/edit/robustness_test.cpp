@@ -36,7 +36,7 @@ TEST_F(Robustness, RandomKeysAndClicksKeepTheEditorInBounds) {
         ASSERT_LE(last(), core::MaxLines) << "step " << step;
         ASSERT_GE(current(), 0) << "step " << step;
         ASSERT_LE(current(), std::max(last(), 4)) << "step " << step;
-        if (editor->EditMode == 0) editor->editorClick();
+        if (!editor->state().editing()) editor->editorClick();
     }
     EXPECT_GE(doc.UndoIndex, 1);
     EXPECT_LE(doc.UndoIndex, doc.UndoTop);

@@ -30,7 +30,7 @@ void Act(edit::Editor& editor, fuzz::ByteReader& in) {
     switch (in.byte() % 6) {
     case 0:
     case 1: editor.keyPress(in.byte(), shift); break; // any virtual key
-    case 2: editor.paletteClick(in.number(edit::PaletteSize), shift); break;
+    case 2: editor.paletteClick(in.number(edit::PaletteEntries), shift); break;
     case 3: editor.labelMouseDown(in.number(core::MaxLines + 1), 1, shift); break;
     case 4:
         editor.picMouseDown(in.number(2000), in.number(4000));
@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     // Undo to the first page: the opened score, line for line.
     rig.editor->keyPress(edit::Key::Esc, 0);
-    if (rig.editor->EditMode != 1) rig.editor->editorClick(); // undo is an editor key
+    if (rig.!editor->state().editing()) rig.editor->editorClick(); // undo is an editor key
     for (int guard = 0; rig.doc.UndoIndex > 1 && guard < 10000; ++guard) rig.editor->keyPress('Z', 2);
     Check(rig.doc.UndoIndex <= 1);
     Check(rig.doc.Sheet.LastLine == static_cast<int>(opened.size()));

@@ -123,7 +123,7 @@ TEST_F(WindowFiles, NewScoreFromTheThreeQuestionsAndCancelAtTheThird) {
     EXPECT_EQ(doc().CurrentFileName, "Untitled");
     EXPECT_FALSE(doc().DirtyFlag);
     // The editor is on and Home put the cursor on the head.
-    EXPECT_EQ(rig.window->editor().EditMode, 1);
+    EXPECT_EQ(rig.window->editor().state().EditMode, edit::Mode::Editor);
     EXPECT_EQ(doc().Sheet.CurrentLine, 2);
 
     // Cancel at the third question leaves a blank sheet that still takes keys.

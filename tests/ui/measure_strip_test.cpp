@@ -43,7 +43,7 @@ TEST(MeasureStrip, OneLabelForEachMeasureOfTheScore) {
     const int measures = MsLines(rig.window->document().Sheet);
     ASSERT_EQ(measures, 13);
     EXPECT_EQ(Shown(strip), OneTo(measures));
-    EXPECT_EQ(rig.window->editor().measures.Maximum, measures);
+    EXPECT_EQ(rig.window->editor().state().measures.Maximum, measures);
     EXPECT_EQ(strip.startBar()->maximum(), measures);
     EXPECT_EQ(strip.endBar()->maximum(), measures);
 

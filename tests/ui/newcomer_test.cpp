@@ -2,6 +2,7 @@
 // instrument buttons, the menu's text lines, and the usage without a display.
 
 #include <QAction>
+#include <QComboBox>
 #include <QDockWidget>
 #include <QMenu>
 #include <QSettings>
@@ -13,7 +14,7 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 
-#include "core/session_tables.h"
+#include "core/instrument_table.h"
 #include "edit/editor.h"
 #include "play/midi_message.h"
 #include "ui/key_translate.h"
@@ -57,9 +58,22 @@ TEST_F(Newcomer, ANewScoreBringsItsTempoToTheBar) {
     EXPECT_EQ(rig.window->playback().player().controls().UserTempo.load(), 72);
 }
 
+// Each picture button and each list entry sends the program of the instrument it names.
+// A button once played another instrument than its label (the one labelled piano, Koto).
 TEST_F(Newcomer, EveryInstrumentButtonSoundsTheInstrumentItNames) {
     play::RecordingSink sink;
     rig.window->playback().player().midi().setSink(&sink);
+    const auto programSent = [&sink] {
+        int program = -1;
+        for (const auto& e : sink.entries())
+            if ((e.message & 0xF0) == 0xC0) program = static_cast<int>(e.message >> 8 & 0x7F);
+        return program;
+    };
+    const auto programNamed = [](const QString& name) {
+        for (const core::Instrument& i : core::InstrumentTable())
+            if (name.toStdString() == i.name) return i.program - 1;
+        return -2;
+    };
     // The MIDI instruments' pictures; 8 to 10 are the wave voices and the accompaniment.
     auto buttons = rig.window->findChildren<QToolButton*>("InsImage");
     buttons.removeIf([](QToolButton* b) { return b->property("index").toInt() >= 8; });
@@ -67,16 +81,16 @@ TEST_F(Newcomer, EveryInstrumentButtonSoundsTheInstrumentItNames) {
     for (QToolButton* b : buttons) {
         sink.clear();
         QTest::mouseClick(b, Qt::LeftButton);
-        int program = -1;
-        for (const auto& e : sink.entries())
-            if ((e.message & 0xF0) == 0xC0) program = static_cast<int>(e.message >> 8 & 0x7F);
-        const auto& table = core::InstrumentTable();
-        const auto named = std::find_if(table.begin(), table.end(), [b](const core::Instrument& i) {
-            return b->toolTip().toStdString() == i.name;
-        });
-        ASSERT_NE(named, table.end()) << b->toolTip().toStdString();
-        EXPECT_EQ(program, named->program - 1) << named->name;
-        EXPECT_EQ(b->text().replace('\n', ' '), b->toolTip()); // the whole name
+        const QString label = b->text().replace('\n', ' ');
+        EXPECT_EQ(programSent(), programNamed(label)) << label.toStdString();
+        EXPECT_EQ(label, b->toolTip()); // the whole name
+    }
+    auto* list = rig.window->findChild<QComboBox*>("InsList");
+    ASSERT_NE(list, nullptr);
+    for (int row = 0; row < list->count(); ++row) {
+        sink.clear();
+        emit list->activated(row);
+        EXPECT_EQ(programSent(), programNamed(list->itemText(row))) << row;
     }
     rig.window->playback().player().midi().setSink(nullptr);
 }
@@ -87,11 +101,11 @@ TEST_F(Newcomer, MenuAddsATextLineAndALyricFromTheViewer) {
         for (int i = 4; i <= doc().Sheet.LastLine; ++i) n += doc().Sheet[i].text().rfind(head, 0) == 0;
         return n;
     };
-    ASSERT_NE(rig.window->editor().EditMode, 1);
+    ASSERT_NE(rig.window->editor().state().EditMode, edit::Mode::Editor);
     const int texts = count("L>"), lyrics = count("Lv");
     for (const char* name : {"InsertTextLine", "InsertLyric"}) {
         rig.window->findChild<QAction*>(name)->trigger();
-        EXPECT_EQ(rig.window->editor().EditMode, 1);
+        EXPECT_EQ(rig.window->editor().state().EditMode, edit::Mode::Editor);
     }
     EXPECT_EQ(count("L>"), texts + 1);
     EXPECT_EQ(count("Lv"), lyrics + 1);
@@ -108,11 +122,11 @@ TEST_F(Newcomer, MenuKeysAreNoneOfTheEditorsKeys) {
         const auto key = TranslateKey(keys[0].key(), keys[0].keyboardModifiers());
         ASSERT_TRUE(key) << keys.toString().toStdString();
         const std::string pen = doc().Sheet[0].text();
-        const int line = doc().Sheet.CurrentLine, last = doc().Sheet.LastLine, runs = ed.LineStateRuns;
+        const int line = doc().Sheet.CurrentLine, last = doc().Sheet.LastLine, runs = ed.state().LineStateRuns;
         ed.keyPress(key->key, key->shift);
-        EXPECT_EQ(ed.KeyOutcome, -4) << keys.toString().toStdString();
+        EXPECT_EQ(ed.state().KeyOutcome, edit::Outcome::PenToRecord) << keys.toString().toStdString();
         EXPECT_EQ(doc().Sheet[0].text(), pen) << keys.toString().toStdString();
-        EXPECT_EQ(ed.LineStateRuns, runs) << keys.toString().toStdString();
+        EXPECT_EQ(ed.state().LineStateRuns, runs) << keys.toString().toStdString();
         EXPECT_EQ(doc().Sheet.CurrentLine, line);
         EXPECT_EQ(doc().Sheet.LastLine, last);
         ++checked;

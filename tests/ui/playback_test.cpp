@@ -104,7 +104,7 @@ TEST(TempoKnob, TrackPlacesMapToTempi) {
 }
 
 TEST_F(WindowPlayback, ViewerArrowsStepTheTempoAndMoveTheKnob) {
-    ASSERT_EQ(rig.window->editor().EditMode, 0);
+    ASSERT_EQ(rig.window->editor().state().EditMode, edit::Mode::Viewer);
     auto* bar = child<QSlider>("VScroll3");
     auto* knob = child<QLabel>("Image2");
     ASSERT_TRUE(bar && knob);

@@ -45,7 +45,7 @@ void WindowRig::key(int qtKey, Qt::KeyboardModifiers modifiers, int times) {
 }
 
 void WindowRig::enterEditor() {
-    if (window->editor().EditMode != 1) key(Qt::Key_E, Qt::ControlModifier);
+    if (!window->editor().state().editing()) key(Qt::Key_E, Qt::ControlModifier);
 }
 
 } // namespace tahrir::ui::test

@@ -61,7 +61,7 @@ TEST(WaveVoicePictures, ClicksToggleTheVoicesAndTheRecordingNeedsItsFile) {
     auto* sung = rig.window->findChild<QCheckBox*>("SyllableVoice");
     ASSERT_TRUE(sung);
     sung->setChecked(true);
-    EXPECT_TRUE(rig.window->editor().SyllableVoiceOn);
+    EXPECT_TRUE(rig.window->editor().state().SyllableVoiceOn);
 }
 
 } // namespace

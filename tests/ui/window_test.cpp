@@ -14,6 +14,7 @@
 
 #include "core/cp1256.h"
 #include "edit/editor.h"
+#include "editor_probe.h"
 #include "ui/measure_strip.h"
 #include "ui/palette_panel.h"
 #include "ui/playback.h"
@@ -33,7 +34,7 @@ protected:
     void SetUp() override {
         ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
         rig.enterEditor();
-        ASSERT_EQ(editor().EditMode, 1);
+        ASSERT_EQ(editor().state().EditMode, edit::Mode::Editor);
     }
     edit::Editor& editor() { return rig.window->editor(); }
     core::ScoreSheet& sheet() { return rig.window->document().Sheet; }
@@ -78,7 +79,7 @@ TEST_F(WindowTest, KeysEditThePenUntilEnterStoresItAndTheCursorIsRedOnlyInTheEdi
     ASSERT_EQ(line(8).substr(0, 5), "23  4");
     EXPECT_GT(pixels(Red), 20);
     rig.key(Qt::Key_E, Qt::ControlModifier); // to the viewer and back
-    ASSERT_EQ(editor().EditMode, 0);
+    ASSERT_EQ(editor().state().EditMode, edit::Mode::Viewer);
     EXPECT_EQ(pixels(Red), 0);
     rig.enterEditor();
     ASSERT_EQ(sheet().CurrentLine, 8);
@@ -126,7 +127,7 @@ TEST_F(WindowTest, PaletteClicksActAsTheirKeysOrInHelpModeShowTheirHint) {
     rig.key(Qt::Key_H);
     EXPECT_FALSE(hint->isHidden());
     QTest::mouseClick(entry(40), Qt::LeftButton);
-    EXPECT_EQ(hint->text().toStdString(), rig.window->session().PaletteHints[40]);
+    EXPECT_EQ(hint->text().toStdString(), edit::PaletteEntryAt(40).hint);
     EXPECT_EQ(hint->layoutDirection(), Qt::RightToLeft);
     EXPECT_EQ(entry(3)->cursor().shape(), Qt::WhatsThisCursor);
     rig.key(Qt::Key_H);
@@ -135,7 +136,7 @@ TEST_F(WindowTest, PaletteClicksActAsTheirKeysOrInHelpModeShowTheirHint) {
 
 TEST_F(WindowTest, MeasureLabelsChooseTheRangeToPlay) {
     MeasureStrip* strip = rig.window->measureStrip();
-    const auto& m = editor().measures;
+    const auto& m = editor().state().measures;
     QTest::mouseClick(strip->label(4), Qt::LeftButton);
     EXPECT_EQ(std::pair(m.StartMess, m.EndMess), std::pair(1, 4));
     EXPECT_TRUE(strip->label(3)->styleSheet().contains("#3050e0"));
@@ -193,7 +194,7 @@ TEST_F(WindowTest, WorkingViewAndZoomLayTheScoreOutAgain) {
     const int before = sheet().CurrentLine;
     rig.key(Qt::Key_Right);
     EXPECT_EQ(sheet().CurrentLine, before + 1);
-    EXPECT_EQ(editor().LineX[0], positions().LinePosX[static_cast<std::size_t>(before + 1)]);
+    EXPECT_EQ(editor().state().LineX[0], positions().LinePosX[static_cast<std::size_t>(before + 1)]);
 }
 
 TEST_F(WindowTest, ABandDraggedOverARowSelectsItsNotesInBlue) {
@@ -207,9 +208,9 @@ TEST_F(WindowTest, ABandDraggedOverARowSelectsItsNotesInBlue) {
     QMouseEvent move(QEvent::MouseMove, QPointF(to), view()->mapToGlobal(QPointF(to)), Qt::NoButton,
                      Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(view(), &move);
-    EXPECT_TRUE(editor().band.visible);
+    EXPECT_TRUE(editor().state().band.visible);
     QTest::mouseRelease(view(), Qt::LeftButton, Qt::NoModifier, to);
-    EXPECT_FALSE(editor().band.visible);
+    EXPECT_FALSE(editor().state().band.visible);
     // The lines whose symbols lie inside the band, from the layout's own table.
     int first = 0, last = 0;
     for (int i = 1; i <= sheet().LastLine; ++i) {
@@ -220,14 +221,14 @@ TEST_F(WindowTest, ABandDraggedOverARowSelectsItsNotesInBlue) {
         }
     }
     ASSERT_GT(last, first);
-    EXPECT_EQ(editor().SelStart, std::max(first, 5));
-    EXPECT_EQ(editor().SelEnd, last);
+    EXPECT_EQ(editor().state().SelStart, std::max(first, 5));
+    EXPECT_EQ(editor().state().SelEnd, last);
     // Selected notes are painted blue, beyond the blue of the measure numbers; the viewer
     // shows the same selection in yellow.
     EXPECT_GT(pixels(Blue, 8), unselectedBlue + 20);
     rig.key(Qt::Key_E, Qt::ControlModifier);
-    ASSERT_EQ(editor().EditMode, 0);
-    ASSERT_EQ(editor().SelEnd, last);
+    ASSERT_EQ(editor().state().EditMode, edit::Mode::Viewer);
+    ASSERT_EQ(editor().state().SelEnd, last);
     EXPECT_EQ(pixels(Blue, 8), unselectedBlue);
     EXPECT_GT(pixels(Yellow, 8), 20);
 }
@@ -241,9 +242,9 @@ TEST_F(WindowTest, ClickedSymbolsAreCopiedAndPastedThroughTheSystemClipboard) {
     EXPECT_EQ(sheet().PenLine().text(), line(8));
     // Lines 8 to 10 selected by that click and a Shift-click.
     rig.key(Qt::Key_Escape);
-    editor().SelStart = 8; // a selection begun at line 8, as a band would leave it
+    edit::EditorProbe::state(rig.window->editor()).SelStart = 8; // as a band would leave it
     QTest::mouseClick(view(), Qt::LeftButton, Qt::ShiftModifier, symbolAt(10));
-    ASSERT_EQ(editor().SelEnd, 10);
+    ASSERT_EQ(editor().state().SelEnd, 10);
     // Beam codes are written anew where the lines land, so they are left out.
     const auto unbeamed = [&](int i) {
         std::string text = line(i);
@@ -264,7 +265,7 @@ TEST_F(WindowTest, ClickedSymbolsAreCopiedAndPastedThroughTheSystemClipboard) {
 
 TEST_F(WindowTest, ViewerKeysScrollThePage) {
     rig.key(Qt::Key_E, Qt::ControlModifier);
-    ASSERT_EQ(editor().EditMode, 0);
+    ASSERT_EQ(editor().state().EditMode, edit::Mode::Viewer);
     QScrollBar* bar = rig.window->findChild<QScrollArea*>("PicScroll")->verticalScrollBar();
     ASSERT_GT(bar->maximum(), 0);
     rig.key(Qt::Key_End);
