@@ -91,7 +91,27 @@ std::optional<ControlView> ControlOf(const ScoreLine& line) {
     ControlView v;
     v.keyword = UpperAscii(TrimRight(line.field(3, 3)));
     v.text = std::string(TrimRight(line.field(7, RecordLength - 6)));
+    v.assigns = line.at(6) == '=';
     return v;
+}
+
+MeasureFraction MeasureFractionOfLine(const ScoreLine& line) {
+    const std::string payload = line.field(6, RecordLength - 5);
+    const auto slash = payload.find('/');
+    const std::string_view text(payload);
+    if (slash == std::string_view::npos) return {Val(text), 0};
+    return {Val(text.substr(0, slash)), Val(text.substr(slash + 1))};
+}
+
+std::optional<double> SpeedMarkOf(const ScoreLine& line) {
+    if (!line.startsWith("LvT=")) return std::nullopt;
+    return Val(line.field(5, RecordLength - 4));
+}
+
+bool IsEndMark(const ScoreLine& line) {
+    const std::string text = UpperAscii(line.trimmedRight());
+    if (text == "FIN" || text == "LCFIN") return true;
+    return text.size() == 5 && text[0] == 'L' && text.compare(2, 3, "FIN") == 0;
 }
 
 } // namespace tahrir::core

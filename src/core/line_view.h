@@ -61,6 +61,13 @@ std::optional<double> TempoOf(const ScoreLine& line);
 int MeasureTicksOf(std::string_view payload);
 // The same for a whole rhythm line, its payload read from column 6 whatever the spelling.
 int MeasureTicksOfLine(const ScoreLine& line);
+// The two numbers of a rhythm line's payload, read from column 6 as MeasureTicksOfLine
+// reads them; the denominator is 0 when the payload has no "/".
+struct MeasureFraction {
+    double numerator = 0;
+    double denominator = 0;
+};
+MeasureFraction MeasureFractionOfLine(const ScoreLine& line);
 
 // The placement letter of an L line (column 2: " ", "-", "^", "_", "v", "<", ">", "C").
 char LinePlacement(const ScoreLine& line);
@@ -72,8 +79,15 @@ std::string LineText(const ScoreLine& line);
 struct ControlView {
     std::string keyword; // columns 3..5, upper case
     std::string text;    // columns 7 on, trailing blanks removed
+    bool assigns = false; // column 6 is "=", as in "LCINS=3"
     double number(int width = 4) const;
 };
 std::optional<ControlView> ControlOf(const ScoreLine& line);
+
+// The number of an "LvT=" speed mark (Val of column 5 on); nullopt for any other line.
+std::optional<double> SpeedMarkOf(const ScoreLine& line);
+// The end of the piece for playback: "FIN" or "LCFIN", or an L line whose text is "FIN",
+// right-trimmed and in any case.
+bool IsEndMark(const ScoreLine& line);
 
 } // namespace tahrir::core

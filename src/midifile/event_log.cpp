@@ -5,19 +5,21 @@
 #include <fstream>
 #include <sstream>
 
+#include "core/text_input.h"
+
 namespace tahrir::midifile {
 namespace {
 
-std::string_view Trim(std::string_view s) {
-    while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-    while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r'))
+// A field or line without its blanks and the CR of its line end.
+std::string_view TrimLine(std::string_view s) {
+    while (!s.empty() && s.back() == '\r')
         s.remove_suffix(1);
-    return s;
+    return core::Trim(s);
 }
 
 // A number as the log writes it: "0", ".5", "-1.5E-07". Nothing else may follow it.
 bool ParseNumber(std::string_view field, double& out) {
-    field = Trim(field);
+    field = TrimLine(field);
     if (field.empty() || field.size() > 64) return false;
     const std::string copy(field);
     char* end = nullptr;
@@ -50,7 +52,7 @@ EventLog ParseEventLog(std::string_view text) {
     EventLog log;
     while (!text.empty()) {
         const auto end = text.find('\n');
-        const std::string_view line = Trim(text.substr(0, end));
+        const std::string_view line = TrimLine(text.substr(0, end));
         text = end == std::string_view::npos ? std::string_view{} : text.substr(end + 1);
         if (line.empty()) continue;
         EventRecord record;

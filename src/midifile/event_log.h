@@ -5,18 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "core/event_record.h"
+
 namespace tahrir::midifile {
 
-inline constexpr const char* EventLogName = "tmpmid.txt";
-
-// One record as the play run writes it: seconds since the previous record, the MIDI key,
-// the voice channel (3 natural, 2 koron, 4 sori, 6 count-in) and the velocity (0 = note off).
-struct EventRecord {
-    double seconds = 0;
-    int key = 0;
-    int channel = 3;
-    int velocity = 0;
-};
+using core::EventLogName;
+using core::EventRecord;
 
 struct EventLog {
     std::vector<EventRecord> records;

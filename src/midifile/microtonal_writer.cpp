@@ -55,10 +55,6 @@ Bytes ConductorTrack(double tempo) {
     return track;
 }
 
-std::string Problem(std::size_t index, const std::string& what) {
-    return "Event " + std::to_string(index + 1) + " of the play log " + what;
-}
-
 // The records as note ons and offs on their own channels; an error text when one of them
 // cannot be written.
 std::string AppendNotes(Bytes& music, const std::vector<EventRecord>& records, double tempo) {
@@ -70,11 +66,12 @@ std::string AppendNotes(Bytes& music, const std::vector<EventRecord>& records, d
         // Time is summed in seconds and rounded once, so that rounding never drifts.
         seconds += r.seconds;
         const double at = std::nearbyint(seconds * ticksPerSecond);
-        if (!(r.seconds >= 0) || !(at < 0x0FFFFFFF)) return Problem(i, "has a time a MIDI file cannot hold");
+        if (!(r.seconds >= 0) || !(at < 0x0FFFFFFF))
+            return RecordError(i, "has a time a MIDI file cannot hold");
         if (r.channel < 0 || r.channel > 15)
-            return Problem(i, "has channel " + std::to_string(r.channel) + ", outside 0..15");
+            return RecordError(i, "has channel " + std::to_string(r.channel) + ", outside 0..15");
         if (r.key < 0 || r.key > 127)
-            return Problem(i, "has key " + std::to_string(r.key) + ", outside 0..127");
+            return RecordError(i, "has key " + std::to_string(r.key) + ", outside 0..127");
         const auto tick = static_cast<long long>(at);
         AppendVlq(music, tick - previous);
         previous = tick;
@@ -89,19 +86,6 @@ std::string AppendNotes(Bytes& music, const std::vector<EventRecord>& records, d
 }
 
 } // namespace
-
-bool AppendVlq(Bytes& out, long long value) {
-    if (value < 0 || value > 0x0FFFFFFF) return false;
-    std::uint8_t groups[4];
-    int n = 0;
-    do {
-        groups[n++] = static_cast<std::uint8_t>(value & 0x7F);
-        value >>= 7;
-    } while (value > 0);
-    while (n > 1) out.push_back(static_cast<std::uint8_t>(groups[--n] | 0x80));
-    out.push_back(groups[0]);
-    return true;
-}
 
 WriteResult WriteMicrotonalFile(const std::vector<EventRecord>& records,
                                 const MicrotonalPlan& plan) {

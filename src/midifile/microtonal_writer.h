@@ -27,7 +27,4 @@ inline constexpr int CountInChannel = 6;
 WriteResult WriteMicrotonalFile(const std::vector<EventRecord>& records,
                                 const MicrotonalPlan& plan);
 
-// A variable-length number of up to four bytes; false beyond 0x0FFFFFFF.
-bool AppendVlq(Bytes& out, long long value);
-
 } // namespace tahrir::midifile

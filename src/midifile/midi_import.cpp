@@ -4,8 +4,13 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "core/score_line.h"
+
 namespace tahrir::midifile {
 namespace {
+
+// A note line of the import: the fields to the accidental, then five blanks.
+constexpr std::size_t ImportLineLength = 11;
 
 // Semitones of the white keys, Do to Si.
 constexpr int WhiteKeys[7] = {0, 2, 4, 5, 7, 9, 11};
@@ -106,7 +111,13 @@ std::string ImportLine(int key, std::int64_t ticks, int quarter, int octaveShift
     const int octave = std::clamp(std::max(0, key / 12 - 2) + octaveShift, 0, 9);
     std::string duration = std::to_string(DurationFor(ticks, quarter));
     duration.insert(0, 3 - duration.size(), ' ');
-    return std::to_string(step) + std::to_string(octave) + duration + accidental + "     ";
+    core::ScoreLine line;
+    line.set(core::NoteField::PitchStep, std::to_string(step));
+    line.set(core::NoteField::PitchOctave, std::to_string(octave));
+    line.set(core::NoteField::DurationField, duration);
+    line.set(core::NoteField::AccidentalCode, std::string(1, accidental));
+    line.padTo(ImportLineLength);
+    return line.text();
 }
 
 int AnswerNumber(const std::string& answer) {

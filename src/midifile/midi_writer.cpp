@@ -34,27 +34,28 @@ bool AppendTempo(Bytes& out, double tempo) {
     return true;
 }
 
+} // namespace
+
 std::string RecordError(std::size_t index, const std::string& what) {
     return "Event " + std::to_string(index + 1) + " of the play log " + what;
 }
 
-} // namespace
+bool AppendVlq(Bytes& out, long long value) {
+    if (value < 0 || value > 0x0FFFFFFF) return false;
+    std::uint8_t groups[4];
+    int n = 0;
+    do {
+        groups[n++] = static_cast<std::uint8_t>(value & 0x7F);
+        value >>= 7;
+    } while (value > 0);
+    while (n > 1)
+        out.push_back(static_cast<std::uint8_t>(groups[--n] | 0x80));
+    out.push_back(groups[0]);
+    return true;
+}
 
 bool AppendDelta(Bytes& out, long long value) {
-    if (value < 0) return false;
-    if (value < 128) {
-        out.push_back(static_cast<std::uint8_t>(value));
-    } else if (value < 16384) {
-        Append(out, {static_cast<std::uint8_t>(128 + value / 128),
-                     static_cast<std::uint8_t>(value % 128)});
-    } else if (value < 2097152) {
-        Append(out, {static_cast<std::uint8_t>(128 + value / 16384),
-                     static_cast<std::uint8_t>(128 + value / 128 % 128),
-                     static_cast<std::uint8_t>(value % 128)});
-    } else {
-        return false;
-    }
-    return true;
+    return value < 2097152 && AppendVlq(out, value);
 }
 
 long long SecondsToTicks(double seconds, double tempo) {

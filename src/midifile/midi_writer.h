@@ -23,9 +23,14 @@ struct WriteResult {
     bool ok() const { return error.empty(); }
 };
 
-// Appends `value` as a variable-length quantity of at most three bytes; false when the
-// value does not fit (2097152 or more) or is negative.
+// Appends `value` as a variable-length quantity of up to four bytes; false when it is
+// negative or beyond 0x0FFFFFFF.
+bool AppendVlq(Bytes& out, long long value);
+// The same, held to the three bytes "TestMid.Mid" allows: false from 2097152 on.
 bool AppendDelta(Bytes& out, long long value);
+
+// Why record `index` (from 0) of the play log cannot be written: "Event 3 of the play log ...".
+std::string RecordError(std::size_t index, const std::string& what);
 
 // Ticks of a log record at `tempo` beats a minute with 480 ticks a quarter:
 // seconds * 8 * tempo, rounded half to even, so that the file plays at the speed heard.

@@ -24,7 +24,7 @@ void EventLog::extendLast(double seconds) {
 
 void EventLog::addConcurrent(int note, int channel, int velocity) {
     if (m_records.empty() || m_records.back().velocity != 0) return;
-    const LogRecord off = m_records.back();
+    const core::EventRecord off = m_records.back();
     m_records.back() = {0, note, channel, velocity};
     m_records.push_back(off);
     m_records.push_back({0, note, channel, 0});
@@ -42,8 +42,8 @@ std::string FormatLogNumber(double value) {
 
 std::string EventLog::text() const {
     std::string out;
-    for (const LogRecord& r : m_records) {
-        out += FormatLogNumber(r.seconds) + ',' + std::to_string(r.note) + ',' +
+    for (const core::EventRecord& r : m_records) {
+        out += FormatLogNumber(r.seconds) + ',' + std::to_string(r.key) + ',' +
                std::to_string(r.channel) + ',' + std::to_string(r.velocity) + "\r\n";
     }
     return out;

@@ -6,14 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace tahrir::play {
+#include "core/event_record.h"
 
-struct LogRecord {
-    double seconds; // since the previous record
-    int note;
-    int channel;  // the pitch-bend step of the note: 3 plain, 2 koron, 4 sori
-    int velocity; // 0 for the note off
-};
+namespace tahrir::play {
 
 class EventLog {
 public:
@@ -28,13 +23,13 @@ public:
     // A note that starts with the last logged note and ends with it.
     void addConcurrent(int note, int channel, int velocity);
 
-    const std::vector<LogRecord>& records() const { return m_records; }
+    const std::vector<core::EventRecord>& records() const { return m_records; }
     // The records in the quoting write form, comma separated, one a line (CR LF).
     std::string text() const;
     bool write(const std::filesystem::path& file) const;
 
 private:
-    std::vector<LogRecord> m_records;
+    std::vector<core::EventRecord> m_records;
     double m_rest = 0;
 };
 

@@ -1,44 +1,55 @@
 #include "play/note_player.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
+
+#include "core/line_view.h"
+#include "core/text_input.h"
 
 namespace tahrir::play {
 
 namespace {
 
-// Voice codes: 1 flat, 2 koron, 3 natural, 4 sori, 5 sharp.
-int VoiceCode(char letter) {
-    switch (letter) {
-    case 'B':
-        return 1;
-    case 'K':
-        return 2;
-    case 'S':
-        return 4;
-    case 'D':
-        return 5;
-    default:
-        return 3;
-    }
+using core::Mark;
+
+// The accidental a letter sounds, nullptr for the plain voice: blank, "N" and any letter
+// outside the table. Its pitch-bend step is the voice channel, its semitones move the key.
+const core::AccidentalRow* Sounding(char letter) {
+    const core::AccidentalRow* row = core::AccidentalRowOf(letter);
+    return row && row->quarterTones != 0 ? row : nullptr;
 }
 
-bool IsSignatureLetter(char c) {
-    return c == 'D' || c == 'B' || c == 'S' || c == 'K';
+int ChannelOf(const core::AccidentalRow* row) {
+    return row ? row->bendStep : NaturalChannel;
 }
 
-// Steps counted by the first character of an interval mark: "1".."9", ":", then "A" = 10.
+char UpperLetter(char c) {
+    return core::UpperAscii(std::string_view(&c, 1))[0];
+}
+
+// How far below the note an interval mordent's companion lies: the number the mark word
+// begins with, so only "1".."9" count and from "A" on the companion is the note itself.
+int MordentSteps(const core::MarkWord& m) {
+    return static_cast<int>(core::Val(std::string_view(&m.first, 1)));
+}
+
+// The player reads the interval forms by their characters, wider than the grammar: ":"
+// counts 10 like "A", and letters past "K" go on counting by their code.
 int IntervalCount(char c) {
-    if (c >= '1' && c <= ':') return c - 48;
-    if (c >= 'A') return c - 55;
-    return 0;
+    if (c == ':') return 10;
+    if (c > 'K') return c - 55;
+    return core::IntervalSteps(c);
 }
 
-// The interval forms run from "1" to "K" as characters, the signs between "9" and "A"
-// included.
-bool IsIntervalDigit(char c) {
-    return c >= '1' && c <= 'K';
+// An interval mordent's first character runs from "1" to "K" as characters, the signs
+// between "9" and "A" included.
+bool IsIntervalMordent(const core::MarkWord& m) {
+    return m.second == 'M' && m.first >= '1' && m.first <= 'K';
+}
+
+// Two notes together: any character above the blank before "T".
+bool IsTogether(const core::MarkWord& m) {
+    return m.second == 'T' && m.first > ' ';
 }
 
 // One event of a fixed expansion: which note, its share of the note's seconds, and
@@ -50,54 +61,38 @@ struct Share {
     bool onCompanionChannel;
 };
 struct Expansion {
-    const char* mark; // "1M" stands for every interval mordent
+    Mark mark; // IntervalMordent stands for every interval mordent
     Share events[3];
     int count;
 };
 
 // The fractions do not always sum to one: dorrab and mordent run 6% long on purpose.
 constexpr Expansion kExpansions[] = {
-    {"D ", {{Who::Main, 0.14, false}, {Who::Main, 0.14, false}, {Who::Main, 0.78, false}}, 3},
-    {"M ", {{Who::Main, 0.14, false}, {Who::Companion, 0.14, true}, {Who::Main, 0.78, false}}, 3},
-    {"1M", {{Who::Companion, 0.1, true}, {Who::Main, 0.1, false}, {Who::Companion, 0.78, true}}, 3},
-    {"O ", {{Who::Main, 0.5, false}, {Who::Companion, 0.5, false}, {}}, 2},
-    {". ", {{Who::Main, 0.5, false}, {Who::Silence, 0.5, false}, {}}, 2},
-    {"ST", {{Who::Main, 0.5, false}, {Who::Silence, 0.5, false}, {}}, 2},
-    {"DA", {{Who::Main, 0.9, false}, {Who::Silence, 0.1, false}, {}}, 2},
+    {Mark::Dorrab,
+     {{Who::Main, 0.14, false}, {Who::Main, 0.14, false}, {Who::Main, 0.78, false}},
+     3},
+    {Mark::Mordent,
+     {{Who::Main, 0.14, false}, {Who::Companion, 0.14, true}, {Who::Main, 0.78, false}},
+     3},
+    {Mark::IntervalMordent,
+     {{Who::Companion, 0.1, true}, {Who::Main, 0.1, false}, {Who::Companion, 0.78, true}},
+     3},
+    {Mark::Tekyeh, {{Who::Main, 0.5, false}, {Who::Companion, 0.5, false}, {}}, 2},
+    {Mark::Staccato, {{Who::Main, 0.5, false}, {Who::Silence, 0.5, false}, {}}, 2},
 };
+// "DA", a word only the player knows: the note cut short by a tenth.
+constexpr Expansion kDetached = {
+    Mark::Other, {{Who::Main, 0.9, false}, {Who::Silence, 0.1, false}, {}}, 2};
 
-const Expansion* FindExpansion(std::string_view mark) {
-    const bool intervalMordent = mark[1] == 'M' && IsIntervalDigit(mark[0]);
-    for (const Expansion& e : kExpansions) {
-        if (intervalMordent ? std::string_view(e.mark) == "1M" : mark == e.mark) return &e;
-    }
+const Expansion* FindExpansion(const core::MarkWord& m) {
+    if (m.first == 'D' && m.second == 'A') return &kDetached;
+    const Mark mark = IsIntervalMordent(m) ? Mark::IntervalMordent : m.mark;
+    for (const Expansion& e : kExpansions)
+        if (e.mark == mark) return &e;
     return nullptr;
 }
 
 } // namespace
-
-double LeadingValue(std::string_view text) {
-    std::size_t i = 0;
-    while (i < text.size() && text[i] == ' ')
-        ++i;
-    double sign = 1;
-    if (i < text.size() && (text[i] == '-' || text[i] == '+')) sign = text[i++] == '-' ? -1 : 1;
-    double value = 0;
-    bool any = false;
-    while (i < text.size() && std::isdigit(static_cast<unsigned char>(text[i]))) {
-        value = value * 10 + (text[i++] - '0');
-        any = true;
-    }
-    if (i < text.size() && text[i] == '.') {
-        double scale = 0.1;
-        for (++i; i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); ++i) {
-            value += (text[i] - '0') * scale;
-            scale /= 10;
-            any = true;
-        }
-    }
-    return any ? sign * value : 0;
-}
 
 // The note line resolved to keys and voices.
 struct NotePlayer::Resolved {
@@ -124,15 +119,15 @@ void NotePlayer::beginPass() {
 }
 
 std::optional<NotePlayer::Resolved> NotePlayer::resolve(int step, int octave, char accidental,
-                                                        std::string_view mark) const {
+                                                        const core::MarkWord& mark) const {
     const RunState& s = m_state;
     const bool hasStep = step >= 1 && step <= 7;
     // An accidental met earlier in the measure holds for the rest of it.
     if (accidental == ' ' && hasStep && s.MeasureTicks != 1000000 &&
         s.MeasureAccidentals[static_cast<std::size_t>(step)] != ' ')
         accidental = s.MeasureAccidentals[static_cast<std::size_t>(step)];
-    if (mark == "8D" || s.OctaveState * 2 == OctaveStateBase) --octave;
-    if (mark == "8U" || s.OctaveState == OctaveStateBase * 2) ++octave;
+    if (mark.mark == Mark::OctaveDown || s.OctaveState * 2 == OctaveStateBase) --octave;
+    if (mark.mark == Mark::OctaveUp || s.OctaveState == OctaveStateBase * 2) ++octave;
 
     int cStep = step + 1;
     int cOctave = octave;
@@ -140,64 +135,56 @@ std::optional<NotePlayer::Resolved> NotePlayer::resolve(int step, int octave, ch
         cStep = 1;
         ++cOctave;
     }
-    if (mark[1] == 'M') { // the interval mordent's companion lies below the note
-        cStep = step - static_cast<int>(LeadingValue(mark));
+    if (mark.second == 'M') { // the interval mordent's companion lies below the note
+        cStep = step - MordentSteps(mark);
         cOctave = octave;
         if (cStep < 1) {
             cStep += 7;
             --cOctave;
         }
     }
-    char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(accidental)));
-    if (letter == ' ' && hasStep &&
-        IsSignatureLetter(s.KeySignature[static_cast<std::size_t>(step)]))
-        letter = s.KeySignature[static_cast<std::size_t>(step)];
-    const int code = VoiceCode(letter);
+    // A blank takes the signature's letter of the step; "N" stays and means natural.
+    const char letter = UpperLetter(accidental);
+    const core::AccidentalRow* main = Sounding(letter);
+    if (letter == ' ' && hasStep) main = Sounding(s.KeySignature[static_cast<std::size_t>(step)]);
 
-    int cCode = 3;
-    if (mark[1] == 'T' && step > 0) {
-        for (int n = IntervalCount(mark[0]); n > 0; --n) {
+    const core::AccidentalRow* companion = nullptr;
+    if (mark.second == 'T' && step > 0) {
+        for (int n = IntervalCount(mark.first); n > 0; --n) {
             if (--cStep < 1) {
                 cStep = 7;
                 --cOctave;
             }
         }
-        if (cStep == step) cCode = code;
-        if (cCode == 3 && cStep >= 1 && cStep <= 7) {
-            const char k = s.KeySignature[static_cast<std::size_t>(cStep)];
-            if (IsSignatureLetter(k)) cCode = VoiceCode(k);
-        }
+        if (cStep == step) companion = main;
+        if (!companion && cStep >= 1 && cStep <= 7)
+            companion = Sounding(s.KeySignature[static_cast<std::size_t>(cStep)]);
     }
-    if (mark == "TB") cCode = 1;
+    if (mark.mark == Mark::TrillFlat) companion = core::AccidentalRowOf(core::Accidental::Flat);
 
     // Sharps and flats are whole semitones on the natural voice.
-    const auto keyOf = [this](int st, int oct, int& c) -> std::optional<int> {
+    const auto keyOf = [this](int st, int oct,
+                              const core::AccidentalRow* row) -> std::optional<int> {
         const auto key = m_pitch.at(oct * 7 + st);
         if (!key) return std::nullopt;
-        const int shift = c == 5 ? 1 : c == 1 ? -1 : 0;
-        if (shift != 0) c = 3;
-        return *key + shift;
+        return *key + (row ? row->semitones : 0);
     };
     Resolved r;
-    int mainCode = code;
     if (step > 0) {
-        const auto key = keyOf(step, octave, mainCode);
+        const auto key = keyOf(step, octave, main);
         if (!key) return std::nullopt; // off the table: the line is passed over
         r.main = *key;
     } else {
-        mainCode = 3;
+        main = nullptr;
     }
-    if (cStep >= 1) r.companion = keyOf(cStep, cOctave, cCode).value_or(0);
-    if (cCode == 1 || cCode == 5) cCode = 3;
-    r.mainChannel = mainCode;
-    r.companionChannel = cCode;
+    if (cStep >= 1) r.companion = keyOf(cStep, cOctave, companion).value_or(0);
+    r.mainChannel = ChannelOf(main);
+    r.companionChannel = ChannelOf(companion);
     return r;
 }
 
 void NotePlayer::PlayNoteLine(int step, int octave, int duration, char accidental,
-                              std::string_view markIn, int line) {
-    char markText[2] = {markIn.size() > 0 ? markIn[0] : ' ', markIn.size() > 1 ? markIn[1] : ' '};
-    const std::string_view mark(markText, 2);
+                              const core::MarkWord& mark, int line) {
     auto resolved = resolve(step, octave, accidental, mark);
     if (!resolved) return;
     Resolved& r = *resolved;
@@ -205,25 +192,25 @@ void NotePlayer::PlayNoteLine(int step, int octave, int duration, char accidenta
     const int base = 90 - m_controls.VolScr.load(std::memory_order_relaxed);
     // The accent rounds half to even; above 127 it would spill into the next byte, so it
     // is held at 127.
-    NoteVelocity =
-        mark == "AC" ? std::min(127, static_cast<int>(std::nearbyint(base * 1.5))) : base;
+    NoteVelocity = mark.mark == Mark::Accent
+                       ? std::min(127, static_cast<int>(std::nearbyint(base * 1.5)))
+                       : base;
     VoiceChannel = m_midi.CountInActive ? CountInChannel : r.mainChannel;
     if (m_midi.CountInActive) r.mainChannel = CountInChannel;
     CompanionChannel = r.companionChannel;
     r.seconds = std::max(0.0, duration * 60.0 / (m_state.ActiveTempo * 8));
     m_line = line;
     expand(r, duration, mark);
-    if (mark == "TI" && tiedToNext(step, octave, line)) TieHold = true;
+    if (mark.mark == Mark::Tie && tiedToNext(step, octave, line)) TieHold = true;
 }
 
 bool NotePlayer::tiedToNext(int step, int octave, int line) const {
     if (!m_sheet || line < 1 || line >= core::MaxLines) return false;
-    const core::ScoreLine& next = (*m_sheet)[line + 1];
-    return static_cast<int>(LeadingValue(next.field(1, 1))) == step &&
-           static_cast<int>(LeadingValue(next.field(2, 1))) == octave;
+    const core::NoteView next = core::ReadNote((*m_sheet)[line + 1]);
+    return next.step == step && next.octave == octave;
 }
 
-void NotePlayer::expand(const Resolved& r, int duration, std::string_view mark) {
+void NotePlayer::expand(const Resolved& r, int duration, const core::MarkWord& mark) {
     const double tick = 24 / (8 * m_state.ActiveTempo);
     const int main = r.main;
     if (duration == 0 && m_midi.CountInActive)
@@ -231,8 +218,9 @@ void NotePlayer::expand(const Resolved& r, int duration, std::string_view mark) 
     if (duration == -1 && main == 0)
         return PlayEvent(0, 0.0000001, EventMode::Plain, r.mainChannel);
     if (duration == -1) return PlayEvent(main, tick, EventMode::Plain, r.mainChannel);
-    if (mark == "T ") return playRounds(r, duration, false);
-    if (mark == "TR" || mark == "TB") return playRounds(r, duration, true);
+    if (mark.mark == Mark::Riz) return playRounds(r, duration, false);
+    if (mark.mark == Mark::Trill || mark.mark == Mark::TrillFlat)
+        return playRounds(r, duration, true);
     if (const Expansion* e = FindExpansion(mark)) {
         for (int i = 0; i < e->count; ++i) {
             const Share& s = e->events[i];
@@ -242,7 +230,7 @@ void NotePlayer::expand(const Resolved& r, int duration, std::string_view mark) 
         }
         return;
     }
-    if (mark[1] == 'T' && mark[0] > ' ') { // two notes together
+    if (IsTogether(mark)) {
         PlayEvent(r.companion, r.seconds, EventMode::Plain, r.mainChannel);
         PlayEvent(main, r.seconds, EventMode::Dual, r.mainChannel);
         PlayEvent(r.companion, r.seconds, EventMode::Stop, r.mainChannel);
@@ -351,12 +339,11 @@ void NotePlayer::cutSounding() {
 std::optional<AuditionedNote> NotePlayer::auditionNote(int step, int octave, char accidental) {
     const auto key = m_pitch.at(octave * 7 + step);
     if (step < 1 || step > 7 || !key) return std::nullopt;
-    const char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(accidental)));
-    const int note = *key + (letter == 'D' ? 1 : letter == 'B' ? -1 : 0);
-    const int channel = letter == 'K' ? KoronChannel : letter == 'S' ? SoriChannel : NaturalChannel;
+    const core::AccidentalRow* row = core::AccidentalRowOf(UpperLetter(accidental));
+    const int note = *key + (row ? row->semitones : 0);
     endAudition();
-    m_midi.MidiNoteOn(note, 127, channel);
-    m_audition = AuditionedNote{note, channel};
+    m_midi.MidiNoteOn(note, 127, ChannelOf(row));
+    m_audition = AuditionedNote{note, ChannelOf(row)};
     return m_audition;
 }
 

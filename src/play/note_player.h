@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "core/notation_tables.h"
 #include "core/score_sheet.h"
 #include "play/event_log.h"
 #include "play/midi_out.h"
@@ -50,8 +51,8 @@ public:
     void beginPass();
     bool EventLogOn = false;
 
-    void PlayNoteLine(int step, int octave, int duration, char accidental, std::string_view mark,
-                      int line);
+    void PlayNoteLine(int step, int octave, int duration, char accidental,
+                      const core::MarkWord& mark, int line);
     void PlayEvent(int note, double seconds, EventMode mode, int channel);
     // Waits until the sounding event has run out (end of the count-in, pause).
     void waitSounding();
@@ -79,8 +80,8 @@ public:
 private:
     struct Resolved;
     std::optional<Resolved> resolve(int step, int octave, char accidental,
-                                    std::string_view mark) const;
-    void expand(const Resolved& r, int duration, std::string_view mark);
+                                    const core::MarkWord& mark) const;
+    void expand(const Resolved& r, int duration, const core::MarkWord& mark);
     void playRounds(const Resolved& r, int duration, bool trill);
     bool tiedToNext(int step, int octave, int line) const;
     void cueAccompaniment();
@@ -98,8 +99,5 @@ private:
     int m_line = 0;
     std::optional<AuditionedNote> m_audition;
 };
-
-// VB-style number at the start of a text: blanks skipped, sign and digits, else 0.
-double LeadingValue(std::string_view text);
 
 } // namespace tahrir::play

@@ -1,12 +1,13 @@
 #include "play/scheduler.h"
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <cmath>
 #include <thread>
 
 #include "core/line_kind.h"
+#include "core/line_view.h"
+#include "core/text_input.h"
 
 namespace tahrir::play {
 
@@ -41,57 +42,32 @@ constexpr CountInRow kCountIn[] = {
 
 // The tuplet marks with their counters and tempo factors, in the order they are tested.
 struct Tuplet {
-    char digit;
     int count;
     double factor;
 };
-constexpr Tuplet kTuplets[4] = {
-    {'3', 3, 1.5}, {'5', 5, 1.25}, {'7', 7, 7.0 / 6}, {'9', 9, 9.0 / 8}};
+constexpr Tuplet kTuplets[4] = {{3, 1.5}, {5, 1.25}, {7, 7.0 / 6}, {9, 9.0 / 8}};
 
 constexpr long long kVirtualLineBudget = 64LL * core::SheetSize;
 
-int TupletIndex(const char mark[2]) {
-    if (mark[0] != 'L') return -1;
+int TupletIndex(const core::MarkWord& mark) {
+    if (mark.mark != core::Mark::Tuplet) return -1;
     for (int i = 0; i < 4; ++i)
-        if (mark[1] == kTuplets[i].digit) return i;
+        if (mark.number == kTuplets[i].count) return i;
     return -1;
-}
-
-std::string Upper(std::string_view text) {
-    std::string out(text);
-    for (char& c : out)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return out;
-}
-
-std::string_view TrimRight(std::string_view text) {
-    while (!text.empty() && text.back() == ' ')
-        text.remove_suffix(1);
-    return text;
 }
 
 } // namespace
 
-int MeasureTicksOf(std::string_view payload) {
-    const auto slash = payload.find('/');
-    const double numerator = LeadingValue(payload);
-    const double denominator =
-        slash == std::string_view::npos ? 0 : LeadingValue(payload.substr(slash + 1));
-    if (denominator <= 0) return 0;
-    return static_cast<int>(std::floor(numerator / denominator * 32));
-}
-
-Scheduler::Fields Scheduler::fieldsOf(int index) const {
-    const core::ScoreLine& l = (*m_sheet)[index];
-    Fields f{};
-    const bool digit = std::isdigit(static_cast<unsigned char>(l.at(1))) != 0;
-    f.step = digit ? l.at(1) - '0' : 0;
-    f.octave = static_cast<int>(LeadingValue(l.field(2, 1)));
-    f.duration = digit ? static_cast<int>(LeadingValue(l.field(3, 3))) : 0;
-    f.accidental = l.at(6);
-    f.mark[0] = l.at(8);
-    f.mark[1] = l.at(9);
-    return f;
+Scheduler::Walked Scheduler::walkedOf(int index) const {
+    const core::ScoreLine& line = (*m_sheet)[index];
+    Walked w{core::ReadNote(line), 0};
+    if (w.note.pitched) {
+        // A word of no time keeps its own number: " -1" for a grace note or a barline.
+        w.duration = w.note.ticks
+                         ? *w.note.ticks
+                         : static_cast<int>(core::Val(line.get(core::NoteField::DurationField)));
+    }
+    return w;
 }
 
 Scheduler::Context Scheduler::save() const {
@@ -114,17 +90,15 @@ void Scheduler::restore(const Context& c) {
 
 void Scheduler::readHead() {
     const core::ScoreSheet& sheet = *m_sheet;
-    for (std::size_t s = 1; s <= 7; ++s) {
-        m_state.KeySignature[s] = sheet[1].at(static_cast<int>(s));
-        m_state.OriginalSignature[s] = m_state.KeySignature[s];
-    }
+    readSignature();
     // The tempo bar never leaves 20..320, so no run divides by a tempo of 0.
     m_state.UserTempo = std::clamp(m_controls.UserTempo.load(), 20, 320);
     m_state.ActiveTempo = m_state.UserTempo;
-    if (sheet[2].startsWith("TEMPO")) m_state.ScoreTempo = LeadingValue(sheet[2].field(6, 4));
+    if (const auto tempo = core::TempoOf(sheet[2])) m_state.ScoreTempo = *tempo;
     if (m_state.ScoreTempo == 0) m_state.ScoreTempo = 60;
-    m_rhythm = sheet[3].field(6, 6);
-    m_state.MeasureTicks = MeasureTicksOf(m_rhythm);
+    m_headTicks = core::MeasureTicksOfLine(sheet[3]);
+    m_headMeasure = core::MeasureFractionOfLine(sheet[3]);
+    m_state.MeasureTicks = m_headTicks;
 }
 
 double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& options,
@@ -166,7 +140,7 @@ double Scheduler::PlayRun(const core::ScoreSheet& sheet, const RunOptions& optio
         }
     }
     // A last rest of one 32nd gives the last note its note off.
-    m_notes.PlayNoteLine(0, 3, 1, ' ', "  ", 0);
+    m_notes.PlayNoteLine(0, 3, 1, ' ', {}, 0);
     m_notes.EventLogOn = false;
     if (!options.EventLogFile.empty()) m_notes.eventLog().write(options.EventLogFile);
     m_state.OctaveState = OctaveStateBase;
@@ -190,7 +164,7 @@ Scheduler::Pass Scheduler::walkPass(const RunOptions& options) {
     }
     m_state.MeasureNumber = 1;
     m_state.ActiveTempo = m_state.UserTempo;
-    m_state.MeasureTicks = MeasureTicksOf(m_rhythm);
+    m_state.MeasureTicks = m_headTicks;
     m_state.OctaveState = OctaveStateBase;
     m_state.MeasurePosition = 0;
     m_line = 3;
@@ -213,13 +187,13 @@ Scheduler::Pass Scheduler::walkPass(const RunOptions& options) {
             return Pass::Restart;
         const int end = m_endMeasure;
         if (end > 0 && m_state.MeasureTicks > 0 && m_state.MeasureNumber > end) break;
-        const Fields f = fieldsOf(m_line);
+        const Walked w = walkedOf(m_line);
         const bool inRange =
             m_state.MeasureTicks == 0 || end == 0 ||
             (m_startMeasure <= m_state.MeasureNumber && m_state.MeasureNumber <= end);
         const bool beforeStart = m_startMeasure > 0 && m_state.MeasureTicks > 0 &&
                                  m_state.MeasureNumber < m_startMeasure;
-        const Pass p = walkLine(f, inRange && !beforeStart);
+        const Pass p = walkLine(w, inRange && !beforeStart);
         if (p != Pass::Go) return p;
         applyLiveControls();
         if (!pauseAndStop()) return Pass::End;
@@ -233,23 +207,20 @@ void Scheduler::countIn() {
     m_midi.CountInActive = true;
     m_notes.VoiceChannel = CountInChannel;
     if (m_controls.CountIn.load()) {
-        const double num = LeadingValue(m_rhythm);
-        const auto slash = m_rhythm.find('/');
-        const double den = slash == std::string::npos
-                               ? 0
-                               : LeadingValue(std::string_view(m_rhythm).substr(slash + 1));
         const CountInRow* row = &kCountIn[std::size(kCountIn) - 1];
         for (const CountInRow& r : kCountIn)
-            if (r.numerator == num && r.denominator == den) row = &r;
+            if (r.numerator == m_headMeasure.numerator &&
+                r.denominator == m_headMeasure.denominator)
+                row = &r;
         for (int i = 0; i < row->count; ++i)
             m_notes.PlayNoteLine(row->clicks[i].step, row->clicks[i].octave,
-                                 row->clicks[i].duration, ' ', "  ", 0);
+                                 row->clicks[i].duration, ' ', {}, 0);
     }
     m_midi.CountInActive = false;
     m_notes.waitSounding();
 }
 
-Scheduler::Pass Scheduler::walkLine(const Fields& f, bool inRange) {
+Scheduler::Pass Scheduler::walkLine(const Walked& w, bool inRange) {
     const core::ScoreLine& line = (*m_sheet)[m_line];
     // A running tuplet counter restores the tempo at the note after its group.
     for (std::size_t i = 0; i < 4; ++i) {
@@ -257,44 +228,44 @@ Scheduler::Pass Scheduler::walkLine(const Fields& f, bool inRange) {
         if (--m_tuplets[i] == 0) m_state.ActiveTempo /= kTuplets[i].factor;
         break;
     }
+    const core::NoteView& f = w.note;
     if (const int t = TupletIndex(f.mark); t >= 0) {
         m_state.ActiveTempo *= kTuplets[t].factor;
         m_tuplets[static_cast<std::size_t>(t)] = kTuplets[t].count;
     }
     directives(line);
     if (m_state.MeasurePosition == 0) m_state.MeasureAccidentals.fill(' ');
-    if (f.accidental != ' ' && f.step > 0 && f.step <= 7)
-        m_state.MeasureAccidentals[static_cast<std::size_t>(f.step)] = f.accidental;
+    if (f.accidentalLetter != ' ' && f.step > 0 && f.step <= 7)
+        m_state.MeasureAccidentals[static_cast<std::size_t>(f.step)] = f.accidentalLetter;
 
     if (m_line < m_firstLine) { // walked for its measure count only
-        countDuration(f);
+        countDuration(w);
         ++m_line;
         return Pass::Go;
     }
-    if (isFin(line) && !m_large.done) {
+    if (core::IsEndMark(line) && !m_large.done) {
         // Music after the end mark is never reached: the walk rests here until Stop.
         if (m_line >= m_sheet->LastLine || m_endAtFin) return Pass::End;
         while (!m_controls.StopRequest.load())
             std::this_thread::sleep_for(10ms);
         return Pass::End;
     }
-    if (f.duration == 0) {
+    if (w.duration == 0) {
         if (!controlLine(line)) return Pass::Go; // the line to walk next is already set
     } else {
         if (inRange) {
-            m_notes.PlayNoteLine(f.step, f.octave, f.duration, f.accidental,
-                                 std::string_view(f.mark, 2), m_line);
+            m_notes.PlayNoteLine(f.step, f.octave, w.duration, f.accidentalLetter, f.mark, m_line);
             m_midi.CountInActive = false;
         }
-        countDuration(f);
+        countDuration(w);
     }
     ++m_line;
     return Pass::Go;
 }
 
 // The first note of a tuplet takes no measure time, so a group fits the measure.
-void Scheduler::countDuration(const Fields& f) {
-    if (f.duration > 0 && TupletIndex(f.mark) < 0) m_state.MeasurePosition += f.duration;
+void Scheduler::countDuration(const Walked& w) {
+    if (w.duration > 0 && TupletIndex(w.note.mark) < 0) m_state.MeasurePosition += w.duration;
     endMeasureIfFull();
 }
 
@@ -307,40 +278,38 @@ void Scheduler::endMeasureIfFull() {
 }
 
 void Scheduler::directives(const core::ScoreLine& line) {
-    if (line.startsWith("LvT=")) {
+    if (const auto cue = core::SpeedMarkOf(line)) {
         // A cue of the accompaniment: its position, in the unit the recording is played in.
-        const double value = LeadingValue(line.text().substr(4));
         m_state.WavePosition =
-            static_cast<int>(std::lround(value / 8 * 60 / m_state.UserTempo * 100));
+            static_cast<int>(std::lround(*cue / 8 * 60 / m_state.UserTempo * 100));
         m_state.WaveCued = true;
         m_state.WavePending = true;
-    } else if (core::IsTempoLine(line.text())) {
-        double v = LeadingValue(line.field(6, 4));
+    } else if (const auto tempo = core::TempoOf(line)) {
+        double v = *tempo;
         if (v > -320 && v < -19) v = -v;
         if (v > 19 && v < 320 && m_state.ScoreTempo > 0)
             m_state.ActiveTempo = v * m_state.UserTempo / m_state.ScoreTempo;
-    } else if (line.startsWith("ALL")) {
-        const char digit = line.at(4);
-        const char letter = line.at(5);
-        if (digit >= '1' && digit <= '7') {
-            m_state.KeySignature[static_cast<std::size_t>(digit - '0')] = letter;
-        } else if (digit == '8') {
-            if (letter == 'U')
+    } else if (const auto change = core::AllChangeOf(line)) {
+        if (change->digit >= 1 && change->digit <= 7) {
+            m_state.KeySignature[static_cast<std::size_t>(change->digit)] = change->letter;
+        } else if (change->digit == 8) {
+            if (change->letter == 'U')
                 m_state.OctaveState *= 2;
-            else if (letter == 'D')
+            else if (change->letter == 'D')
                 m_state.OctaveState /= 2;
-            else if (letter == 'N')
+            else if (change->letter == 'N')
                 m_state.OctaveState = OctaveStateBase;
         }
     } else if (core::IsRhythmLine(line.text())) {
-        m_state.MeasureTicks = MeasureTicksOf(line.field(6, 6));
+        m_state.MeasureTicks = core::MeasureTicksOfLine(line);
     }
 }
 
-bool Scheduler::isFin(const core::ScoreLine& line) const {
-    const std::string text = Upper(TrimRight(line.text()));
-    if (text == "FIN" || text == "LCFIN") return true;
-    return text.size() == 5 && text[0] == 'L' && text.compare(2, 3, "FIN") == 0;
+// The signature of line 1, for the run and as the original one.
+void Scheduler::readSignature() {
+    const std::array<char, 8> letters = core::HeaderKeyLetters((*m_sheet)[1]);
+    for (std::size_t s = 1; s <= 7; ++s)
+        m_state.KeySignature[s] = m_state.OriginalSignature[s] = letters[s];
 }
 
 // Control lines of no duration. Returns false when the walk jumped and must not advance.
@@ -361,11 +330,7 @@ bool Scheduler::controlLine(const core::ScoreLine& line) {
             c.done = true;
             // Back at the head of the music (the opening on line 4, or none at all): the
             // signature of line 1 holds again.
-            if (token == "REPS}" && (m_line == 3 || m_line == 4)) {
-                for (std::size_t s = 1; s <= 7; ++s)
-                    m_state.KeySignature[s] = m_state.OriginalSignature[s] =
-                        (*m_sheet)[1].at(static_cast<int>(s));
-            }
+            if (token == "REPS}" && (m_line == 3 || m_line == 4)) readSignature();
         }
     } else if (token == "VOL{1") {
         if (m_repeatEndLine > m_line) {
@@ -376,17 +341,16 @@ bool Scheduler::controlLine(const core::ScoreLine& line) {
         repeatSign(token == "REPB2");
     } else if (token == "GSIGN" || token == "FSIGN") {
         m_state.Clef = token[0];
-    } else {
-        const std::string upper = Upper(line.field(1, 6));
-        if (upper == "LCINS=") {
-            const int v = static_cast<int>(LeadingValue(line.field(7, 2)));
+    } else if (const auto control = core::ControlOf(line); control && control->assigns) {
+        if (control->keyword == "INS") {
+            const int v = static_cast<int>(control->number(2));
             if (v > 0 && v < 9) {
                 m_midi.setProgramIndex(*ProgramIndexOfButton(v - 1));
                 m_midi.MidiOutputOn = true;
                 m_midi.PrepareChannels();
             }
-        } else if (upper == "LCTRP=") {
-            const int v = static_cast<int>(LeadingValue(line.field(7, 3)));
+        } else if (control->keyword == "TRP") {
+            const int v = static_cast<int>(control->number(3));
             if (v >= -12 && v <= 12) m_controls.Transpose = TransposeCentre + v;
         }
     }
@@ -398,9 +362,9 @@ bool Scheduler::controlLine(const core::ScoreLine& line) {
 int Scheduler::scanBack(int limit) const {
     int sum = 0;
     for (int i = m_line - 1; i >= m_firstLine; --i) {
-        const Fields f = fieldsOf(i);
-        if (f.duration > 0 && TupletIndex(f.mark) < 0) sum += f.duration;
-        if (sum >= limit && i - 1 >= m_firstLine && fieldsOf(i - 1).duration == -1) return i - 1;
+        const Walked w = walkedOf(i);
+        if (w.duration > 0 && TupletIndex(w.note.mark) < 0) sum += w.duration;
+        if (sum >= limit && i - 1 >= m_firstLine && walkedOf(i - 1).duration == -1) return i - 1;
     }
     return 3;
 }
@@ -423,7 +387,7 @@ void Scheduler::repeatSign(bool two) {
     const int limit = (two ? 2 : 1) * m_state.MeasureTicks;
     int target = scanBack(limit);
     if (target == 3) m_state.MeasurePosition = 0;
-    if (target > 3 && TupletIndex(fieldsOf(target).mark) >= 0) --target;
+    if (target > 3 && TupletIndex(walkedOf(target).note.mark) >= 0) --target;
     if (two) --m_state.MeasureNumber;
     if (m_state.MeasureNumber <= 0) m_state.MeasureNumber = 1;
     m_line = target;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "core/line_view.h"
 #include "core/score_sheet.h"
 #include "play/midi_out.h"
 #include "play/note_player.h"
@@ -42,30 +43,29 @@ private:
         int octave = OctaveStateBase;
         bool done = false;
     };
-    struct Fields {
-        int step;
-        int octave;
-        int duration;
-        char accidental;
-        char mark[2];
+    // A line as the walk reads it: its note fields and its 32nds (-1 for no time, 0 for
+    // a line without a pitch digit).
+    struct Walked {
+        core::NoteView note;
+        int duration = 0;
     };
     enum class Pass { Go, Restart, End };
 
     void readHead();
     Pass walkPass(const RunOptions& options);
     void countIn();
-    Pass walkLine(const Fields& f, bool inRange);
+    Pass walkLine(const Walked& w, bool inRange);
     void directives(const core::ScoreLine& line);
     bool controlLine(const core::ScoreLine& line);
-    void countDuration(const Fields& f);
+    void countDuration(const Walked& w);
     void endMeasureIfFull();
     void repeatSign(bool two);
     int scanBack(int limit) const;
-    bool isFin(const core::ScoreLine& line) const;
+    void readSignature();
     void applyLiveControls();
     void syncWaveVoices();
     bool pauseAndStop();
-    Fields fieldsOf(int index) const;
+    Walked walkedOf(int index) const;
     Context save() const;
     void restore(const Context& c);
 
@@ -82,7 +82,8 @@ private:
     int m_endLine = 0;
     int m_startMeasure = 0;
     int m_endMeasure = 0;
-    std::string m_rhythm;
+    int m_headTicks = 0;                 // the measure of line 3
+    core::MeasureFraction m_headMeasure; // its two numbers, for the count-in
     Context m_repeat;
     Context m_large;
     int m_repeatEndLine = 0;
@@ -95,9 +96,5 @@ private:
     bool m_lastPedal = false;
     unsigned m_walked = 0;
 };
-
-// Int(numerator / denominator * 32) of a measure payload such as "6/8"; 0 when the
-// denominator is not positive.
-int MeasureTicksOf(std::string_view payload);
 
 } // namespace tahrir::play

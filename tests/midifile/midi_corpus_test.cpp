@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <functional>
 #include <map>
 
+#include "golden_text.h"
 #include "smf_builder.h"
-#include "temp_folder.h"
 
 namespace tahrir::midifile {
 namespace {
@@ -46,9 +45,7 @@ TEST(MidiCorpus, EveryFileMeetsItsFolderVerdictAndGoldenDump) {
         EXPECT_TRUE(Verdicts.at(folder)(info, dump.lines)) << entry.path();
         std::string text;
         for (const auto& l : dump.lines) text += l + "\n";
-        const fs::path golden = entry.path().string() + ".dump";
-        if (test::UpdateGolden()) std::ofstream(golden, std::ios::binary) << text;
-        EXPECT_EQ(text, ::tahrir::test::ReadBytes(golden)) << golden;
+        ::tahrir::test::ExpectGoldenText(entry.path().string() + ".dump", text);
     }
     EXPECT_GE(files, 8);
 }

@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
 
+#include "golden_text.h"
 #include "play/player.h"
 #include "play_test_util.h"
 
@@ -17,19 +15,9 @@ using testing::Note;
 using testing::Rest;
 using testing::Sheet;
 
-// Compares `text` with a file under tests/data/play; TAHRIR_UPDATE_GOLDEN=1 rewrites it.
+// Compares `text` with a file under tests/data/play.
 void ExpectGolden(const std::string& text, const std::string& name) {
-    const std::string path = std::string(TAHRIR_TEST_DATA) + "/play/" + name;
-    const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN");
-    if (update && std::string(update) == "1") {
-        std::ofstream(path, std::ios::binary) << text;
-        return;
-    }
-    std::ifstream in(path, std::ios::binary);
-    ASSERT_TRUE(in) << "missing golden file " << path;
-    std::stringstream golden;
-    golden << in.rdbuf();
-    EXPECT_EQ(text, golden.str()) << "differs from " << path;
+    ::tahrir::test::ExpectGoldenText(std::string(TAHRIR_TEST_DATA) + "/play/" + name, text);
 }
 
 // Every message of a run as "milliseconds<TAB>word", the closing all-notes-off folded.

@@ -6,15 +6,10 @@ namespace tahrir::play {
 namespace {
 
 TEST(MidiMessages, PackWithoutMasking) {
-    // The standing bends of the default sliders: koron E2 00 30, natural E3 00 40, sori E4 00 50.
-    EXPECT_EQ(PackPitchBend(0, 64 - 16, 2), 0x003000E2u);
-    EXPECT_EQ(PackPitchBend(0, 64, 3), 0x004000E3u);
-    EXPECT_EQ(PackPitchBend(0, 64 + 16, 4), 0x005000E4u);
-    // Koron Re of octave 3 (key 62) at velocity 60 on channel 2: 92 3E 3C.
+    // Koron Re of octave 3 (key 62) at velocity 60 on channel 2, 92 3E 3C, and the koron
+    // voice's standing bend, E2 00 30; the other words are checked against the golden run.
     EXPECT_EQ(PackNoteOn(62, 60, 2), 0x003C3E92u);
-    EXPECT_EQ(PackNoteOff(62, 2), 0x00003E82u);
-    EXPECT_EQ(PackProgramChange(73, 3), 0x000049C3u);
-    EXPECT_EQ(PackControlChange(33, 0, 6), 0x000021B6u);
+    EXPECT_EQ(PackPitchBend(0, 64 - 16, 2), 0x003000E2u);
     // A key above 127 spills into the velocity byte: 130 * 256 = 0x8200.
     EXPECT_EQ(PackNoteOn(130, 60, 3), 0x003C8293u);
     // A channel above 15 spills into the status nibble: 144 + 16 = 0xA0.

@@ -22,8 +22,10 @@ protected:
         notes.beginRun();
         notes.EventLogOn = true;
     }
-    void line(int step, int octave, int duration, char accidental = ' ', const char* mark = "  ") {
-        notes.PlayNoteLine(step, octave, duration, accidental, mark, 10);
+    void line(int step, int octave, int duration, char accidental = ' ', const char* mark = "  ",
+              int at = 10) {
+        notes.PlayNoteLine(step, octave, duration, accidental, core::ReadMark(mark[0], mark[1]),
+                           at);
     }
     void restart() {
         sink.clear();
@@ -36,19 +38,6 @@ protected:
     PlayControls controls;
     NotePlayer notes;
 };
-
-TEST(StepPitchTable, BuildsOctavesFromTheBase) {
-    StepPitchTable table;
-    EXPECT_EQ(table.at(1), 24);
-    EXPECT_EQ(table.at(22), 60); // Do of octave 3
-    EXPECT_EQ(table.at(27), 69); // La of octave 3
-    EXPECT_EQ(table.at(29), 72);
-    EXPECT_EQ(table.at(50), 108); // the last entry the octaves reach
-    EXPECT_EQ(table.at(0), std::nullopt);
-    EXPECT_EQ(table.at(59), std::nullopt);
-    table.rebuild(TransposeCentre + 2); // two semitones up
-    EXPECT_EQ(table.at(22), 62);
-}
 
 TEST_F(NotePlayerTest, VoiceChannelFollowsAccidentalSignatureAndMeasure) {
     line(2, 3, 8, 'K'); // koron Re
@@ -114,10 +103,10 @@ TEST_F(NotePlayerTest, TieContinuesTheNoteAndLengthensItsLogRecord) {
     sheet.setLine(12, testing::Note(2, 3, 8, ' ', "TI"));
     sheet.setLine(13, testing::Note(3, 3, 8));
     notes.setSheet(&sheet);
-    notes.PlayNoteLine(1, 3, 8, ' ', "TI", 10);
-    notes.PlayNoteLine(1, 3, 4, ' ', "  ", 11);
-    notes.PlayNoteLine(2, 3, 8, ' ', "TI", 12);
-    notes.PlayNoteLine(3, 3, 8, ' ', "  ", 13);
+    line(1, 3, 8, ' ', "TI", 10);
+    line(1, 3, 4, ' ', "  ", 11);
+    line(2, 3, 8, ' ', "TI", 12);
+    line(3, 3, 8, ' ', "  ", 13);
     const std::vector<NoteEvent> expected = {{0, 'N', 60, 3, 60},
                                              {1.5, 'N', 62, 3, 60},
                                              {1.5, 'F', 60, 3, 0},
@@ -205,6 +194,15 @@ TEST_F(NotePlayerTest, TwoNotesTogetherLogBothAtOnce) {
     EXPECT_EQ(NoteEvents(sink), expected);
     EXPECT_EQ(notes.eventLog().text(),
               "0,60,3,60\r\n0,64,3,60\r\n1,60,3,0\r\n0,64,3,0\r\n0,62,3,60\r\n1,62,3,0\r\n");
+}
+
+TEST_F(NotePlayerTest, TogetherCountsColonAsTenLikeA) {
+    // Sol with the note ten steps below its upper neighbour: Mi of octave 2.
+    for (const char* mark : {"AT", ":T"}) {
+        restart();
+        line(5, 3, 8, ' ', mark);
+        EXPECT_EQ(NoteOns(sink), (Ons{{52, 3}, {67, 3}})) << mark;
+    }
 }
 
 TEST_F(NotePlayerTest, AuditionUsesVoiceChannelsAndEnds) {

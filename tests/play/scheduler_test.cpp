@@ -4,6 +4,7 @@
 #include <cmath>
 #include <fstream>
 
+#include "core/line_view.h"
 #include "play/player.h"
 #include "play_test_util.h"
 #include "temp_folder.h"
@@ -78,6 +79,16 @@ TEST_F(WalkTest, TimeFollowsTempoMarksScaledByTheTempoBar) {
     sheet = Plain("4/4", {Dir("TEMPO999"), N(1, 8), N(2, 8)});
     keys(sheet);
     EXPECT_EQ(OnTimes(sink).back(), 1.0); // out of range: ignored
+}
+
+TEST_F(WalkTest, TempoIsTheNumberThePageShows) {
+    // Blanks inside the number are skipped: "TEMPO 7 2" is 72, as core::TempoOf reads it.
+    auto sheet = Plain("4/4", {N(1, 8), Dir("TEMPO14 4"), N(2, 8), N(3, 8)});
+    sheet.setLine(2, Dir("TEMPO 7 2"));
+    ASSERT_EQ(core::TempoOf(sheet[2]), 72);
+    ASSERT_EQ(core::TempoOf(sheet[5]), 144);
+    keys(sheet); // the mark is twice the score's tempo: at the bar's 60 a quarter takes 0.5 s
+    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 1, 1.5}));
 }
 
 TEST_F(WalkTest, TupletPlaysFasterAndFitsTheMeasure) {

@@ -102,7 +102,6 @@ TEST(Outputs, OpenEitherSucceedsOrSaysWhy) {
     EXPECT_EQ(OpenOutput(OutputChoice::None).sink, nullptr);
     const OpenedOutput port = OpenOutput(OutputChoice::MidiPort);
     EXPECT_FALSE(port.description.empty());
-    EXPECT_EQ(OutputChoiceFromText("synth"), OutputChoice::Synthesiser);
     EXPECT_EQ(OutputChoiceFromText("bogus"), OutputChoice::Auto);
 }
 

@@ -146,12 +146,11 @@ TEST(WaveVoiceRendering, TarQuarterToneScaleIsInTuneAndOnTime) {
     const char accidentals[] = {' ', 'S', 'K', 'N', 'S', 'K', 'N', ' '};
     const int steps[] = {1, 1, 2, 2, 2, 3, 3, 4};
     const double pitches[] = {60, 60.5, 61.5, 62, 62.5, 63.5, 64, 65};
-    std::initializer_list<std::string> music = {
-        Note(steps[0], 3, 4, accidentals[0]), Note(steps[1], 3, 4, accidentals[1]),
-        Note(steps[2], 3, 4, accidentals[2]), Note(steps[3], 3, 4, accidentals[3]),
-        Note(steps[4], 3, 4, accidentals[4]), Note(steps[5], 3, 4, accidentals[5]),
-        Note(steps[6], 3, 4, accidentals[6]), Note(steps[7], 3, 4, accidentals[7])};
-    const auto x = RenderWaveVoice(Sheet("", 60, "4/4", music), 8, 60, dir / "tar.wav");
+    core::ScoreSheet sheet = Sheet("", 60, "4/4", {});
+    for (int i = 0; i < 8; ++i)
+        sheet.setLine(4 + i, Note(steps[i], 3, 4, accidentals[i]));
+    sheet.LastLine = 11;
+    const auto x = RenderWaveVoice(sheet, 8, 60, dir / "tar.wav");
     ASSERT_GT(x.size(), static_cast<std::size_t>(4 * kRate));
     for (int i = 0; i < 8; ++i) {
         const double start = i * 0.5; // an 8th at tempo 60
