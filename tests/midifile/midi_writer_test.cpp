@@ -18,10 +18,8 @@ TEST(MidiWriter, TempoLengthForms) {
     // time signature's delta.
     const std::pair<double, Bytes> cases[] = {
         {60, {3, 0x0F, 0x42, 0x40}},   // 1000000
-        {120, {3, 0x07, 0xA1, 0x20}},  // 500000
         {915, {3, 0x01, 0x00, 0x25}},  // 65573: still three bytes
         {916, {2, 0xFF, 0xDE, 161}},   // 65502: two bytes and the filler
-        {1000, {2, 0xEA, 0x60, 161}},  // 60000
         {72.5, {3, 0x0C, 0xA0, 0xC2}}, // 827586.2 keeps its integer part, 827586
         {300000, {1, 200}},            // one byte
     };
@@ -123,8 +121,8 @@ TEST(MidiWriter, FileReadsBackThroughTheReaderAndImport) {
 
 TEST(MidiWriter, TestMidComesFromTheLogInTheAppFolder) {
     const ::tahrir::test::TempFolder folder;
-    EXPECT_EQ(WriteTestMid(folder.path(), 60), "");
-    EXPECT_EQ(ReadByteVector(folder.path() / TestMidName), WriteMidiFile({}, 60).bytes); // no log
+    EXPECT_EQ(WriteTestMid(folder.path(), 60), ""); // a missing log is an empty one
+    EXPECT_EQ(ReadByteVector(folder.path() / TestMidName), WriteMidiFile({}, 60).bytes);
 
     std::ofstream(folder.path() / EventLogName) << "0,60,3,100\r\n.25,60,3,0\r\n";
     EXPECT_EQ(WriteTestMid(folder.path(), 60), "");
