@@ -50,6 +50,13 @@ using testing::YinPitch;
 
 constexpr int kRate = 44100;
 
+std::vector<WaveCommand> Commands(const RecordingSink& sink) {
+    std::vector<WaveCommand> out;
+    for (const auto& w : sink.waves())
+        out.push_back(w.command);
+    return out;
+}
+
 // The wave commands a MIDI note on sends with the tar and the daf chosen.
 std::vector<WaveCommand> WavesOfNoteOn(int note, int channel, bool countIn = false) {
     RecordingSink sink;
@@ -59,10 +66,7 @@ std::vector<WaveCommand> WavesOfNoteOn(int note, int channel, bool countIn = fal
     sink.clear();
     midi.CountInActive = countIn;
     midi.MidiNoteOn(note, 60, channel);
-    std::vector<WaveCommand> out;
-    for (const auto& w : sink.waves())
-        out.push_back(w.command);
-    return out;
+    return Commands(sink);
 }
 
 TEST(WaveIndex, GridEdgesTarOffsetAndGates) {
@@ -94,13 +98,10 @@ TEST(WaveIndex, GridEdgesTarOffsetAndGates) {
     midi.MidiNoteOff(62, 3);
     midi.MidiNoteOff(64, 3);
     midi.toggleTar();
-    std::vector<WaveCommand> got;
-    for (const auto& w : sink.waves())
-        got.push_back(w.command);
-    EXPECT_EQ(got, (std::vector<WaveCommand>{{WaveBank::Tar, WaveAction::StopAll, 0},
-                                             {WaveBank::Tar, WaveAction::Play, 5},
-                                             {WaveBank::Tar, WaveAction::Stop, 5},
-                                             {WaveBank::Tar, WaveAction::StopAll, 0}}));
+    EXPECT_EQ(Commands(sink), (std::vector<WaveCommand>{{WaveBank::Tar, WaveAction::StopAll, 0},
+                                                        {WaveBank::Tar, WaveAction::Play, 5},
+                                                        {WaveBank::Tar, WaveAction::Stop, 5},
+                                                        {WaveBank::Tar, WaveAction::StopAll, 0}}));
     EXPECT_TRUE(sink.entries().empty());
 }
 
