@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "temp_folder.h"
-
 namespace tahrir::midifile {
 namespace {
 
@@ -18,13 +16,6 @@ TEST(EventLog, ReadsTheNumberFormsAndPassesOverLinesThatAreNotFourNumbers) {
     EXPECT_EQ(log.records[3].key, 61);
     EXPECT_EQ(log.records[3].channel, 4);
     EXPECT_EQ(log.records[3].velocity, 90);
-}
-
-TEST(EventLog, MissingFileIsAnEmptyLog) {
-    const ::tahrir::test::TempFolder folder;
-    const EventLog log = ReadEventLog(folder.path() / EventLogName);
-    EXPECT_TRUE(log.records.empty());
-    EXPECT_EQ(log.skippedLines, 0);
 }
 
 } // namespace

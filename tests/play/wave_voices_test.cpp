@@ -45,11 +45,17 @@ namespace {
 using testing::Directive;
 using testing::Note;
 using testing::ReadLeft;
-using testing::Rest;
 using testing::Sheet;
 using testing::YinPitch;
 
 constexpr int kRate = 44100;
+
+std::vector<WaveCommand> Commands(const RecordingSink& sink) {
+    std::vector<WaveCommand> out;
+    for (const auto& w : sink.waves())
+        out.push_back(w.command);
+    return out;
+}
 
 // The wave commands a MIDI note on sends with the tar and the daf chosen.
 std::vector<WaveCommand> WavesOfNoteOn(int note, int channel, bool countIn = false) {
@@ -60,10 +66,7 @@ std::vector<WaveCommand> WavesOfNoteOn(int note, int channel, bool countIn = fal
     sink.clear();
     midi.CountInActive = countIn;
     midi.MidiNoteOn(note, 60, channel);
-    std::vector<WaveCommand> out;
-    for (const auto& w : sink.waves())
-        out.push_back(w.command);
-    return out;
+    return Commands(sink);
 }
 
 TEST(WaveIndex, GridEdgesTarOffsetAndGates) {
@@ -95,13 +98,10 @@ TEST(WaveIndex, GridEdgesTarOffsetAndGates) {
     midi.MidiNoteOff(62, 3);
     midi.MidiNoteOff(64, 3);
     midi.toggleTar();
-    std::vector<WaveCommand> got;
-    for (const auto& w : sink.waves())
-        got.push_back(w.command);
-    EXPECT_EQ(got, (std::vector<WaveCommand>{{WaveBank::Tar, WaveAction::StopAll, 0},
-                                             {WaveBank::Tar, WaveAction::Play, 5},
-                                             {WaveBank::Tar, WaveAction::Stop, 5},
-                                             {WaveBank::Tar, WaveAction::StopAll, 0}}));
+    EXPECT_EQ(Commands(sink), (std::vector<WaveCommand>{{WaveBank::Tar, WaveAction::StopAll, 0},
+                                                        {WaveBank::Tar, WaveAction::Play, 5},
+                                                        {WaveBank::Tar, WaveAction::Stop, 5},
+                                                        {WaveBank::Tar, WaveAction::StopAll, 0}}));
     EXPECT_TRUE(sink.entries().empty());
 }
 
@@ -173,28 +173,6 @@ TEST(WaveVoiceRendering, DafStrokesFollowTheRhythm) {
     for (int d : durations) {
         EXPECT_NEAR(OnsetNear(x, at), at, 0.005) << "stroke at " << at;
         at += d * 60.0 / (8 * 90);
-    }
-}
-
-TEST(WaveVoiceRendering, SungNotesAreOnTheirSteps) {
-    // Do..Si of octave 2 of the staff, keys 48..59: the median pitch of the voiced 40 ms
-    // stretches, as a voice wavers a little around its note.
-    const int keys[] = {48, 50, 52, 53, 55, 57, 59};
-    for (int step = 1; step <= 7; ++step) {
-        WaveSample voice;
-        std::string error;
-        const auto file = std::filesystem::path(TAHRIR_DATA_DIR) / SyllableSampleName(step);
-        ASSERT_TRUE(ReadWaveSample(file, voice, error)) << error;
-        const auto window = static_cast<std::size_t>(voice.rate / 25);
-        std::vector<double> pitches;
-        for (std::size_t at = 0; at + window + voice.rate / 80 + 2 < voice.frames.size(); at += window / 4)
-            if (const double hz = YinPitch(voice.frames, at, window, voice.rate, 0.3); hz > 0)
-                pitches.push_back(hz);
-        ASSERT_GT(pitches.size(), 10u) << file;
-        std::nth_element(pitches.begin(), pitches.begin() + static_cast<std::ptrdiff_t>(pitches.size() / 2), pitches.end());
-        const double hz = pitches[pitches.size() / 2];
-        const double expected = 440 * std::pow(2.0, (keys[step - 1] - 69) / 12.0);
-        EXPECT_NEAR(1200 * std::log2(hz / expected), 0, 25) << file << " at " << hz;
     }
 }
 
