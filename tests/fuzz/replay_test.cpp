@@ -44,16 +44,6 @@ TEST_P(FuzzReplay, EveryKeptInputPasses) {
     }
 }
 
-// The entries' scratch folder goes with the process.
-class ScratchCleanup : public testing::Environment {
-public:
-    void TearDown() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(tahrir::fuzz::ScratchFolder(), ignored);
-    }
-};
-const auto* const kCleanup = testing::AddGlobalTestEnvironment(new ScratchCleanup);
-
 INSTANTIATE_TEST_SUITE_P(Targets, FuzzReplay, testing::ValuesIn(kTargets),
                          [](const auto& info) { return std::string(info.param.name); });
 
