@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 
 namespace tahrir::play {
@@ -34,12 +33,11 @@ void EventLog::addConcurrent(int note, int channel, int velocity) {
 std::string FormatLogNumber(double value) {
     char buffer[32];
     std::snprintf(buffer, sizeof buffer, "%.7G", value);
-    // Single precision shows seven digits; an exponent keeps two digits, as "1E-07"
-    // (built from the pieces: GCC's -O3 flags an insert into the string).
-    const char* e = std::strchr(buffer, 'E');
-    if (e != nullptr && std::strlen(e) == 3)
-        return std::string(buffer, static_cast<std::size_t>(e + 2 - buffer)) + '0' + (e + 2);
-    return buffer;
+    std::string text = buffer;
+    // Single precision shows seven digits; an exponent keeps two digits, as "1E-07".
+    const auto e = text.find('E');
+    if (e != std::string::npos && text.size() - e == 3) text.insert(e + 2, "0");
+    return text;
 }
 
 std::string EventLog::text() const {
