@@ -50,7 +50,8 @@ bool ReadWaveSample(const fs::path& file, WaveSample& out, std::string& error) {
             float sum = 0;
             for (std::size_t c = 0; c < channels; ++c)
                 sum += block[i * channels + c];
-            out.frames.push_back(sum / static_cast<float>(channels));
+            const float v = sum / static_cast<float>(channels);
+            out.frames.push_back(std::isfinite(v) ? v : 0.0f); // a damaged float file
         }
     }
     sf_close(f);

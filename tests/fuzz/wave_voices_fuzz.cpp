@@ -2,6 +2,7 @@
 // played, sought, paused and stopped while the voices mix at one of the output rates.
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -25,8 +26,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::array<float, 2 * 512> out{};
     auto run = [&](WaveAction action, int value) {
         voices.post({play::WaveBank::Accompaniment, action, value});
+        out.fill(0.0f);
         voices.mix(out.data(), out.data() + 1, 512, 2);
         if (voices.accompanimentPosition() < 0) __builtin_trap();
+        for (float v : out)
+            if (!std::isfinite(v)) __builtin_trap(); // the whole stream would go silent
     };
     run(WaveAction::Play, 0);
     while (!tail.done()) {
