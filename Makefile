@@ -2,11 +2,12 @@
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
+RELEASE_BUILD ?= build-release
 JOBS       ?= $(shell nproc)
 CMAKE_FLAGS ?=
 DEMO       ?= data/demo/shur-daramad.srv
 
-.PHONY: all deps configure build run test bench test-asan test-tsan fuzz clean
+.PHONY: all deps configure build run test bench test-asan test-tsan fuzz release clean
 
 all: build
 
@@ -57,5 +58,14 @@ FUZZ_SECONDS ?= 60
 fuzz: deps
 	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/run-fuzz
 
+# What a packager builds: the Release configuration (-O3), every warning an error. Only
+# built; the tests run in $(BUILD). With clang: make release RELEASE_CXX=clang++
+# RELEASE_BUILD=build-release-clang
+RELEASE_CXX ?=
+release: deps
+	$(if $(RELEASE_CXX),CXX=$(RELEASE_CXX)) cmake -S . -B $(RELEASE_BUILD) -G Ninja \
+	  -DCMAKE_BUILD_TYPE=Release $(CMAKE_FLAGS)
+	cmake --build $(RELEASE_BUILD) -j $(JOBS)
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(RELEASE_BUILD)

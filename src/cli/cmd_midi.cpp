@@ -37,6 +37,11 @@ public:
         m_buffer += '\n';
         if (m_buffer.size() >= kBlock) flush();
     }
+    void addAsciiLine(std::string_view line) override {
+        m_buffer += line;
+        m_buffer += '\n';
+        if (m_buffer.size() >= kBlock) flush();
+    }
     void flush() {
         std::fwrite(m_buffer.data(), 1, m_buffer.size(), stdout);
         m_buffer.clear();

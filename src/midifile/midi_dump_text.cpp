@@ -2,6 +2,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <string_view>
 
 namespace tahrir::midifile {
 namespace {
@@ -10,6 +12,23 @@ void AppendInt(std::string& line, long long value) {
     char buffer[24];
     const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
     line.append(buffer, end);
+}
+
+// Most numbers of a dump line are below 1000: those take no division loop.
+char* WriteInt(char* out, long long value) {
+    if (value >= 0 && value < 1000) {
+        const int v = static_cast<int>(value);
+        if (v >= 100) *out++ = static_cast<char>('0' + v / 100);
+        if (v >= 10) *out++ = static_cast<char>('0' + v / 10 % 10);
+        *out++ = static_cast<char>('0' + v % 10);
+        return out;
+    }
+    return std::to_chars(out, out + 24, value).ptr;
+}
+
+char* WriteText(char* out, std::string_view text) {
+    std::memcpy(out, text.data(), text.size());
+    return out + text.size();
 }
 
 void AppendHex(std::string& line, int value) {
@@ -23,9 +42,9 @@ void AppendHex(std::string& line, int value) {
 // One row for each channel status: the text before the channel, and the labels of the two
 // data bytes (none for the one-byte messages).
 struct ChannelText {
-    const char* name;
-    const char* first;
-    const char* second;
+    std::string_view name;
+    std::string_view first;
+    std::string_view second;
 };
 
 constexpr ChannelText ChannelTexts[7] = {
@@ -33,9 +52,9 @@ constexpr ChannelText ChannelTexts[7] = {
     {"NoteOn   ch=", " key=", " vel="},     // 0x90
     {"PolyAT   ch=", " key=", " press="},   // 0xA0
     {"CC       ch=", " cc#=", " val="},     // 0xB0
-    {"Program  ch=", " prog#=", nullptr},   // 0xC0
-    {"ChPress  ch=", " press=", nullptr},   // 0xD0
-    {"PitchBend ch=", " val=", nullptr},    // 0xE0, one 14-bit value
+    {"Program  ch=", " prog#=", {}},        // 0xC0
+    {"ChPress  ch=", " press=", {}},        // 0xD0
+    {"PitchBend ch=", " val=", {}},         // 0xE0, one 14-bit value
 };
 
 constexpr const char* MetaTextNames[8] = {
@@ -44,40 +63,33 @@ constexpr const char* MetaTextNames[8] = {
 
 } // namespace
 
-void AppendDumpPrefix(std::string& line, double ms, int track) {
+char* WriteDumpPrefix(char* out, double ms, int track) {
     // Seconds with three decimals, halves rounded away from zero as the "0.000" format does.
     const long long whole = std::isfinite(ms) && ms >= 0 && ms < 1e15 ? std::llround(ms) : 0;
-    line += "t  ";
-    AppendInt(line, whole / 1000);
+    out = WriteText(out, "t  ");
+    out = WriteInt(out, whole / 1000);
     const int frac = static_cast<int>(whole % 1000);
-    line += '.';
-    line += static_cast<char>('0' + frac / 100);
-    line += static_cast<char>('0' + frac / 10 % 10);
-    line += static_cast<char>('0' + frac % 10);
-    line += "s  Tr";
-    AppendInt(line, track);
-    line += "  ";
+    *out++ = '.';
+    *out++ = static_cast<char>('0' + frac / 100);
+    *out++ = static_cast<char>('0' + frac / 10 % 10);
+    *out++ = static_cast<char>('0' + frac % 10);
+    out = WriteText(out, "s  Tr");
+    out = WriteInt(out, track);
+    return WriteText(out, "  ");
 }
 
-void AppendChannelText(std::string& line, int status, int d1, int d2) {
+char* WriteChannelText(char* out, int status, int d1, int d2) {
     const int kind = (status >> 4) - 8;
-    if (kind < 0 || kind > 6) {
-        line += "Unknown ChannelMsg";
-        return;
-    }
+    if (kind < 0 || kind > 6) return WriteText(out, "Unknown ChannelMsg");
     // A note on with velocity 0 is a note off.
     const ChannelText& text = ChannelTexts[kind == 1 && d2 == 0 ? 0 : kind];
-    line += text.name;
-    AppendInt(line, (status & 15) + 1);
-    line += text.first;
-    if (kind == 6) {
-        AppendInt(line, d1 + d2 * 128);
-        return;
-    }
-    AppendInt(line, d1);
-    if (text.second == nullptr) return;
-    line += text.second;
-    AppendInt(line, d2);
+    out = WriteText(out, text.name);
+    out = WriteInt(out, (status & 15) + 1);
+    out = WriteText(out, text.first);
+    if (kind == 6) return WriteInt(out, d1 + d2 * 128);
+    out = WriteInt(out, d1);
+    if (text.second.empty()) return out;
+    return WriteInt(WriteText(out, text.second), d2);
 }
 
 void AppendMetaText(std::string& line, int type, std::span<const std::uint8_t> data) {

@@ -7,11 +7,16 @@
 
 namespace tahrir::midifile {
 
-// "t  1.500s  Tr2  " : the time, the track (from 1) and the two blanks before the text.
-void AppendDumpPrefix(std::string& line, double ms, int track);
+// The most characters WriteDumpPrefix or WriteChannelText writes.
+inline constexpr std::size_t DumpFieldMax = 48;
 
-// The text of a channel message; d2 is unused for one-byte messages.
-void AppendChannelText(std::string& line, int status, int d1, int d2);
+// "t  1.500s  Tr2  " : the time, the track (from 1, below 100000) and the two blanks
+// before the text, written at `out`; returns the end.
+char* WriteDumpPrefix(char* out, double ms, int track);
+
+// The text of a channel message, written at `out`; returns the end. d2 is unused for
+// one-byte messages.
+char* WriteChannelText(char* out, int status, int d1, int d2);
 void AppendMetaText(std::string& line, int type, std::span<const std::uint8_t> data);
 void AppendSysExText(std::string& line, int status, std::size_t length);
 

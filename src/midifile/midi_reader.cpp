@@ -230,23 +230,27 @@ bool DumpTrack(const TrackJob& job, MidiFileInfo& info, DumpSink& sink, std::str
             cancelled = true;
             return false;
         }
-        line.clear();
-        AppendDumpPrefix(line, clock.ms(e.tick), job.number);
+        // Channel lines, nearly all of a file, are written whole into `head`.
+        char head[2 * DumpFieldMax];
+        char* end = WriteDumpPrefix(head, clock.ms(e.tick), job.number);
         const int kind = e.status & 0xF0;
-        if (e.metaType >= 0) {
-            AppendMetaText(line, e.metaType, e.data);
-            NoteMeta(e, info, named);
-        } else if (e.status == 0xF0 || e.status == 0xF7) {
-            AppendSysExText(line, e.status, e.data.size());
-        } else {
-            AppendChannelText(line, e.status, e.d1, e.d2);
-            const bool noteOn = kind == 0x90 && e.d2 > 0;
-            if (job.keepNotes && noteOn)
-                stacks.noteOn(e.d1, e.tick);
-            else if (job.keepNotes && (kind == 0x80 || kind == 0x90))
-                stacks.noteOff(e.d1, e.tick, notes);
+        if (e.metaType >= 0 || e.status == 0xF0 || e.status == 0xF7) {
+            line.assign(head, end);
+            if (e.metaType >= 0)
+                AppendMetaText(line, e.metaType, e.data);
+            else
+                AppendSysExText(line, e.status, e.data.size());
+            if (e.metaType >= 0) NoteMeta(e, info, named);
+            sink.addLine(line);
+            return true;
         }
-        sink.addLine(line);
+        end = WriteChannelText(end, e.status, e.d1, e.d2);
+        const bool noteOn = kind == 0x90 && e.d2 > 0;
+        if (job.keepNotes && noteOn)
+            stacks.noteOn(e.d1, e.tick);
+        else if (job.keepNotes && (kind == 0x80 || kind == 0x90))
+            stacks.noteOff(e.d1, e.tick, notes);
+        sink.addAsciiLine({head, static_cast<std::size_t>(end - head)});
         return true;
     });
     if (cancelled) {

@@ -39,6 +39,8 @@ class DumpSink {
 public:
     virtual ~DumpSink() = default;
     virtual void addLine(std::string_view line) = 0;
+    // A line of printable ASCII only (the channel messages'), which needs no conversion.
+    virtual void addAsciiLine(std::string_view line) { addLine(line); }
     virtual bool cancelled() { return false; }
 };
 

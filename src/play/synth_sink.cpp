@@ -4,8 +4,11 @@
 #include <sndfile.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace tahrir::play {
@@ -15,6 +18,10 @@ namespace {
 constexpr const char* kFluidR3 = "/usr/share/sounds/sf2/FluidR3_GM.sf2";
 constexpr const char* kTimGM6mb = "/usr/share/sounds/sf2/TimGM6mb.sf2";
 constexpr int kBlockFrames = 512;
+// A live stream that has taken no block for this long has stopped: the drivers ask for
+// one every few milliseconds.
+constexpr std::chrono::seconds kStreamStall{2};
+constexpr const char* kStreamStopped = "The audio output of the built-in synthesiser stopped";
 
 // FluidSynth reports a missing SoundFont on its own; the caller gets our message instead.
 void QuietLog(int, const char*, void*) {}
@@ -27,6 +34,16 @@ void AddOption(void* list, const char*, const char* option) {
 // thread of the driver.
 int RenderLive(void* data, int len, int nfx, float* fx[], int nout, float* out[]);
 
+// FluidSynth's own driver for the desktop's sound server or the sound card.
+class FluidDriver : public AudioDriver {
+public:
+    explicit FluidDriver(fluid_audio_driver_t* driver) : m_driver(driver) {}
+    ~FluidDriver() override { delete_fluid_audio_driver(m_driver); }
+
+private:
+    fluid_audio_driver_t* m_driver;
+};
+
 } // namespace
 
 std::filesystem::path DefaultSoundFont() {
@@ -38,16 +55,21 @@ std::filesystem::path DefaultSoundFont() {
 struct SynthSink::Impl {
     fluid_settings_t* settings = nullptr;
     fluid_synth_t* synth = nullptr;
-    fluid_audio_driver_t* driver = nullptr;
+    std::unique_ptr<AudioDriver> driver;
     SNDFILE* file = nullptr;
     int sampleRate = 44100;
     long long frames = 0;
     bool writeFailed = false;
     std::vector<float> block = std::vector<float>(kBlockFrames * 2);
     WaveVoices* voices = nullptr;
+    // The live stream's progress, written by the audio thread, watched by the sender.
+    std::atomic<long long> liveFrames{0};
+    std::atomic<bool> liveBroken{false};
+    long long seenFrames = -1;
+    std::chrono::steady_clock::time_point seenAt = std::chrono::steady_clock::now();
 
     ~Impl() {
-        if (driver) delete_fluid_audio_driver(driver);
+        driver.reset();
         if (synth) delete_fluid_synth(synth);
         if (settings) delete_fluid_settings(settings);
         if (file) sf_close(file);
@@ -80,6 +102,9 @@ struct SynthSink::Impl {
 SynthSink::SynthSink(std::unique_ptr<Impl> impl) : m_impl(std::move(impl)) {}
 SynthSink::~SynthSink() {
     finish(0);
+    // A driver that stopped may be stuck in the audio system; closing it could wait for
+    // ever, so it closes on a thread of its own and nobody waits for it.
+    if (m_impl->driver && failed()) std::thread([impl = std::move(m_impl)]() mutable { impl.reset(); }).detach();
 }
 
 namespace {
@@ -96,24 +121,46 @@ int RenderLive(void* data, int len, int nfx, float* fx[], int nout, float* out[]
         if (status != FLUID_OK) return status;
     }
     if (s.voices) s.voices->mix(out[0], out[1], len, 1);
+    s.liveFrames.fetch_add(len, std::memory_order_relaxed);
     return FLUID_OK;
+}
+
+int RenderChecked(void* data, int len, int nfx, float* fx[], int nout, float* out[]) {
+    const int status = RenderLive(data, len, nfx, fx, nout, out);
+    if (status != FLUID_OK) static_cast<SynthSink::Impl*>(data)->liveBroken = true;
+    return status;
+}
+
+// The desktop's sound server first, then the sound card; only drivers this build has.
+std::unique_ptr<AudioDriver> OpenFluidDriver(fluid_settings_t* settings, void* impl) {
+    std::vector<std::string> built;
+    fluid_settings_foreach_option(settings, "audio.driver", &built, AddOption);
+    for (const char* name : {"pulseaudio", "pipewire", "alsa", "sdl2"}) {
+        if (std::find(built.begin(), built.end(), name) == built.end()) continue;
+        fluid_settings_setstr(settings, "audio.driver", name);
+        if (auto* driver = new_fluid_audio_driver2(settings, RenderChecked, impl))
+            return std::make_unique<FluidDriver>(driver);
+    }
+    return nullptr;
 }
 
 } // namespace
 
 std::unique_ptr<SynthSink> SynthSink::openLive(const std::filesystem::path& soundFont,
-                                               std::string& error, WaveVoices* voices) {
+                                               std::string& error, WaveVoices* voices,
+                                               const AudioDriverOpener& driver) {
     auto impl = std::make_unique<Impl>();
     if (!impl->open(soundFont, 44100, error)) return nullptr;
     impl->voices = voices;
-    // The desktop's sound server first, then the sound card; only drivers this build has.
-    std::vector<std::string> built;
-    fluid_settings_foreach_option(impl->settings, "audio.driver", &built, AddOption);
-    for (const char* name : {"pulseaudio", "pipewire", "alsa", "sdl2"}) {
-        if (std::find(built.begin(), built.end(), name) == built.end()) continue;
-        fluid_settings_setstr(impl->settings, "audio.driver", name);
-        impl->driver = new_fluid_audio_driver2(impl->settings, RenderLive, impl.get());
-        if (impl->driver) break;
+    if (driver) {
+        Impl* live = impl.get();
+        impl->driver = driver(impl->sampleRate, [live](int frames, float* left, float* right) {
+            float* out[2] = {left, right};
+            return RenderChecked(live, frames, 0, nullptr, 2, out) == FLUID_OK;
+        }, error);
+        if (!impl->driver) return nullptr;
+    } else {
+        impl->driver = OpenFluidDriver(impl->settings, impl.get());
     }
     if (!impl->driver) {
         error = "cannot open an audio output for the synthesiser";
@@ -157,9 +204,24 @@ void SynthSink::attachVoices(WaveVoices* voices) {
     m_impl->voices = voices;
 }
 
+// Live: a stream whose synthesiser failed or that has taken no block for a while has
+// stopped; the run is told once, and what is sent from then on is dropped.
+void SynthSink::checkStream() {
+    Impl& s = *m_impl;
+    if (s.file || failed()) return;
+    const auto now = std::chrono::steady_clock::now();
+    const long long frames = s.liveFrames.load(std::memory_order_relaxed);
+    if (frames != s.seenFrames) {
+        s.seenFrames = frames;
+        s.seenAt = now;
+    }
+    if (s.liveBroken.load() || now - s.seenAt > kStreamStall) reportFailure(kStreamStopped);
+}
+
 void SynthSink::wave(const WaveCommand& command, double seconds) {
     Impl& s = *m_impl;
-    if (!s.voices) return;
+    checkStream();
+    if (!s.voices || failed()) return;
     if (!s.file) return s.voices->post(command);
     if (seconds > 0) renderUntil(std::llround(seconds * s.sampleRate));
     s.voices->apply(command);
@@ -167,8 +229,9 @@ void SynthSink::wave(const WaveCommand& command, double seconds) {
 
 void SynthSink::send(std::uint32_t message, double seconds) {
     Impl& s = *m_impl;
+    checkStream();
     if (s.file && seconds > 0) renderUntil(std::llround(seconds * s.sampleRate));
-    if (!s.synth) return;
+    if (!s.synth || failed()) return;
     const WireMessage wire = Unpack(message);
     if (wire.length == 0) return;
     const int channel = wire.bytes[0] & 0x0F;

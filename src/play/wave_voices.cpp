@@ -17,6 +17,7 @@ namespace {
 constexpr const char* kSyllables[8] = {"", "Do", "Re", "Mi", "Fa", "Sol", "La", "Si"};
 constexpr double kFadeSeconds = 0.005; // a stop fades this long, so nothing clicks
 constexpr float kVoiceGain = 0.7f;
+constexpr sf_count_t kReadFrames = 4096;
 
 std::string Lower(std::string text) {
     for (char& c : text)
@@ -38,18 +39,22 @@ bool ReadWaveSample(const fs::path& file, WaveSample& out, std::string& error) {
         error = "Not a sound file " + file.string();
         return false;
     }
+    // Read in blocks: the header's frame count may be a lie, and only what the file
+    // really holds is kept.
     const auto channels = static_cast<std::size_t>(info.channels);
-    std::vector<float> interleaved(static_cast<std::size_t>(info.frames) * channels);
-    const sf_count_t got = sf_readf_float(f, interleaved.data(), info.frames);
-    sf_close(f);
+    std::vector<float> block(static_cast<std::size_t>(kReadFrames) * channels);
     out.rate = info.samplerate;
-    out.frames.assign(static_cast<std::size_t>(std::max<sf_count_t>(got, 0)), 0.0f);
-    for (std::size_t i = 0; i < out.frames.size(); ++i) {
-        float sum = 0;
-        for (std::size_t c = 0; c < channels; ++c)
-            sum += interleaved[i * channels + c];
-        out.frames[i] = sum / static_cast<float>(channels);
+    out.frames.clear();
+    for (sf_count_t got; (got = sf_readf_float(f, block.data(), kReadFrames)) > 0;) {
+        for (std::size_t i = 0; i < static_cast<std::size_t>(got); ++i) {
+            float sum = 0;
+            for (std::size_t c = 0; c < channels; ++c)
+                sum += block[i * channels + c];
+            const float v = sum / static_cast<float>(channels);
+            out.frames.push_back(std::isfinite(v) ? v : 0.0f); // a damaged float file
+        }
     }
+    sf_close(f);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <samplerate.h>
 #include <sndfile.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
@@ -158,8 +159,11 @@ std::optional<Recording> LoadRecording(const std::filesystem::path& path, int wo
     std::optional<StreamDecimator> decimator;
     if (rec.rate != info.samplerate && info.samplerate % rec.rate == 0)
         decimator.emplace(info.samplerate / rec.rate);
+    // The header's frame count may be a lie: room for at most an hour is made ahead.
     if (info.frames > 0)
-        rec.samples.reserve(static_cast<std::size_t>(info.frames * rec.rate / info.samplerate) + 1);
+        rec.samples.reserve(static_cast<std::size_t>(
+            std::min<sf_count_t>(info.frames, sf_count_t{3600} * info.samplerate) * rec.rate /
+            info.samplerate) + 1);
     if (!ReadMono(file.get(), info, decimator ? &*decimator : nullptr, rec.samples)) {
         error = Named(path, "damaged or too long");
         return std::nullopt;

@@ -18,14 +18,21 @@
 
 namespace tahrir::fuzz {
 
-// One folder for the whole fuzzing process, named after it.
+// One folder for the whole fuzzing process, named after it and removed when it ends.
 inline const std::filesystem::path& ScratchFolder() {
-    static const std::filesystem::path folder = [] {
+    struct Folder {
+        std::filesystem::path path;
+        ~Folder() {
+            std::error_code ignored;
+            std::filesystem::remove_all(path, ignored);
+        }
+    };
+    static const Folder folder{[] {
         auto path = std::filesystem::temp_directory_path() / ("tahrir-fuzz-" + std::to_string(::getpid()));
         std::filesystem::create_directories(path);
         return path;
-    }();
-    return folder;
+    }()};
+    return folder.path;
 }
 
 inline std::filesystem::path WriteScratch(const std::string& name, std::string_view bytes) {
