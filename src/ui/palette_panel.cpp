@@ -80,7 +80,7 @@ void PalettePanel::setColumns(int columns) {
     m_columns = columns;
     std::vector<int> counts(m_grids.size(), 0);
     for (int i = 0; i < edit::PaletteEntries; ++i) {
-        const auto g = static_cast<std::size_t>(PaletteLookAt(i).group);
+        const auto g = static_cast<std::size_t>(edit::PaletteEntryAt(i).group);
         PaletteButton* b = m_buttons[static_cast<std::size_t>(i)];
         m_grids[g]->removeWidget(b);
         m_grids[g]->addWidget(b, counts[g] / columns, counts[g] % columns);

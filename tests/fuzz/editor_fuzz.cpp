@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     // Undo to the first page: the opened score, line for line.
     rig.editor->keyPress(edit::Key::Esc, 0);
-    if (rig.!editor->state().editing()) rig.editor->editorClick(); // undo is an editor key
+    if (!rig.editor->state().editing()) rig.editor->editorClick(); // undo is an editor key
     for (int guard = 0; rig.doc.UndoIndex > 1 && guard < 10000; ++guard) rig.editor->keyPress('Z', 2);
     Check(rig.doc.UndoIndex <= 1);
     Check(rig.doc.Sheet.LastLine == static_cast<int>(opened.size()));
