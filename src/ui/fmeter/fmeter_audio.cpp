@@ -128,7 +128,7 @@ bool FMeterAudio::startRecording() {
     if (!device.isFormatSupported(format)) format.setSampleRate(48000);
     const QString file = QString::fromStdString((m_folder / "Tmp.Wav").string());
     if (!m_recorder.start(file, format.sampleRate())) {
-        m_window.showStatus("Can't write " + file);
+        m_window.showStatus(Tr("Transcription", "Can't write %1").arg(file));
         return false;
     }
     m_source = new QAudioSource(device, format, this);
@@ -137,7 +137,7 @@ bool FMeterAudio::startRecording() {
         m_recorder.finish();
         m_source->deleteLater();
         m_source = nullptr;
-        m_window.showStatus("The sound input could not be started");
+        m_window.showStatus(Tr("Transcription", "The sound input could not be started"));
         return false;
     }
     connect(in, &QIODevice::readyRead, this,
@@ -154,7 +154,7 @@ void FMeterAudio::finishRecording() {
     m_level->setValue(0);
     m_record->setText(Tr("Transcription", "Record"));
     if (written) m_window.openRecording(m_folder / "Tmp.Wav");
-    else m_window.showStatus(QString::fromStdString("Can't write " + (m_folder / "Tmp.Wav").string()));
+    else m_window.showStatus(Tr("Transcription", "Can't write %1").arg(QString::fromStdString((m_folder / "Tmp.Wav").string())));
 }
 
 } // namespace tahrir::ui

@@ -102,7 +102,7 @@ QWidget* FMeter::buildControls() {
     m_baseF->setObjectName("HSBaseF");
     m_baseF->setRange(330, 660);
     m_baseF->setValue(440);
-    auto* baseLabel = new QLabel("La 440 Hz", grid);
+    auto* baseLabel = new QLabel(Tr("Transcription", "La %1 Hz").arg(440), grid);
     baseLabel->setObjectName("LabelBaseF");
     connect(m_baseF, &QSlider::valueChanged, this, [this, baseLabel](int v) {
         baseLabel->setText(QString(Tr("Transcription", "La %1 Hz")).arg(v));

@@ -1,4 +1,5 @@
 #include "ui/fmeter/note_meter.h"
+#include "ui/ui_text.h"
 
 #include <QLabel>
 #include <QMouseEvent>
@@ -69,8 +70,8 @@ QString ReadableName(std::string_view name) {
 KeyboardView::KeyboardView(QWidget* parent) : QWidget(parent) {
     setObjectName("Klav");
     setMinimumSize(200, 64);
-    setToolTip("Orange: the note heard at the position; blue frame: the note found there;\n"
-               "green dots: the degrees of the dastgah. Click a key to hear it.");
+    setToolTip(Tr("Transcription", "Orange: the note heard at the position; blue frame: the note found there;\n"
+                  "green dots: the degrees of the dastgah. Click a key to hear it."));
     m_mask.fill(0);
 }
 
@@ -154,7 +155,7 @@ double ErrorMeter::CentsOf(int errorNote) { return 1200 * std::log2(errorNote / 
 void ErrorMeter::setError(std::optional<int> errorNote) {
     if (errorNote == m_error) return;
     m_error = errorNote;
-    setToolTip(errorNote ? QString("ErrorNote %1: 1000 is exactly on the note").arg(*errorNote) : QString());
+    setToolTip(errorNote ? Tr("Transcription", "ErrorNote %1: 1000 is exactly on the note").arg(*errorNote) : QString());
     update();
 }
 
@@ -182,7 +183,7 @@ void ErrorMeter::paintEvent(QPaintEvent*) {
     p.drawLine(QPointF(xOf(cents), 3), QPointF(xOf(cents), height() - 2));
 }
 
-NoteMeter::NoteMeter(QWidget* parent) : QGroupBox("Note at the position", parent) {
+NoteMeter::NoteMeter(QWidget* parent) : QGroupBox(Tr("Transcription", "Note at the position"), parent) {
     setObjectName("NoteMeter");
     setMaximumWidth(460);
     auto* l = new QVBoxLayout(this);
