@@ -797,6 +797,28 @@ Restore the last edit of %1 ?</source>
         <source>Recording...</source>
         <translation>در حال ضبط...</translation>
     </message>
+    <message>
+        <source>Can&apos;t write %1</source>
+        <translation>نمی‌توان %1 را نوشت</translation>
+    </message>
+    <message>
+        <source>The sound input could not be started</source>
+        <translation>ورودی صدا آغاز نشد</translation>
+    </message>
+    <message>
+        <source>Orange: the note heard at the position; blue frame: the note found there;
+green dots: the degrees of the dastgah. Click a key to hear it.</source>
+        <translation>نارنجی: نتی که در این جا شنیده می‌شود؛ قاب آبی: نتی که این جا یافته شد؛
+نقطه‌های سبز: درجه‌های دستگاه. برای شنیدن هر کلید روی آن کلیک کنید.</translation>
+    </message>
+    <message>
+        <source>ErrorNote %1: 1000 is exactly on the note</source>
+        <translation>ErrorNote %1: عدد 1000 یعنی درست روی نت</translation>
+    </message>
+    <message>
+        <source>Note at the position</source>
+        <translation>نت در این جا</translation>
+    </message>
 </context>
 <context>
     <name>Window</name>

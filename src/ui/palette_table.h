@@ -17,6 +17,16 @@ inline constexpr std::array<std::string_view, edit::PaletteGroupCount> PaletteGr
     QT_TRANSLATE_NOOP("Palette", "Rhythm and tempo"), QT_TRANSLATE_NOOP("Palette", "Commands"),
     QT_TRANSLATE_NOOP("Palette", "Clipboard"), QT_TRANSLATE_NOOP("Palette", "Undo")};
 
+// The text captions of the palette entries (the others show a glyph), listed here so the
+// translation tools find them; the panel shows each through Tr("Palette", ...).
+inline constexpr const char* PaletteCaptionTexts[] = {
+    QT_TRANSLATE_NOOP("Palette", "Do"),  QT_TRANSLATE_NOOP("Palette", "Re"),
+    QT_TRANSLATE_NOOP("Palette", "Mi"),  QT_TRANSLATE_NOOP("Palette", "Fa"),
+    QT_TRANSLATE_NOOP("Palette", "Sol"), QT_TRANSLATE_NOOP("Palette", "La"),
+    QT_TRANSLATE_NOOP("Palette", "Si"),  QT_TRANSLATE_NOOP("Palette", "Cut"),
+    QT_TRANSLATE_NOOP("Palette", "Copy"), QT_TRANSLATE_NOOP("Palette", "Paste"),
+    QT_TRANSLATE_NOOP("Palette", "Redo")};
+
 inline std::string_view PaletteGroupName(edit::PaletteGroup group) {
     return PaletteGroups[static_cast<std::size_t>(group)];
 }
