@@ -133,11 +133,6 @@ void MainWindow::insertTextLine(bool lyric) {
 
 namespace {
 
-std::string TrimRight(std::string text) {
-    while (!text.empty() && text.back() == ' ') text.pop_back();
-    return text;
-}
-
 const char* const kPenNotice = QT_TRANSLATE_NOOP("Window", "Enter stores the note");
 
 } // namespace
@@ -145,7 +140,7 @@ const char* const kPenNotice = QT_TRANSLATE_NOOP("Window", "Enter stores the not
 bool MainWindow::penPending() const {
     const core::ScoreSheet& sheet = m_doc.Sheet;
     if (!m_editor->state().editing() || sheet.CurrentLine < 4 || sheet.CurrentLine > sheet.LastLine) return false;
-    return TrimRight(sheet[0].text()) != TrimRight(sheet[sheet.CurrentLine].text());
+    return sheet[0].trimmedRight() != sheet[sheet.CurrentLine].trimmedRight();
 }
 
 void MainWindow::syncPenNotice() {
