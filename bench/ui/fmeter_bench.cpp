@@ -1,31 +1,37 @@
-// The transcription window on a 3-minute 44.1 kHz recording: from opening the file to
-// its drawn view, and one repaint of the detail view while scrolling. Offscreen.
+// The transcription window on a 3-minute and a 10-minute 44.1 kHz recording: from opening
+// the file to its drawn view, and one repaint of the detail view while scrolling. Offscreen.
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
 #include <filesystem>
+#include <map>
 
+#include "offscreen_app.h"
 #include "ui/fmeter/fmeter.h"
 #include "wave_writer.h"
-#include "offscreen_app.h"
 
 namespace {
 
 using namespace tahrir;
 
-QApplication& App() { return bench::OffscreenApp(); }
+QApplication& App() {
+    return bench::OffscreenApp();
+}
 
-// A melody of three minutes at 44.1 kHz, written once.
-std::filesystem::path Recording() {
-    static const std::filesystem::path file = [] {
-        const auto path = std::filesystem::temp_directory_path() / "fmeter_bench_3min.wav";
+// A melody of half-second notes at 44.1 kHz lasting the given minutes, written once.
+std::filesystem::path Recording(int minutes) {
+    static std::map<int, std::filesystem::path> files;
+    auto& path = files[minutes];
+    if (path.empty()) {
+        path = std::filesystem::temp_directory_path() /
+               ("fmeter_bench_" + std::to_string(minutes) + "min.wav");
         std::vector<test::ToneSpan> spans;
-        for (int i = 0; i < 360; ++i) spans.push_back({220.0 * (1 + (i % 7) / 7.0), 0.5, 3});
+        for (int i = 0; i < minutes * 120; ++i)
+            spans.push_back({220.0 * (1 + (i % 7) / 7.0), 0.5, 3});
         test::WriteWaveFile(path, test::WaveFileBytes(test::Melody(spans, 44100), 44100));
-        return path;
-    }();
-    return file;
+    }
+    return path;
 }
 
 ui::FMeterHost Host() {
@@ -36,7 +42,7 @@ ui::FMeterHost Host() {
 
 void BM_OpenToDrawnView(benchmark::State& state) {
     App();
-    const auto file = Recording();
+    const auto file = Recording(static_cast<int>(state.range(0)));
     ui::FMeter meter(Host());
     meter.show();
     QWidget* detail = meter.findChild<QWidget*>("P2");
@@ -46,13 +52,13 @@ void BM_OpenToDrawnView(benchmark::State& state) {
         detail->repaint();
     }
 }
-BENCHMARK(BM_OpenToDrawnView)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(BM_OpenToDrawnView)->Arg(3)->Arg(10)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void BM_ScrollRedraw(benchmark::State& state) {
     App();
     ui::FMeter meter(Host());
     meter.show();
-    meter.openRecording(Recording());
+    meter.openRecording(Recording(static_cast<int>(state.range(0))));
     meter.waitForAnalysis();
     meter.zoom(1.0 / 16);
     QWidget* detail = meter.findChild<QWidget*>("P2");
@@ -64,6 +70,6 @@ void BM_ScrollRedraw(benchmark::State& state) {
         detail->repaint();
     }
 }
-BENCHMARK(BM_ScrollRedraw)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ScrollRedraw)->Arg(3)->Arg(10)->Unit(benchmark::kMillisecond);
 
 } // namespace
