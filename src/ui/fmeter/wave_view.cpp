@@ -187,15 +187,20 @@ void WaveDetail::paintPitch(QPainter& p) {
     p.setPen(QPen(QColor(20, 60, 200), 2));
     QPainterPath path;
     bool open = false;
+    double lastX = 0;
     for (; it != frames.end() && it->seconds <= to + 0.05; ++it) {
         if (it->hz <= 0) {
             open = false;
             continue;
         }
-        const QPointF pt(xOfSeconds(it->seconds), yOfNote(69 + 12 * std::log2(it->hz / 440)));
+        // Zoomed out, many frames share a pixel: one point a pixel keeps the path short.
+        const double x = xOfSeconds(it->seconds);
+        if (open && x - lastX < 1) continue;
+        const QPointF pt(x, yOfNote(69 + 12 * std::log2(it->hz / 440)));
         if (open) path.lineTo(pt);
         else path.moveTo(pt);
         open = true;
+        lastX = x;
     }
     p.drawPath(path);
     p.setRenderHint(QPainter::Antialiasing, false);
