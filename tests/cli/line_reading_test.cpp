@@ -7,13 +7,12 @@
 #include <algorithm>
 #include <map>
 
-#include "cli_run.h"
 #include "core/line_view.h"
 #include "core/load_file.h"
 #include "core/notation_tables.h"
+#include "edit/line_state.h"
 #include "play/player.h"
 #include "render/page_layout.h"
-#include "score_files.h"
 
 namespace tahrir {
 namespace {
@@ -165,16 +164,9 @@ TEST(LineReading, PageAndPlayerAgreeWithTheLineView) {
     }
 }
 
-// The palette lit for line 4 when the editor is switched on there.
+// The palette the editor lights for a line under the cursor.
 std::string Lit(const std::string& line) {
-    const test::TempFolder folder;
-    test::WriteBytes(folder / "s.srv",
-                     test::Sv5File("d", {kHead[0], kHead[1], kHead[2], line, "13  8"}));
-    const test::CliRun run = test::RunCli(
-        folder, {"type", (folder / "s.srv").string(), "-o", (folder / "o.srv").string(), "--json"});
-    EXPECT_EQ(run.code, 0) << run.err;
-    const auto from = run.out.find("\"lit\"");
-    return run.out.substr(from, run.out.find(']', from) - from);
+    return edit::ShowLineState(line).to_string();
 }
 
 TEST(LineReading, EditorShowsWhatTheLineViewReads) {
