@@ -13,24 +13,12 @@
 #include "edit/line_state.h"
 #include "play/player.h"
 #include "render/page_layout.h"
+#include "sheet_builder.h"
 
 namespace tahrir {
 namespace {
 
 using core::Accidental;
-
-const std::vector<std::string> kHead = {"       G", "TEMPO 60", "RHYTM4/4"};
-
-core::ScoreSheet Sheet(const std::vector<std::string>& body) {
-    core::ScoreSheet sheet;
-    for (const std::vector<std::string>* part : {&kHead, &body})
-        for (const std::string& text : *part) {
-            std::string padded = text;
-            padded.resize(std::max<std::size_t>(padded.size(), core::MinLoadedLength), ' ');
-            sheet.setLine(++sheet.LastLine, padded);
-        }
-    return sheet;
-}
 
 // The player in virtual time: the run's seconds and each line's first key and channel.
 struct Heard {
@@ -115,7 +103,10 @@ const std::vector<std::vector<std::string>> kBodies = {
 
 TEST(LineReading, PageAndPlayerAgreeWithTheLineView) {
     for (const auto& body : kBodies) {
-        const core::ScoreSheet sheet = Sheet(body);
+        core::ScoreSheet sheet =
+            render::test::MakeSheet({"       G", "TEMPO 60", "RHYTM4/4"}, false);
+        for (const std::string& text : body)
+            render::test::Repeat(sheet, text);
         const Heard heard = Play(sheet);
         const auto items = Draw(sheet);
         for (int i = 4; i <= sheet.LastLine; ++i) {
