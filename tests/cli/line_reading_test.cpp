@@ -7,31 +7,18 @@
 #include <algorithm>
 #include <map>
 
-#include "cli_run.h"
 #include "core/line_view.h"
 #include "core/load_file.h"
 #include "core/notation_tables.h"
+#include "edit/line_state.h"
 #include "play/player.h"
 #include "render/page_layout.h"
-#include "score_files.h"
+#include "sheet_builder.h"
 
 namespace tahrir {
 namespace {
 
 using core::Accidental;
-
-const std::vector<std::string> kHead = {"       G", "TEMPO 60", "RHYTM4/4"};
-
-core::ScoreSheet Sheet(const std::vector<std::string>& body) {
-    core::ScoreSheet sheet;
-    for (const std::vector<std::string>* part : {&kHead, &body})
-        for (const std::string& text : *part) {
-            std::string padded = text;
-            padded.resize(std::max<std::size_t>(padded.size(), core::MinLoadedLength), ' ');
-            sheet.setLine(++sheet.LastLine, padded);
-        }
-    return sheet;
-}
 
 // The player in virtual time: the run's seconds and each line's first key and channel.
 struct Heard {
@@ -116,7 +103,10 @@ const std::vector<std::vector<std::string>> kBodies = {
 
 TEST(LineReading, PageAndPlayerAgreeWithTheLineView) {
     for (const auto& body : kBodies) {
-        const core::ScoreSheet sheet = Sheet(body);
+        core::ScoreSheet sheet =
+            render::test::MakeSheet({"       G", "TEMPO 60", "RHYTM4/4"}, false);
+        for (const std::string& text : body)
+            render::test::Repeat(sheet, text);
         const Heard heard = Play(sheet);
         const auto items = Draw(sheet);
         for (int i = 4; i <= sheet.LastLine; ++i) {
@@ -165,16 +155,9 @@ TEST(LineReading, PageAndPlayerAgreeWithTheLineView) {
     }
 }
 
-// The palette lit for line 4 when the editor is switched on there.
+// The palette the editor lights for a line under the cursor.
 std::string Lit(const std::string& line) {
-    const test::TempFolder folder;
-    test::WriteBytes(folder / "s.srv",
-                     test::Sv5File("d", {kHead[0], kHead[1], kHead[2], line, "13  8"}));
-    const test::CliRun run = test::RunCli(
-        folder, {"type", (folder / "s.srv").string(), "-o", (folder / "o.srv").string(), "--json"});
-    EXPECT_EQ(run.code, 0) << run.err;
-    const auto from = run.out.find("\"lit\"");
-    return run.out.substr(from, run.out.find(']', from) - from);
+    return edit::ShowLineState(line).to_string();
 }
 
 TEST(LineReading, EditorShowsWhatTheLineViewReads) {

