@@ -3,11 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <map>
 
-#include "core/score_reader.h"
 #include "sheet_builder.h"
 
 namespace tahrir::render {
@@ -61,17 +58,10 @@ TEST(Rows, DrawingPassBreaksWhereTheMeasuringPassDid) {
     // The fixed row head (clef, key) is not stretched, so the drawing pass's own test,
     // divided by the stretch, would end a compressed row a measure early and leave a
     // stretched row to run past the page. Every row but the last must be justified.
-    for (const char* name :
-         {"dashti-tasnif", "chahargah-chaharmezrab", "shur-daramad", "esfahan-reng"}) {
-        std::ifstream in(std::string(TAHRIR_DATA_DIR) + "/demo/" + name + ".srv", std::ios::binary);
-        ASSERT_TRUE(in) << name;
-        core::Document doc;
-        ASSERT_TRUE(
-            core::ParseScore(std::string(std::istreambuf_iterator<char>(in), {}), false, doc)
-                .loaded())
-            << name;
-        core::RhythmPass(doc.Sheet);
-        const auto r = Lay(doc.Sheet, 75);
+    for (const char* name : kDemoNames) {
+        const core::ScoreSheet sheet = DemoSheet(name);
+        ASSERT_GT(sheet.LastLine, 3) << name;
+        const auto r = Lay(sheet, 75);
         std::map<double, double> ends; // staff base y -> rightmost barline
         for (const auto& it : r.list.items)
             if (IsBarline(it)) ends[it.y2] = std::max(ends[it.y2], it.x);
