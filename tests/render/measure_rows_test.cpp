@@ -25,19 +25,6 @@ long GlyphsAt(const LayoutResult& r, const std::string& text, double y) {
     });
 }
 
-TEST(WorkingViewRows, BarlineRecordsAreMarksThatTakeAGraceNotesRoom) {
-    // "03 -1" after the full measure: the barline is drawn by the measure test on the note
-    // before it, the record itself shows ")(" 2 wide in the working view and nothing in
-    // the page view.
-    const auto sheet = Body({"73 32", "03 -1", "73 32"});
-    const LayoutResult work = Working(sheet, 80);
-    // 15.8 + 8 for the whole note, 1.8 + 1.8 around the barline: the mark at 27.4.
-    EXPECT_NEAR(work.positions.LinePosX[5], 27.4, 1e-9);
-    EXPECT_NEAR(work.positions.LinePosX[6], 29.4, 1e-9);
-    EXPECT_EQ(Count(work, [](auto& it) { return it.text == ")(" && it.line == 5; }), 1);
-    EXPECT_EQ(Lay(sheet, 80).positions.LinePosX[5], -1);
-}
-
 // A regression: the time signature repeated at the head of a row moved the position of
 // the rhythm line that set it, so a click there found the line on a later row.
 TEST(WorkingViewRows, ARepeatedTimeSignatureLeavesItsRhythmLineInPlace) {
