@@ -34,7 +34,9 @@ protected:
     Session session;
 };
 
-std::string Pad22(const std::string& text) { return text + std::string(22 - text.size(), ' '); }
+std::string Pad22(const std::string& text) {
+    return text + std::string(22 - text.size(), ' ');
+}
 
 const std::initializer_list<std::string> kHead = {"       G", "TEMPO 60", "RHYTM3/4", "13  8"};
 
@@ -43,7 +45,7 @@ const std::initializer_list<std::string> kHead = {"       G", "TEMPO 60", "RHYTM
 TEST_F(Reader, CurrentGenerationLoadsEveryLineAndFillsThePageStore) {
     PageStore store(PageStore::PathIn(folder.path()));
     const auto [doc, result] = load(Sv5File("My piece", {"       G  ", "TEMPO 90", "RHYTM4/4",
-                                                          "03 -1", "L^Ms=1", "13  4", "13  4"}),
+                                                         "03 -1", "L^Ms=1", "13  4", "13  4"}),
                                     "score.srv", &store);
     EXPECT_EQ(result.status, LoadStatus::Complete);
     EXPECT_TRUE(result.storeError.empty()) << result.storeError;
@@ -68,57 +70,24 @@ TEST_F(Reader, CurrentGenerationLoadsEveryLineAndFillsThePageStore) {
     EXPECT_EQ(page[6].text(), Scratch("13  4"));
 }
 
-TEST_F(Reader, OlderGenerationsAndTheirDescriptions) {
-    const auto marker = load(MarkerFile("Old piece", kHead));
-    EXPECT_EQ(marker.doc.FileGeneration, Generation::Marker);
-    EXPECT_EQ(marker.doc.Description, "Old piece");
-    EXPECT_EQ(marker.doc.Sheet.LastLine, 4);
-    // The oldest files begin with the description, in the old DOS code page.
-    const auto oldest = load(OldestFile("\x92\x90<Title", kHead));
-    EXPECT_EQ(oldest.doc.FileGeneration, Generation::Oldest);
-    EXPECT_EQ(oldest.doc.Description, "\xC8\xC7\r\nTitle");
-    EXPECT_EQ(oldest.doc.Sheet.LastLine, 4);
+TEST_F(Reader, MarkerDescriptionOfAnSv5FileAndBuiltInFiles) {
     // An Sv5 file whose description is the marker reads one more field.
-    const auto both = load("\"Sv5\"\r\n\"Sorvan4 SRV File\"\r\n\"real\"\r\n       G\r\nTEMPO 60\r\n");
+    const auto both =
+        load("\"Sv5\"\r\n\"Sorvan4 SRV File\"\r\n\"real\"\r\n       G\r\nTEMPO 60\r\n");
     EXPECT_EQ(both.doc.Description, "real");
     EXPECT_EQ(both.doc.Sheet.LastLine, 2);
-    const auto breaks = load(Sv5File("line one\r\nline two", {"       G", "TEMPO 60"}));
-    EXPECT_EQ(breaks.doc.Description, "line one\r\nline two");
-    EXPECT_EQ(breaks.doc.Sheet.LastLine, 2);
     // A built-in file is already in code page 1256 and needs no conversion.
     const std::string header = "\xE1\xC7<x";
     EXPECT_EQ(load(OldestFile(header, kHead), "DO1DO6").doc.Description, header);
     EXPECT_NE(load(OldestFile(header, kHead), "DO1DO7").doc.Description, header);
 }
 
-TEST_F(Reader, ScrambledLinesAreUnscrambled) {
-    const auto [doc, result] =
-        load(OldestFile("x", {ScrambleLine("DD     G  "), ScrambleLine("TEMPO 80"),
-                              ScrambleLine("RHYTM2/4"), ScrambleLine("23  4K"), ""}));
-    EXPECT_TRUE(doc.LineScrambled);
-    // An empty scrambled line becomes one blank, then a spacer from line 4 on.
-    EXPECT_EQ(SheetText(doc.Sheet, 1, 5),
-              (std::vector{Scratch("DD     G  "), Pad22("TEMPO 80"), Pad22("RHYTM2/4"),
-                           Pad22("23  4K"), Pad22("L        ")}));
-    EXPECT_EQ(doc.Sheet.LastLine, 5);
+TEST(Unscramble, BlanksStayAndBytesWrap) {
     EXPECT_EQ(UnscrambleLine(""), " ");
     EXPECT_EQ(UnscrambleLine("\" "), "  ");
     // 'A' (65) at position 1 loses 11; the byte wraps instead of failing.
     EXPECT_EQ(UnscrambleLine("A"), "6");
     EXPECT_EQ(UnscrambleLine("\x01"), "\xF6");
-}
-
-TEST_F(Reader, UnknownLinesAreDroppedByTheCounterRule) {
-    // File lines 2 and 3 are unknown: their slots stay empty and are not reused.
-    // From line 4 on, an unknown line gives its slot to the next one.
-    const auto [doc, result] = load(
-        Sv5File("d", {"       G", "junk", "", "13  8", "FSIGN", "bad", "23 16", "GSIGN"}));
-    EXPECT_EQ(result.status, LoadStatus::Partial);
-    EXPECT_EQ(result.droppedLines, 6) << "line 1 too: without a tempo line it is lost";
-    EXPECT_EQ(result.fileLines, 8);
-    EXPECT_EQ(doc.Sheet.LastLine, 5);
-    EXPECT_EQ(SheetText(doc.Sheet, 1, 5),
-              (std::vector{Pad22(""), Pad22(""), Pad22(""), Pad22("13  8"), Pad22("23 16")}));
 }
 
 TEST_F(Reader, TempoLinesAndLaterLinesStoredBeforeTheyAreClassified) {
@@ -147,17 +116,17 @@ TEST_F(Reader, TempoLinesAndLaterLinesStoredBeforeTheyAreClassified) {
 TEST(ReaderTidy, PadsAndBlanksTheStoredBeamCode) {
     const std::string longLine = "13  8 CTR" + std::string(30, 'x');
     Document doc;
-    const LoadResult result = ParseScore(
-        Sv5File("d", {"BKSDNBKG", "TEMPO 60C", "RHYTM4/4C", "13  4 C", "13  4 cAC", "RHITHM6/8",
-                      "L^Ms=12", longLine, "ALL5DxyZ"}),
-        false, doc);
+    const LoadResult result =
+        ParseScore(Sv5File("d", {"BKSDNBKG", "TEMPO 60C", "RHYTM4/4C", "13  4 C", "13  4 cAC",
+                                 "RHITHM6/8", "L^Ms=12", longLine, "ALL5DxyZ"}),
+                   false, doc);
     EXPECT_EQ(result.status, LoadStatus::Complete) << "the header counts as read";
     // Column 7 of line 1 is the Si and tempo lines keep theirs; a note line is padded first,
     // then blanked; the six-letter rhythm spelling is not spared.
-    EXPECT_EQ(SheetText(doc.Sheet, 1, 7),
-              (std::vector{Scratch("BKSDNBKG"), Pad22("TEMPO 60C"), Pad22("RHYTM4/4C"),
-                           Pad22("13  4"), Pad22("13  4  AC"), Pad22("RHITHM /8"),
-                           Pad22("L^Ms=12")}));
+    EXPECT_EQ(
+        SheetText(doc.Sheet, 1, 7),
+        (std::vector{Scratch("BKSDNBKG"), Pad22("TEMPO 60C"), Pad22("RHYTM4/4C"), Pad22("13  4"),
+                     Pad22("13  4  AC"), Pad22("RHITHM /8"), Pad22("L^Ms=12")}));
     EXPECT_EQ(doc.Sheet[9].text(), Pad22("ALL5Dx Z"));
     // A long line stays whole in memory; the 32-column cut comes at save.
     EXPECT_EQ(doc.Sheet[8].size(), longLine.size());
@@ -166,7 +135,8 @@ TEST(ReaderTidy, PadsAndBlanksTheStoredBeamCode) {
 
 TEST_F(Reader, MoreThan2048LinesLeavesTheOpenScoreUntouched) {
     std::string bytes = Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4"});
-    for (int i = 4; i <= MaxLines; ++i) bytes += "13  8\r\n";
+    for (int i = 4; i <= MaxLines; ++i)
+        bytes += "13  8\r\n";
     const auto full = load(bytes);
     EXPECT_EQ(full.result.status, LoadStatus::Complete);
     EXPECT_EQ(full.doc.Sheet.LastLine, MaxLines);

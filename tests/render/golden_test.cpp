@@ -7,8 +7,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "sheet_builder.h"
 #include "golden_text.h"
+#include "sheet_builder.h"
 
 namespace tahrir::render {
 namespace {
@@ -23,10 +23,10 @@ void ExpectGolden(const std::string& name, const std::string& actual) {
 // Signs of every family in two measures: key signature, repeat, volta, tie, beams, dots,
 // accidentals, a rest, a text line, a chord symbol, a tuplet and marks.
 core::ScoreSheet SignsSheet() {
-    return MakeSheet({"   S  KG", "TEMPO72", "RHYTM4/4", "03 -1", "L^Ms=1", "REP{",
-                      "L^Daramad", "13  4  TI", "23  4", "33  8S", "43 12  TR", "53  4",
-                      "03 -1", "VOL{1", "63  8 . HC", "73  4  L3", "14  4", "73  4",
-                      "03  8", "03 -1", "REP}", "L_end", "14 32 K"});
+    return MakeSheet({"   S  KG",  "TEMPO72",   "RHYTM4/4",   "03 -1",     "L^Ms=1",    "REP{",
+                      "L^Daramad", "13  4  TI", "23  4",      "33  8S",    "43 12  TR", "53  4",
+                      "03 -1",     "VOL{1",     "63  8 . HC", "73  4  L3", "14  4",     "73  4",
+                      "03  8",     "03 -1",     "REP}",       "L_end",     "14 32 K"});
 }
 
 // Sixteen measures on a narrow page: row breaks, the three row-scale bands, measure
@@ -58,16 +58,18 @@ std::string Summary(const LayoutResult& r) {
     std::ostringstream out;
     out.precision(4);
     out << "rows " << r.rows << "\nratios";
-    for (int i = 1; i <= r.rows; ++i) out << ' ' << r.RowRatios[i];
+    for (int i = 1; i <= r.rows; ++i)
+        out << ' ' << r.RowRatios[i];
     out << "\nmeasures";
     for (const auto& m : r.measures)
-        if (m.number > 0) out << ' ' << m.number << '@' << m.x << ',' << m.y << (m.visible ? "" : "h");
+        if (m.number > 0)
+            out << ' ' << m.number << '@' << m.x << ',' << m.y << (m.visible ? "" : "h");
     out << '\n';
     return out.str() + r.list.dump();
 }
 
 // Each name gives a dump file and, when the DXF stream is on, a DXF file.
-TEST(Golden, SignsRowsBandsAndWorkingView) {
+TEST(Golden, SignsRowsBandsAndWorkingViews) {
     const struct {
         const char* name;
         core::ScoreSheet sheet;
@@ -77,7 +79,8 @@ TEST(Golden, SignsRowsBandsAndWorkingView) {
     } cases[] = {{"signs", SignsSheet(), 80, 0, true},
                  {"rows", RowsSheet(), 45, 0, true},
                  {"bands", BandsSheet(), 70, 0, false},
-                 {"rows_working", RowsSheet(), 45, 1, false}};
+                 {"rows_working", RowsSheet(), 45, 1, false},
+                 {"signs_working", SignsSheet(), 80, 1, false}};
     for (const auto& c : cases) {
         LayoutOptions o;
         o.PageWidthUnits = c.width, o.ViewMode = c.view, o.DxfEnabled = c.dxf;

@@ -14,67 +14,15 @@ namespace {
 
 using namespace test;
 
-LayoutResult Working(const core::ScoreSheet& sheet, double width) { return Lay(sheet, width, 1); }
+LayoutResult Working(const core::ScoreSheet& sheet, double width) {
+    return Lay(sheet, width, 1);
+}
 
 // Glyphs with this text drawn at y, to within rounding.
 long GlyphsAt(const LayoutResult& r, const std::string& text, double y) {
     return Count(r, [&](auto& it) {
         return it.kind == ItemKind::Glyph && it.text == text && std::abs(it.y - y) < 1e-9;
     });
-}
-
-// Four quarters, eight single eighths, four quarters; rows end at 45 of 50. Row 1: pen
-// 15.8 after the time signature, barline at 33.6, eighths at 35.4, 38.4, 41.4; then 44.4 +
-// 0.2 x 9 reaches 45 and the row ends inside measure 2. Row 2 repeats the time signature,
-// takes the five eighths left (15 to 27), and its barline finds no room (old barline 35.4 +
-// measure 1's width 35.4 > 45, as a break inside a measure keeps both): measure 3 opens row 3.
-core::ScoreSheet OverflowSheet() {
-    core::ScoreSheet sheet = Body({}, false);
-    Repeat(sheet, "73  8", 4); // lines 4..7
-    Repeat(sheet, "73  4", 8); // lines 8..15
-    Repeat(sheet, "73  8", 4); // lines 16..19
-    return sheet;
-}
-
-TEST(WorkingViewRows, AMeasureTooLongForItsRowIsBrokenOnlyInWorkingView) {
-    const LayoutResult r = Working(OverflowSheet(), 50);
-    const auto& pos = r.positions;
-    EXPECT_EQ(r.rows, 3);
-    EXPECT_NEAR(pos.LinePosX[8], 35.4, 1e-9);
-    EXPECT_NEAR(pos.LinePosX[10], 41.4, 1e-9);
-    EXPECT_EQ(pos.LinePosY[10], 26);
-    EXPECT_NEAR(pos.LinePosX[11], 15, 1e-9);
-    EXPECT_EQ(pos.LinePosY[11], 40);
-    EXPECT_NEAR(pos.LinePosX[15], 27, 1e-9);
-    EXPECT_EQ(pos.LinePosY[15], 40);
-    EXPECT_EQ(pos.LinePosY[16], 54);
-    // A row broken inside a measure starts with the time signature; one broken at a barline
-    // with the clef alone.
-    EXPECT_EQ(GlyphsAt(r, "4", 40 - 8.5), 1);
-    EXPECT_EQ(GlyphsAt(r, "4", 54 - 8.5), 0);
-    // The number of measure 3 moves to the start of row 3, over the clef.
-    ASSERT_GE(r.measures.size(), 4u);
-    EXPECT_NEAR(r.measures[3].x, 3 + 1.5, 1e-9);
-    EXPECT_NEAR(r.measures[3].y, 54 - 9, 1e-9);
-    // The stretch of a row broken inside a measure is page width / pen: 50 / 44.4.
-    EXPECT_NEAR(r.RowRatios[1], 50 / 44.4, 1e-9);
-    // The page view keeps measure 2 whole on one row, squeezed or stretched.
-    const LayoutResult page = Lay(OverflowSheet(), 50);
-    for (int i = 9; i <= 15; ++i)
-        EXPECT_EQ(page.positions.LinePosY[i], page.positions.LinePosY[8]) << i;
-}
-
-TEST(WorkingViewRows, BarlineRecordsAreMarksThatTakeAGraceNotesRoom) {
-    // "03 -1" after the full measure: the barline is drawn by the measure test on the note
-    // before it, the record itself shows ")(" 2 wide in the working view and nothing in
-    // the page view.
-    const auto sheet = Body({"73 32", "03 -1", "73 32"});
-    const LayoutResult work = Working(sheet, 80);
-    // 15.8 + 8 for the whole note, 1.8 + 1.8 around the barline: the mark at 27.4.
-    EXPECT_NEAR(work.positions.LinePosX[5], 27.4, 1e-9);
-    EXPECT_NEAR(work.positions.LinePosX[6], 29.4, 1e-9);
-    EXPECT_EQ(Count(work, [](auto& it) { return it.text == ")(" && it.line == 5; }), 1);
-    EXPECT_EQ(Lay(sheet, 80).positions.LinePosX[5], -1);
 }
 
 // A regression: the time signature repeated at the head of a row moved the position of
@@ -96,15 +44,16 @@ core::ScoreSheet PairsAcrossBarlines() {
     core::ScoreSheet sheet =
         MakeSheet({"       G", "TEMPO60", "RHYTM2/4", "73 12", "73  4 C"}, false);
     for (int m = 0; m < 10; ++m)
-        for (const char* line : {"73  4 c", "73  8", "73  4 C"}) Repeat(sheet, line);
+        for (const char* line : {"73  4 c", "73  8", "73  4 C"})
+            Repeat(sheet, line);
     Repeat(sheet, "73  4 c");
     return sheet;
 }
 
 // A measure of quarters (lines 4..7), then sixteenths (lines 8..23) beamed four to a beat
-// by the rhythm pass. In the working view they start at 35.4 as in OverflowSheet, 3 apart,
-// and rows end at nine tenths of the width: on a page 46 wide the first row ends behind
-// line 9, on one 50 wide behind line 10, inside the first group either way.
+// by the rhythm pass. In the working view they start at 35.4 (the barline at 33.6, then
+// 1.8), 3 apart, and rows end at nine tenths of the width: on a page 46 wide the first row ends
+// behind line 9, on one 50 wide behind line 10, inside the first group either way.
 core::ScoreSheet SixteenthsAfterQuarters() {
     core::ScoreSheet sheet = Body({}, false);
     Repeat(sheet, "73  8", 4);
@@ -158,11 +107,13 @@ TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
     const LayoutResult two = Working(SixteenthsAfterQuarters(), 46);
     EXPECT_EQ(two.positions.LinePosY[9], 26);
     EXPECT_EQ(two.positions.LinePosY[10], 40);
-    for (int line : {8, 9, 10, 11}) EXPECT_EQ(text(two, line), "N") << line;
+    for (int line : {8, 9, 10, 11})
+        EXPECT_EQ(text(two, line), "N") << line;
     const LayoutResult one = Working(SixteenthsAfterQuarters(), 50);
     EXPECT_EQ(one.positions.LinePosY[10], 26);
     EXPECT_EQ(one.positions.LinePosY[11], 40);
-    for (int line : {8, 9, 10}) EXPECT_EQ(text(one, line), "N") << line;
+    for (int line : {8, 9, 10})
+        EXPECT_EQ(text(one, line), "N") << line;
     EXPECT_EQ(text(one, 11), "x"); // alone on its row, with its flags
 }
 
@@ -183,13 +134,15 @@ TEST(MeasureLabels, ThePageNumbersEachMeasureOnceAndNothingAfterTheLast) {
     const std::vector<Case> cases = {
         {"two full measures", {"73 32", "73 32"}, {1, 2}},
         {"a closing barline record, as new scores and the demos end",
-         {"03 -1", "L^Ms=1", "73 32", "03 -1", "L^Ms=2", "73 32", "03 -1"}, {1, 2}},
+         {"03 -1", "L^Ms=1", "73 32", "03 -1", "L^Ms=2", "73 32", "03 -1"},
+         {1, 2}},
         {"a measure begun after the last barline", {"73 32", "73 32", "73  8"}, {1, 2, 3}},
         {"no barline at all", {"73  8"}, {1}},
     };
     for (const Case& c : cases) {
         core::ScoreSheet sheet = Body({}, false);
-        for (const std::string& line : c.body) Repeat(sheet, line);
+        for (const std::string& line : c.body)
+            Repeat(sheet, line);
         for (int view : {0, 1})
             EXPECT_EQ(Shown(Lay(sheet, 80, view)), c.shown) << c.what << ", view " << view;
     }

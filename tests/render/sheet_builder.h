@@ -2,11 +2,14 @@
 // Sheets built line by line for the render tests, and queries on their layouts.
 
 #include <algorithm>
+#include <fstream>
 #include <initializer_list>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "core/rhythm_pass.h"
+#include "core/score_reader.h"
 #include "core/score_sheet.h"
 #include "render/page_layout.h"
 
@@ -23,7 +26,8 @@ inline void Repeat(core::ScoreSheet& sheet, const std::string& text, int count =
 // Lines 1.. in order; the rhythm pass writes the beam codes when `beams` is set.
 inline core::ScoreSheet MakeSheet(std::initializer_list<std::string> lines, bool beams = true) {
     core::ScoreSheet sheet;
-    for (const std::string& text : lines) Repeat(sheet, text);
+    for (const std::string& text : lines)
+        Repeat(sheet, text);
     if (beams) core::RhythmPass(sheet);
     return sheet;
 }
@@ -31,9 +35,21 @@ inline core::ScoreSheet MakeSheet(std::initializer_list<std::string> lines, bool
 // Treble clef, tempo 60 and 4/4 on lines 1..3, then `body` from line 4.
 inline core::ScoreSheet Body(std::initializer_list<std::string> body, bool beams = true) {
     core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM4/4"}, false);
-    for (const std::string& text : body) Repeat(sheet, text);
+    for (const std::string& text : body)
+        Repeat(sheet, text);
     if (beams) core::RhythmPass(sheet);
     return sheet;
+}
+
+// The shipped demo scores, read and beamed; a demo that cannot be read gives a blank sheet.
+inline constexpr const char* kDemoNames[] = {"dashti-tasnif", "chahargah-chaharmezrab",
+                                             "shur-daramad", "esfahan-reng"};
+inline core::ScoreSheet DemoSheet(const std::string& name) {
+    std::ifstream in(std::string(TAHRIR_DATA_DIR) + "/demo/" + name + ".srv", std::ios::binary);
+    core::Document doc;
+    core::ParseScore(std::string(std::istreambuf_iterator<char>(in), {}), false, doc);
+    core::RhythmPass(doc.Sheet);
+    return doc.Sheet;
 }
 
 inline LayoutResult Lay(const core::ScoreSheet& sheet, double width = 60, int view = 0,
@@ -57,7 +73,8 @@ inline std::vector<const DisplayItem*> Find(const LayoutResult& r, ItemKind kind
     return out;
 }
 // The items point into the layout: a temporary one would leave them dangling.
-std::vector<const DisplayItem*> Find(LayoutResult&& r, ItemKind kind, const std::string& text = {}) = delete;
+std::vector<const DisplayItem*> Find(LayoutResult&& r, ItemKind kind,
+                                     const std::string& text = {}) = delete;
 
 inline long Strokes(const LayoutResult& r, WidthClass width) {
     return Count(r, [&](auto& it) { return it.kind == ItemKind::Stroke && it.width == width; });
@@ -70,7 +87,8 @@ inline const DisplayItem* GlyphOfLine(const LayoutResult& r, int line) {
 }
 
 // Occurrences of `needle` in `text`, at a line start when `atLineStart`.
-inline int Occurrences(const std::string& text, const std::string& needle, bool atLineStart = false) {
+inline int Occurrences(const std::string& text, const std::string& needle,
+                       bool atLineStart = false) {
     int n = 0;
     for (auto p = text.find(needle); p != std::string::npos; p = text.find(needle, p + 1))
         n += !atLineStart || p == 0 || text[p - 1] == '\n';
@@ -78,6 +96,8 @@ inline int Occurrences(const std::string& text, const std::string& needle, bool 
 }
 
 // Flags drawn in a DXF stream.
-inline int DxfFlags(const std::string& dxf) { return Occurrences(dxf, "  1\r\nb\r\n"); }
+inline int DxfFlags(const std::string& dxf) {
+    return Occurrences(dxf, "  1\r\nb\r\n");
+}
 
 } // namespace tahrir::render::test

@@ -2,13 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <random>
-#include <set>
 
-#include "core/score_reader.h"
 #include "melody_builder.h"
 #include "render/paged_layout.h"
 #include "sheet_builder.h"
@@ -32,20 +28,12 @@ std::string Overrun(const LayoutResult& r) {
     return {};
 }
 
-core::ScoreSheet Demo(const std::string& name) {
-    std::ifstream in(std::string(TAHRIR_DATA_DIR) + "/demo/" + name + ".srv", std::ios::binary);
-    core::Document doc;
-    core::ParseScore(std::string(std::istreambuf_iterator<char>(in), {}), false, doc);
-    core::RhythmPass(doc.Sheet);
-    return doc.Sheet;
-}
-
 // A melody with signs, texts and forced breaks mixed in at random places.
 core::ScoreSheet RandomSheet(unsigned seed) {
     core::ScoreSheet melody = tahrir::test::MakeMelody(12 + static_cast<int>(seed % 30), seed);
-    static const char* const kExtras[] = {"L-text over", "L^Ms=3", "L_under", "REP{", "REP}",
-                                          "VOL{1", "ALL8U", "TEMPO 90", "L  ", "ALL4K",
-                                          "REPS}", "L-\xcd\xd3\xc7\xe4\xed"};
+    static const char* const kExtras[] = {
+        "L-text over", "L^Ms=3",   "L_under", "REP{",  "REP}",  "VOL{1",
+        "ALL8U",       "TEMPO 90", "L  ",     "ALL4K", "REPS}", "L-\xcd\xd3\xc7\xe4\xed"};
     std::mt19937 rng(seed);
     core::ScoreSheet sheet = MakeSheet({"  K    G", "TEMPO72", "RHYTM4/4"}, false);
     for (int i = 4; i <= melody.LastLine && sheet.LastLine < core::MaxLines - 1; ++i) {
@@ -60,9 +48,8 @@ core::ScoreSheet RandomSheet(unsigned seed) {
 
 TEST(StaffEnd, NoDrawingOfDemosMelodiesOrRandomSheetsPassesIt) {
     std::vector<std::pair<std::string, core::ScoreSheet>> sheets;
-    for (const char* name : {"dashti-tasnif", "chahargah-chaharmezrab", "shur-daramad",
-                             "esfahan-reng"})
-        sheets.emplace_back(name, Demo(name));
+    for (const char* name : kDemoNames)
+        sheets.emplace_back(name, DemoSheet(name));
     sheets.emplace_back("melody of 20", tahrir::test::MakeMelody(20, 7));
     for (unsigned seed = 1; seed <= 40; ++seed)
         sheets.emplace_back("random " + std::to_string(seed), RandomSheet(seed));
@@ -87,7 +74,8 @@ TEST(StaffEnd, LineRightIsWhereTheLineDrawingEnds) {
 TEST(TextOverTheStaff, StandsAboveWhatIsUnderIt) {
     // Words over high beamed notes, over a tremolo and over a plain row: each text's box
     // is clear of every head, stem, beam and mark of its row beneath it.
-    for (const auto& body : {std::initializer_list<std::string>{"L^words", "24  2", "54  2", "34  2", "64  2", "73 16"},
+    for (const auto& body : {std::initializer_list<std::string>{"L^words", "24  2", "54  2",
+                                                                "34  2", "64  2", "73 16"},
                              {"L^riz", "44  8  T ", "73 24"},
                              {"L-low", "13  8", "73 24"}}) {
         const LayoutResult r = Lay(Body(body), 60);
