@@ -40,16 +40,8 @@ struct MidiCli : ::testing::Test {
 };
 
 TEST_F(MidiCli, ImportOptionsAndExitCodes) {
-    // One track named "Ney" with Do for a quarter and Re for an eighth.
-    test::TrackBuilder t;
-    t.meta(0, 0x03, "Ney")
-        .event(0, {0x90, 60, 90})
-        .event(480, {0x80, 60, 0})
-        .event(0, {0x90, 62, 90})
-        .event(240, {62, 0})
-        .end();
     const std::string midi = at("ney.mid"), out = at("ney.srv");
-    ::tahrir::test::WriteBytes(midi, test::BuildSmf(0, 480, {t}));
+    ::tahrir::test::WriteBytes(midi, test::NeyFile());
 
     // An answer that is no number, a fraction or an impossible track is a usage error.
     for (const auto& [option, value] :
@@ -59,7 +51,7 @@ TEST_F(MidiCli, ImportOptionsAndExitCodes) {
                                                           {"--track", "0"},
                                                           {"--track", "1e300"},
                                                           {"--track", "nan"}}) {
-        EXPECT_EQ(run({"import-midi", midi, "--track", "1", "-o", out, option, value}).code, 1)
+        EXPECT_EQ(run({"import-midi", midi, "--track", "2", "-o", out, option, value}).code, 1)
             << option << " " << value;
         EXPECT_FALSE(fs::exists(out)) << value;
     }
@@ -68,14 +60,14 @@ TEST_F(MidiCli, ImportOptionsAndExitCodes) {
     ::tahrir::test::WriteBytes(at("text.mid"), {'h', 'e', 'l', 'l', 'o'});
     CliRun r;
     for (const char* bad : {"none.mid", "text.mid"}) {
-        r = run({"import-midi", at(bad), "--track", "1", "-o", out});
+        r = run({"import-midi", at(bad), "--track", "2", "-o", out});
         EXPECT_EQ(r.code, 2) << bad;
         EXPECT_NE(r.err.find(bad), std::string::npos) << r.err;
     }
     EXPECT_NE(r.err.find("missing MThd"), std::string::npos) << r.err;
 
     // Octave 3 - 1 = 2: the options reach the importer, whose file is pinned by its own tests.
-    r = run({"import-midi", midi, "--track", "1", "--octave-shift", "-1", "-o", out});
+    r = run({"import-midi", midi, "--track", "2", "--octave-shift", "-1", "-o", out});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(test::Lines(::tahrir::test::ReadBytes(out)).at(9), "12  8      ");
 }

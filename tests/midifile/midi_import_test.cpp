@@ -40,29 +40,13 @@ TEST(MidiImport, LengthThresholdsAndAnswers) {
         EXPECT_EQ(AnswerNumber(answer), number) << answer;
 }
 
-// A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
-// sharp a half.
-Bytes TwoTrackFile() {
-    TrackBuilder conductor, ney;
-    conductor.meta(0, 0x51, "\x0A\x2C\x2B").meta(0, 0x58, "\x03\x02\x18\x08").end(); // 666667 us
-    ney.meta(0, 0x03, "Ney")
-        .event(0, {0x90, 60, 90})
-        .event(480, {0x80, 60, 0})
-        .event(0, {0x90, 61, 90})
-        .event(240, {0x80, 61, 0})
-        .event(0, {0x90, 58, 90})
-        .event(960, {0x80, 58, 0})
-        .end();
-    return BuildSmf(1, 480, {conductor, ney});
-}
-
 struct MidiImportTrack : ::testing::Test {
     ImportResult import(int track, int shift = 0) {
         return ImportTrack(info, track, shift, doc, file);
     }
     const ::tahrir::test::TempFolder folder;
     const std::filesystem::path file = folder.path() / "ney.srv";
-    const MidiFileInfo info = test::Info(TwoTrackFile());
+    const MidiFileInfo info = test::Info(test::NeyFile());
     core::Document doc;
 };
 
@@ -166,7 +150,7 @@ TEST(MidiImport, ChooserTakesTrackAndOctave) {
     const ::tahrir::test::TempFolder folder;
     const auto midi = folder.path() / "in.mid";
     const auto out = folder.path() / "out.srv";
-    ::tahrir::test::WriteBytes(midi, TwoTrackFile());
+    ::tahrir::test::WriteBytes(midi, test::NeyFile());
     core::Document doc;
     DumpList shown;
     ImportResult r = ImportMidiFile(midi, out, chooser, shown, doc);

@@ -64,6 +64,22 @@ inline Bytes BuildSmf(int format, int division, const std::vector<TrackBuilder>&
     return out;
 }
 
+// A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
+// sharp a half.
+inline Bytes NeyFile() {
+    TrackBuilder conductor, ney;
+    conductor.meta(0, 0x51, "\x0A\x2C\x2B").meta(0, 0x58, "\x03\x02\x18\x08").end(); // 666667 us
+    ney.meta(0, 0x03, "Ney")
+        .event(0, {0x90, 60, 90})
+        .event(480, {0x80, 60, 0})
+        .event(0, {0x90, 61, 90})
+        .event(240, {0x80, 61, 0})
+        .event(0, {0x90, 58, 90})
+        .event(960, {0x80, 58, 0})
+        .end();
+    return BuildSmf(1, 480, {conductor, ney});
+}
+
 // The dump lines of `bytes`, and optionally what the reader collected.
 inline Strings Dump(const Bytes& bytes, MidiFileInfo* info = nullptr) {
     DumpList list;
