@@ -15,8 +15,8 @@ namespace tahrir::midifile {
 namespace {
 
 namespace fs = std::filesystem;
-using test::Quote;
 using ::tahrir::test::ReadByteVector;
+using test::Quote;
 
 struct CliRun {
     int code = -1;
@@ -26,11 +26,13 @@ struct CliRun {
 struct MidiCli : ::testing::Test {
     CliRun run(const std::vector<std::string>& args) {
         std::string command = Quote(TAHRIR_CLI);
-        for (const auto& a : args) command += " " + Quote(a);
-        command += " --app-folder " + Quote(app) + " >" + Quote(at("stdout")) + " 2>" + Quote(at("stderr"));
+        for (const auto& a : args)
+            command += " " + Quote(a);
+        command += " --app-folder " + Quote(app) + " >" + Quote(at("stdout")) + " 2>" +
+                   Quote(at("stderr"));
         const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ::tahrir::test::ReadBytes(at("stdout")),
-                ::tahrir::test::ReadBytes(at("stderr"))};
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+                ::tahrir::test::ReadBytes(at("stdout")), ::tahrir::test::ReadBytes(at("stderr"))};
     }
     std::string at(const std::string& name) const { return (folder.path() / name).string(); }
     const ::tahrir::test::TempFolder folder;
@@ -38,18 +40,19 @@ struct MidiCli : ::testing::Test {
 };
 
 TEST_F(MidiCli, ImportOptionsAndExitCodes) {
-    // One track named "Ney" with Do for a quarter and Re for an eighth.
-    test::TrackBuilder t;
-    t.meta(0, 0x03, "Ney").event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0}).event(0, {0x90, 62, 90})
-        .event(240, {62, 0}).end();
     const std::string midi = at("ney.mid"), out = at("ney.srv");
-    ::tahrir::test::WriteBytes(midi, test::BuildSmf(0, 480, {t}));
+    ::tahrir::test::WriteBytes(midi, test::NeyFile());
 
     // An answer that is no number, a fraction or an impossible track is a usage error.
-    for (const auto& [option, value] : std::vector<std::pair<std::string, std::string>>{
-             {"--octave-shift", "up"}, {"--octave-shift", "1.5"}, {"--octave-shift", "inf"},
-             {"--track", "0"}, {"--track", "1e300"}, {"--track", "nan"}}) {
-        EXPECT_EQ(run({"import-midi", midi, "--track", "1", "-o", out, option, value}).code, 1) << option << " " << value;
+    for (const auto& [option, value] :
+         std::vector<std::pair<std::string, std::string>>{{"--octave-shift", "up"},
+                                                          {"--octave-shift", "1.5"},
+                                                          {"--octave-shift", "inf"},
+                                                          {"--track", "0"},
+                                                          {"--track", "1e300"},
+                                                          {"--track", "nan"}}) {
+        EXPECT_EQ(run({"import-midi", midi, "--track", "2", "-o", out, option, value}).code, 1)
+            << option << " " << value;
         EXPECT_FALSE(fs::exists(out)) << value;
     }
 
@@ -57,20 +60,16 @@ TEST_F(MidiCli, ImportOptionsAndExitCodes) {
     ::tahrir::test::WriteBytes(at("text.mid"), {'h', 'e', 'l', 'l', 'o'});
     CliRun r;
     for (const char* bad : {"none.mid", "text.mid"}) {
-        r = run({"import-midi", at(bad), "--track", "1", "-o", out});
+        r = run({"import-midi", at(bad), "--track", "2", "-o", out});
         EXPECT_EQ(r.code, 2) << bad;
         EXPECT_NE(r.err.find(bad), std::string::npos) << r.err;
     }
     EXPECT_NE(r.err.find("missing MThd"), std::string::npos) << r.err;
 
-    // Octave 3 - 1 = 2; the eighth is 4 32nds.
-    r = run({"import-midi", midi, "--track", "1", "--octave-shift", "-1", "-o", out});
+    // Octave 3 - 1 = 2: the options reach the importer, whose file is pinned by its own tests.
+    r = run({"import-midi", midi, "--track", "2", "--octave-shift", "-1", "-o", out});
     ASSERT_EQ(r.code, 0) << r.err;
-    const auto lines = test::Lines(::tahrir::test::ReadBytes(out));
-    ASSERT_EQ(lines.size(), 11u);
-    EXPECT_EQ(lines[1], "\"Ney\"");
-    EXPECT_EQ(lines[9], "12  8      ");
-    EXPECT_EQ(lines[10], "22  4      ");
+    EXPECT_EQ(test::Lines(::tahrir::test::ReadBytes(out)).at(9), "12  8      ");
 }
 
 TEST_F(MidiCli, DumpPrintsOneLineForEachEntry) {
@@ -109,13 +108,13 @@ TEST_F(MidiCli, ExportWritesTheLogOfItsPlayRun) {
     // A tempo beyond the bar stops at its end, 320.
     r = run({"export-midi", score, "-o", exact, "--tempo", "1e300"});
     ASSERT_EQ(r.code, 0) << r.err;
-    EXPECT_EQ(ReadByteVector(exact), WriteMidiFile(ReadEventLog(app / EventLogName).records, 320).bytes);
+    EXPECT_EQ(ReadByteVector(exact),
+              WriteMidiFile(ReadEventLog(app / EventLogName).records, 320).bytes);
     EXPECT_EQ(run({"export-midi", score, "-o", exact, "--tempo", "inf"}).code, 1);
 
     r = run({"export-midi", score, "-o", at("micro.mid"), "--microtonal"});
     ASSERT_EQ(r.code, 0) << r.err;
-    MidiFileInfo info;
-    test::Dump(ReadByteVector(at("micro.mid")), &info);
+    const MidiFileInfo info = test::Info(ReadByteVector(at("micro.mid")));
     ASSERT_TRUE(info.complete());
     EXPECT_EQ(info.format, 1);
     ASSERT_EQ(info.MidiTracks.size(), 2u);

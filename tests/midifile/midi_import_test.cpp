@@ -19,43 +19,34 @@ TEST(MidiImport, KeysBecomeStepOctaveAndSharps) {
     // octave stays 0; key 0 has no step. The octave has one column, so it stops at 9 (10
     // would push the duration out of columns 3..5), also for key 200 of a damaged file.
     const std::tuple<int, int, std::string> cases[] = {
-        {60, 0, "13  8      "}, {61, 0, "13  8D     "}, {58, 0, "62  8D     "}, {66, 0, "43  8D     "},
-        {71, 0, "73  8      "}, {23, 0, "70  8      "}, {12, 0, "10  8      "}, {0, 0, "00  8      "},
-        {60, 2, "15  8      "}, {60, -5, "10  8      "}, {60, 7, "19  8      "}, {200, 0, "59  8D     "}};
-    for (const auto& [key, shift, line] : cases) EXPECT_EQ(ImportLine(key, 480, 480, shift), line) << key << " " << shift;
+        {60, 0, "13  8      "},  {61, 0, "13  8D     "}, {58, 0, "62  8D     "},
+        {66, 0, "43  8D     "},  {71, 0, "73  8      "}, {23, 0, "70  8      "},
+        {12, 0, "10  8      "},  {0, 0, "00  8      "},  {60, 2, "15  8      "},
+        {60, -5, "10  8      "}, {60, 7, "19  8      "}, {200, 0, "59  8D     "}};
+    for (const auto& [key, shift, line] : cases)
+        EXPECT_EQ(ImportLine(key, 480, 480, shift), line) << key << " " << shift;
 }
 
 TEST(MidiImport, LengthThresholdsAndAnswers) {
-    const std::pair<std::int64_t, int> cases[] = {
-        {1920, 32}, {1919, 24}, {960, 16}, {959, 12}, {120, 2}, {119, 1}, {0, 1}, {100000, 32}};
-    for (const auto& [ticks, duration] : cases) EXPECT_EQ(DurationFor(ticks, 480), duration) << ticks;
+    const std::pair<std::int64_t, int> cases[] = {{1920, 32}, {1919, 24}, {960, 16}, {959, 12},
+                                                  {120, 2},   {119, 1},   {0, 1},    {100000, 32}};
+    for (const auto& [ticks, duration] : cases)
+        EXPECT_EQ(DurationFor(ticks, 480), duration) << ticks;
     EXPECT_EQ(DurationFor(48, 96), 4);
     EXPECT_EQ(ImportLine(60, 1440, 480, 0), "13 24      ");
-    const std::pair<std::string, int> answers[] = {{"", 0}, {"2", 2}, {"  -1", -1}, {"3 octaves", 3}, {"up", 0}};
-    for (const auto& [answer, number] : answers) EXPECT_EQ(AnswerNumber(answer), number) << answer;
-}
-
-MidiFileInfo Parse(const Bytes& bytes) {
-    MidiFileInfo info;
-    test::Dump(bytes, &info);
-    return info;
-}
-
-// A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
-// sharp a half.
-Bytes TwoTrackFile() {
-    TrackBuilder conductor, ney;
-    conductor.meta(0, 0x51, "\x0A\x2C\x2B").meta(0, 0x58, "\x03\x02\x18\x08").end(); // 666667 us
-    ney.meta(0, 0x03, "Ney").event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0}).event(0, {0x90, 61, 90})
-        .event(240, {0x80, 61, 0}).event(0, {0x90, 58, 90}).event(960, {0x80, 58, 0}).end();
-    return BuildSmf(1, 480, {conductor, ney});
+    const std::pair<std::string, int> answers[] = {
+        {"", 0}, {"2", 2}, {"  -1", -1}, {"3 octaves", 3}, {"up", 0}};
+    for (const auto& [answer, number] : answers)
+        EXPECT_EQ(AnswerNumber(answer), number) << answer;
 }
 
 struct MidiImportTrack : ::testing::Test {
-    ImportResult import(int track, int shift = 0) { return ImportTrack(info, track, shift, doc, file); }
+    ImportResult import(int track, int shift = 0) {
+        return ImportTrack(info, track, shift, doc, file);
+    }
     const ::tahrir::test::TempFolder folder;
     const std::filesystem::path file = folder.path() / "ney.srv";
-    const MidiFileInfo info = Parse(TwoTrackFile());
+    const MidiFileInfo info = test::Info(test::NeyFile());
     core::Document doc;
 };
 
@@ -65,7 +56,8 @@ TEST_F(MidiImportTrack, WritesTheScoreFileThatReadsBackAndLeavesTheSheet) {
     EXPECT_EQ(r.notes, 3);
     EXPECT_EQ(::tahrir::test::ReadBytes(file),
               "\"Sv5 Tahrir score\"\r\n\"Ney\"\r\n       G   \r\nTEMPO90\r\nRHYTM3/4\r\n"
-              "LCINS=1\r\nLCTRP=0\r\nLCOCT=0\r\nLCPED=OFF\r\n13  8      \r\n13  4D     \r\n62 16D     \r\n");
+              "LCINS=1\r\nLCTRP=0\r\nLCOCT=0\r\nLCPED=OFF\r\n13  8      \r\n13  4D     \r\n62 16D  "
+              "   \r\n");
     EXPECT_EQ(doc.Sheet[4].text(), "LCINS=HUMAN");
     EXPECT_EQ(doc.Sheet[10].text(), "62 16D     ");
     // The importer's count: three notes give LastLine 6, though they run to line 10.
@@ -98,11 +90,12 @@ TEST_F(MidiImportTrack, EmptyTrackKeepsTheHeadLinesAndTracksOutsideTheFrameAreRe
 TEST(MidiImport, TrackLongerThanTheSheetEndsWithAMessage) {
     // Notes go to lines 8 onward, so 2041 of them reach line 2048 and the next one cannot.
     TrackBuilder t;
-    for (int i = 0; i < 2042; ++i) t.event(0, {0x90, 60, 90}).event(120, {0x80, 60, 0});
+    for (int i = 0; i < 2042; ++i)
+        t.event(0, {0x90, 60, 90}).event(120, {0x80, 60, 0});
     const ::tahrir::test::TempFolder folder;
     core::Document doc;
     const auto file = folder.path() / "long.srv";
-    const ImportResult r = ImportTrack(Parse(BuildSmf(0, 480, {t.end()})), 1, 0, doc, file);
+    const ImportResult r = ImportTrack(test::Info(BuildSmf(0, 480, {t.end()})), 1, 0, doc, file);
     EXPECT_EQ(r.status, ImportStatus::Failed);
     EXPECT_NE(r.message.find("2042"), std::string::npos) << r.message;
     EXPECT_EQ(r.notes, 2041);
@@ -112,7 +105,8 @@ TEST(MidiImport, TrackLongerThanTheSheetEndsWithAMessage) {
 
 class Chooser : public ImportChooser {
 public:
-    std::optional<int> chooseTrack(const MidiFileInfo& info, const std::vector<std::string>& dump) override {
+    std::optional<int> chooseTrack(const MidiFileInfo& info,
+                                   const std::vector<std::string>& dump) override {
         tracks = info.MidiTracks.size();
         dumped = dump.size();
         return track;
@@ -142,7 +136,8 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
         ::tahrir::test::WriteBytes(folder.path() / "bad.mid", bytes);
         core::Document doc;
         DumpList shown;
-        const ImportResult r = ImportMidiFile(folder.path() / "bad.mid", folder.path() / "out.srv", chooser, shown, doc);
+        const ImportResult r = ImportMidiFile(folder.path() / "bad.mid", folder.path() / "out.srv",
+                                              chooser, shown, doc);
         EXPECT_EQ(r.status, ImportStatus::Failed) << error;
         EXPECT_NE(r.message.find(error.substr(8)), std::string::npos) << r.message;
         EXPECT_EQ(shown.lines.back(), error);
@@ -155,7 +150,7 @@ TEST(MidiImport, ChooserTakesTrackAndOctave) {
     const ::tahrir::test::TempFolder folder;
     const auto midi = folder.path() / "in.mid";
     const auto out = folder.path() / "out.srv";
-    ::tahrir::test::WriteBytes(midi, TwoTrackFile());
+    ::tahrir::test::WriteBytes(midi, test::NeyFile());
     core::Document doc;
     DumpList shown;
     ImportResult r = ImportMidiFile(midi, out, chooser, shown, doc);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "smf_builder.h"
-#include "temp_folder.h"
 
 namespace tahrir::midifile {
 namespace {
@@ -21,22 +20,18 @@ Bytes Meta(std::uint8_t type, const std::string& data) {
 }
 
 TEST(MidiReader, HeaderAndTheTextOfEveryEvent) {
-    // The other kinds of event are pinned by the corpus dumps.
+    // Forms the corpus dumps do not show: velocity 0, a note off's own velocity, the
+    // bend's middle and top, other texts, a major key and the escape form of SysEx.
     const std::pair<Bytes, std::string> rows[] = {
-        {{0x90, 60, 100}, "NoteOn   ch=1 key=60 vel=100"},
         {{0x91, 61, 0}, "NoteOff  ch=2 key=61 vel=0"}, // velocity 0: a note off
         {{0x82, 62, 33}, "NoteOff  ch=3 key=62 vel=33"},
         {{0xE0, 0x00, 0x40}, "PitchBend ch=1 val=8192"}, // 64 * 128
         {{0xE1, 0x7F, 0x7F}, "PitchBend ch=2 val=16383"},
         {Meta(1, "words"), "Meta Text: words"},
         {Meta(7, "cue"), "Meta CuePoint: cue"},
-        {Meta(0x59, "\xFD\x01"), "Meta KeySig: -3  minor"},
         {Meta(0x59, std::string("\x02\x00", 2)), "Meta KeySig: 2  major"},
-        {Meta(0x7F, "abc"), "Meta 0x7F len=3"},
         {Meta(0x00, std::string("\x00\x01", 2)), "Meta 0x0 len=2"},
-        {{0xF0, 3, 0x43, 0x12, 0xF7}, "SysEx F0 len=3"},
         {{0xF7, 1, 0xF7}, "SysEx F7 len=1"},
-        {{0xFF, 0x2F, 0x00}, "Meta EndOfTrack"},
     };
     TrackBuilder t;
     Strings expected = {"===== MIDI Header =====", "Format: 0, Tracks: 1, Division: 480",
@@ -53,17 +48,27 @@ TEST(MidiReader, RunningStatusTimesTempoMapAndTrackFacts) {
     // Track 1 holds two names, 3/4 and the tempo: 120 beats up to tick 960, then 60.
     // Track 2 plays with running status; its note offs are note ons with velocity 0.
     TrackBuilder conductor, melody;
-    conductor.meta(0, 0x03, "Tar").meta(0, 0x03, "Second name").meta(0, 0x58, "\x03\x02\x18\x08")
-        .meta(0, 0x51, "\x07\xA1\x20").meta(960, 0x51, "\x0F\x42\x40").end();
-    melody.event(0, {0x90, 60, 90}).event(480, {60, 0}).event(480, {62, 80}).event(480, {62, 0}).end(1);
+    conductor.meta(0, 0x03, "Tar")
+        .meta(0, 0x03, "Second name")
+        .meta(0, 0x58, "\x03\x02\x18\x08")
+        .meta(0, 0x51, "\x07\xA1\x20")
+        .meta(960, 0x51, "\x0F\x42\x40")
+        .end();
+    melody.event(0, {0x90, 60, 90})
+        .event(480, {60, 0})
+        .event(480, {62, 80})
+        .event(480, {62, 0})
+        .end(1);
     MidiFileInfo info;
     const auto lines = Dump(BuildSmf(1, 480, {conductor, melody}), &info);
     ASSERT_TRUE(info.complete());
     // Ticks 480 and 960 lie at 0.5 s and 1 s; tick 1440 is 1 s plus a quarter at 60.
-    EXPECT_EQ(Strings(lines.end() - 6, lines.end() - 1),
-              (Strings{"t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90", "t  0.500s  Tr2  NoteOff  ch=1 key=60 vel=0",
-                       "t  1.000s  Tr2  NoteOn   ch=1 key=62 vel=80", "t  2.000s  Tr2  NoteOff  ch=1 key=62 vel=0",
-                       "t  2.002s  Tr2  Meta EndOfTrack"}));
+    EXPECT_EQ(
+        Strings(lines.end() - 6, lines.end() - 1),
+        (Strings{"t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90",
+                 "t  0.500s  Tr2  NoteOff  ch=1 key=60 vel=0",
+                 "t  1.000s  Tr2  NoteOn   ch=1 key=62 vel=80",
+                 "t  2.000s  Tr2  NoteOff  ch=1 key=62 vel=0", "t  2.002s  Tr2  Meta EndOfTrack"}));
     EXPECT_DOUBLE_EQ(TickToMs(info, 1440), 2000);
     EXPECT_EQ(info.MidiTempoText, 60); // the last tempo seen
     EXPECT_EQ(info.MidiRhythmText, "3/4");
@@ -77,13 +82,12 @@ TEST(MidiReader, SmpteAndZeroDivisions) {
     TrackBuilder t;
     t.event(0, {0x90, 60, 1}).event(100, {0x80, 60, 0}).end();
     // The SMPTE dump lines are pinned by the corpus; its notes count 480 ticks a quarter.
-    MidiFileInfo info;
-    auto lines = Dump(BuildSmf(0, 0xE728, {t}), &info);
+    MidiFileInfo info = test::Info(BuildSmf(0, 0xE728, {t}));
     EXPECT_TRUE(info.MidiUsesSmpte);
     EXPECT_EQ(info.quarterTicks(), 480);
 
     // A division of 0 counts as 480 for times and lengths.
-    lines = Dump(BuildSmf(0, 0, {t}), &info);
+    const auto lines = Dump(BuildSmf(0, 0, {t}), &info);
     EXPECT_EQ(lines[2], "Timing: PPQN = 0");
     EXPECT_EQ(lines[5], "t  0.104s  Tr1  NoteOff  ch=1 key=60 vel=0");
     EXPECT_EQ(info.quarterTicks(), 480);
@@ -98,17 +102,8 @@ TEST(MidiReader, NotesPairNewestFirstAndOddEventsAreDropped) {
         .event(10, {0x91, 60, 0})  // closes the older one, any channel
         .event(10, {0x90, 64, 90}) // never closed
         .end();
-    MidiFileInfo info;
-    Dump(BuildSmf(0, 480, {t}), &info);
-    EXPECT_EQ(test::Notes(info.MidiTracks[0]), (test::NoteList{{60, 10, 10}, {60, 0, 40}}));
-}
-
-TEST(MidiReader, AbsentFileIsUnreadable) {
-    // Files without a header or with missing tracks are in the corpus.
-    const ::tahrir::test::TempFolder folder;
-    DumpList list;
-    EXPECT_EQ(ReadMidiFile(folder.path() / "absent.mid", list).outcome, ReadOutcome::Unreadable);
-    EXPECT_EQ(list.lines, (Strings{"[ERROR] Cannot read file: " + (folder.path() / "absent.mid").string()}));
+    EXPECT_EQ(test::Notes(test::Info(BuildSmf(0, 480, {t})).MidiTracks[0]),
+              (test::NoteList{{60, 10, 10}, {60, 0, 40}}));
 }
 
 TEST(MidiReader, LongHeaderAndTruncatedOrUndecodableTracks) {
@@ -130,9 +125,11 @@ TEST(MidiReader, LongHeaderAndTruncatedOrUndecodableTracks) {
     v.event(0, {0x90, 60, 90}).event(0, {0x90, 61});
     bytes = BuildSmf(1, 480, {u, v});
     bytes[bytes.size() - 7 - 4 + 3] = 0x7F;
-    EXPECT_EQ(Dump(bytes), (Strings{"===== MIDI Header =====", "Format: 1, Tracks: 2, Division: 480",
-                                    "Timing: PPQN = 480", "===== Tracks =====", "t  0.000s  Tr1  Unknown ChannelMsg",
-                                    "t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90", "===== Done ====="}));
+    EXPECT_EQ(
+        Dump(bytes),
+        (Strings{"===== MIDI Header =====", "Format: 1, Tracks: 2, Division: 480",
+                 "Timing: PPQN = 480", "===== Tracks =====", "t  0.000s  Tr1  Unknown ChannelMsg",
+                 "t  0.000s  Tr2  NoteOn   ch=1 key=60 vel=90", "===== Done ====="}));
 }
 
 TEST(MidiReader, CancelWritesTerminated) {
@@ -144,7 +141,8 @@ TEST(MidiReader, CancelWritesTerminated) {
         int asked = 0;
     } sink;
     TrackBuilder t;
-    for (int i = 0; i < 10; ++i) t.event(1, {0x90, 60, 90});
+    for (int i = 0; i < 10; ++i)
+        t.event(1, {0x90, 60, 90});
     EXPECT_EQ(ReadMidiBytes(BuildSmf(0, 480, {t.end()}), sink).outcome, ReadOutcome::Cancelled);
     ASSERT_EQ(sink.lines.size(), 7u);
     EXPECT_EQ(sink.lines[5], "t  0.002s  Tr1  NoteOn   ch=1 key=60 vel=90");

@@ -20,7 +20,9 @@ public:
     // A delta time as a variable-length number, then the given bytes.
     TrackBuilder& event(std::uint32_t delta, const Bytes& bytes) {
         Bytes groups;
-        do groups.insert(groups.begin(), static_cast<std::uint8_t>((delta & 0x7F) | (groups.empty() ? 0 : 0x80)));
+        do
+            groups.insert(groups.begin(),
+                          static_cast<std::uint8_t>((delta & 0x7F) | (groups.empty() ? 0 : 0x80)));
         while ((delta >>= 7) > 0);
         m_body.insert(m_body.end(), groups.begin(), groups.end());
         m_body.insert(m_body.end(), bytes.begin(), bytes.end());
@@ -40,7 +42,8 @@ private:
 };
 
 inline void AppendU32(Bytes& out, std::uint32_t v) {
-    for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<std::uint8_t>(v >> shift));
+    for (int shift = 24; shift >= 0; shift -= 8)
+        out.push_back(static_cast<std::uint8_t>(v >> shift));
 }
 
 // A header with `declaredTracks` (the tracks given by default) and the track chunks.
@@ -49,15 +52,32 @@ inline Bytes BuildSmf(int format, int division, const std::vector<TrackBuilder>&
     Bytes out = {'M', 'T', 'h', 'd'};
     AppendU32(out, 6);
     const int count = declaredTracks < 0 ? static_cast<int>(tracks.size()) : declaredTracks;
-    out.insert(out.end(), {0, static_cast<std::uint8_t>(format), static_cast<std::uint8_t>(count >> 8),
-                           static_cast<std::uint8_t>(count), static_cast<std::uint8_t>(division >> 8),
-                           static_cast<std::uint8_t>(division)});
+    out.insert(out.end(),
+               {0, static_cast<std::uint8_t>(format), static_cast<std::uint8_t>(count >> 8),
+                static_cast<std::uint8_t>(count), static_cast<std::uint8_t>(division >> 8),
+                static_cast<std::uint8_t>(division)});
     for (const TrackBuilder& t : tracks) {
         out.insert(out.end(), {'M', 'T', 'r', 'k'});
         AppendU32(out, static_cast<std::uint32_t>(t.body().size()));
         out.insert(out.end(), t.body().begin(), t.body().end());
     }
     return out;
+}
+
+// A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
+// sharp a half.
+inline Bytes NeyFile() {
+    TrackBuilder conductor, ney;
+    conductor.meta(0, 0x51, "\x0A\x2C\x2B").meta(0, 0x58, "\x03\x02\x18\x08").end(); // 666667 us
+    ney.meta(0, 0x03, "Ney")
+        .event(0, {0x90, 60, 90})
+        .event(480, {0x80, 60, 0})
+        .event(0, {0x90, 61, 90})
+        .event(240, {0x80, 61, 0})
+        .event(0, {0x90, 58, 90})
+        .event(960, {0x80, 58, 0})
+        .end();
+    return BuildSmf(1, 480, {conductor, ney});
 }
 
 // The dump lines of `bytes`, and optionally what the reader collected.
@@ -68,11 +88,19 @@ inline Strings Dump(const Bytes& bytes, MidiFileInfo* info = nullptr) {
     return list.lines;
 }
 
+// What the reader collects from `bytes`.
+inline MidiFileInfo Info(const Bytes& bytes) {
+    MidiFileInfo info;
+    Dump(bytes, &info);
+    return info;
+}
+
 // Each note of a track as {key, start, length}.
 using NoteList = std::vector<std::tuple<int, std::int64_t, std::int64_t>>;
 inline NoteList Notes(const std::vector<MidiNote>& track) {
     NoteList notes;
-    for (const MidiNote& n : track) notes.emplace_back(n.key, n.start, n.length);
+    for (const MidiNote& n : track)
+        notes.emplace_back(n.key, n.start, n.length);
     return notes;
 }
 
@@ -90,13 +118,15 @@ inline Strings Lines(const std::string& text) {
 // How many of `lines` contain `part`.
 inline std::size_t Count(const Strings& lines, const std::string& part) {
     std::size_t n = 0;
-    for (const auto& l : lines) n += l.find(part) != std::string::npos;
+    for (const auto& l : lines)
+        n += l.find(part) != std::string::npos;
     return n;
 }
 
 inline std::string Quote(const std::string& arg) {
     std::string out = "'";
-    for (char c : arg) out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    for (char c : arg)
+        out += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return out + "'";
 }
 

@@ -30,20 +30,6 @@ protected:
     MidiOut midi{&sink};
 };
 
-TEST_F(MidiOutTest, PrepareChannelsFromTheKoronVoiceLeavesChannelOneAlone) {
-    midi.PrepareChannels(KoronChannel); // a run's whole preparation is in the golden run
-    EXPECT_EQ(sink.messages().front(), PackControlChange(33, 0, 2));
-    EXPECT_EQ(sink.messages().size(), 11u);
-}
-
-TEST_F(MidiOutTest, SlidersRetuneAtOnceWithinTheirRanges) {
-    midi.setSoriBend(0); // sori on the natural pitch
-    midi.setKoronBend(-40);
-    midi.setSoriBend(99);
-    EXPECT_EQ(sink.messages(), (std::vector<std::uint32_t>{0x004000E4, 0x002000E2, 0x006000E4}));
-    EXPECT_EQ(midi.koronBend(), -32);
-}
-
 TEST_F(MidiOutTest, NotesPassOnlyThroughTheGates) {
     midi.MidiNoteOn(60, 60, 3); // no instrument chosen yet
     midi.AllNotesOff();

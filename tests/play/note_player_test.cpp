@@ -62,18 +62,6 @@ TEST_F(NotePlayerTest, OctaveMarksOctaveStateAndKeysOffTheTable) {
     EXPECT_EQ(NoteOns(sink), (Ons{{72, 3}, {48, 3}, {48, 3}, {72, 3}}));
 }
 
-TEST_F(NotePlayerTest, NewNoteStartsBeforeOldStopsAndRepeatsAreNotStopped) {
-    line(1, 3, 8);
-    line(2, 3, 8);
-    line(2, 3, 8);      // the same key again: a new attack, no note off
-    line(2, 3, 8, 'K'); // the same key on the koron voice is another note
-    line(0, 3, 8);      // a rest stops the sounding note when it starts
-    const std::vector<NoteEvent> expected = {
-        {0, 'N', 60, 3, 60}, {1, 'N', 62, 3, 60}, {1, 'F', 60, 3, 0}, {2, 'N', 62, 3, 60},
-        {3, 'N', 62, 2, 60}, {3, 'F', 62, 3, 0},  {4, 'F', 62, 2, 0}};
-    EXPECT_EQ(NoteEvents(sink), expected);
-}
-
 TEST_F(NotePlayerTest, AccentRaisesVelocityHalfAndPedalHoldsEveryNote) {
     // Velocity is 90 - VolScr; an accent takes it half again, held at 127, halves rounding
     // to the even neighbour (63 * 1.5 = 94.5 gives 94, 61 * 1.5 = 91.5 gives 92).
@@ -126,7 +114,7 @@ TEST_F(NotePlayerTest, OrnamentsSpreadTheirNotesOverTheWrittenTime) {
         std::vector<int> keys;
         std::vector<double> times;
     } rows[] = {
-        {"2M", 5, 8, {64, 67, 64, 60}, {0, 0.1, 0.2, 0.98}},   // Sol with Mi below
+        {"2M", 5, 8, {64, 67, 64, 60}, {0, 0.1, 0.2, 0.98}}, // Sol with Mi below
         // Every first character from "1" to "K" makes the interval form, ":" included; its
         // companion is step - Val(":M") = step - 0, the note itself.
         {":M", 5, 8, {67, 67, 67, 60}, {0, 0.1, 0.2, 0.98}},

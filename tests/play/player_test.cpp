@@ -135,9 +135,11 @@ TEST_F(PlayerTest, AnEndMarkHoldsARealTimeRunUntilStopUnlessNobodyCanStopIt) {
 TEST_F(PlayerTest, SlidersAndInstrumentActDuringARunAndWhenIdle) {
     player.setSoriBend(0); // idle: sent at once
     EXPECT_EQ(sink.messages().back(), 0x004000E4u);
+    player.setSoriBend(99); // held at the top of its range
+    EXPECT_EQ(sink.messages().back(), 0x006000E4u);
     const auto sheet = Scale(60); // play() keeps a reference
     player.play(sheet, {});
-    player.setKoronBend(-32);
+    player.setKoronBend(-40);   // held at the bottom of its range, -32
     player.chooseInstrument(3); // the piano, between two events
     player.wait();
     EXPECT_TRUE(sink.contains(PackPitchBend(0, 32, 2)));
@@ -217,7 +219,8 @@ TEST(PlayerDevice, AnOutputThatFailsEndsTheRunOnceAndAnotherTakesOver) {
     const auto sheet = Sheet("", 60, "4/4", {Note(1, 3, 32), Note(2, 3, 32), Note(3, 3, 32)});
     // Directly at the first note of a long run, which must not hang, or through a tee later.
     for (const auto& [throughTee, failAt] : {std::pair{false, Do}, std::pair{true, Re}}) {
-        SCOPED_TRACE(::testing::Message() << "tee " << throughTee << " fail at " << std::hex << failAt);
+        SCOPED_TRACE(::testing::Message()
+                     << "tee " << throughTee << " fail at " << std::hex << failAt);
         FailingSink failing(failAt);
         TeeSink tee;
         tee.add(&failing);
@@ -231,7 +234,8 @@ TEST(PlayerDevice, AnOutputThatFailsEndsTheRunOnceAndAnotherTakesOver) {
         EXPECT_LT(std::chrono::steady_clock::now() - start, 5s) << "no hang on a dead output";
         EXPECT_EQ(player.deviceFailure(), "gone");
         EXPECT_FALSE(failing.contains(failAt));
-        EXPECT_FALSE(failing.contains(PackNoteOn(64, 60, 3))) << "nothing goes out after the failure";
+        EXPECT_FALSE(failing.contains(PackNoteOn(64, 60, 3)))
+            << "nothing goes out after the failure";
         // The built-in synthesiser (here a recording) plays the next run whole.
         ASSERT_TRUE(player.replaceSink(&fallback));
         EXPECT_EQ(player.deviceFailure(), "");

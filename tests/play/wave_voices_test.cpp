@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <sndfile.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cmath>
@@ -17,6 +15,7 @@
 #include "play_test_util.h"
 #include "temp_folder.h"
 #include "wav_measure.h"
+#include "wave_writer.h"
 
 // Counts allocations made by a thread while it is marked, to prove the audio side of the
 // wave voices never allocates. Every new and delete of the binary then goes to malloc and
@@ -76,9 +75,9 @@ TEST(WaveIndex, GridEdgesTarOffsetAndGates) {
         int tarSlot, dafIndex; // 0: silent
     };
     const Row rows[] = {
-        {48, 3, 0, 5},   {48, 2, 0, 4},  {48, 4, 0, 6},  // koron below, sori above
-        {46, 3, 0, 1},   {46, 2, 0, 0},  {45, 3, 0, 0},  // index 1 sounds, 0 and -1 do not
-        {60, 2, 0, 28},  {60, 3, 1, 29}, {60, 4, 2, 30}, // the tar starts at middle C
+        {48, 3, 0, 5},   {48, 2, 0, 4},   {48, 4, 0, 6},  // koron below, sori above
+        {46, 3, 0, 1},   {46, 2, 0, 0},   {45, 3, 0, 0},  // index 1 sounds, 0 and -1 do not
+        {60, 2, 0, 28},  {60, 3, 1, 29},  {60, 4, 2, 30}, // the tar starts at middle C
         {81, 4, 44, 72}, {82, 2, 44, 72}, {82, 3, 0, 0},  // 72 is the last, 73 is silent
     };
     for (const Row& r : rows) {
@@ -109,7 +108,8 @@ TEST(WaveIndex, GridEdgesTarOffsetAndGates) {
 std::vector<float> RenderWaveVoice(const core::ScoreSheet& sheet, int button, int tempo,
                                    const std::filesystem::path& wav) {
     WaveVoices voices(kRate);
-    EXPECT_GT(voices.loadSamples(TAHRIR_DATA_DIR, {}), 100) << "samples missing in " TAHRIR_DATA_DIR;
+    EXPECT_GT(voices.loadSamples(TAHRIR_DATA_DIR, {}), 100)
+        << "samples missing in " TAHRIR_DATA_DIR;
     std::string error;
     auto sink = SynthSink::openOffline({}, wav, error, kRate);
     EXPECT_TRUE(sink) << error;
@@ -155,7 +155,8 @@ TEST(WaveVoiceRendering, TarQuarterToneScaleIsInTuneAndOnTime) {
     for (int i = 0; i < 8; ++i) {
         const double start = i * 0.5; // an 8th at tempo 60
         EXPECT_NEAR(OnsetNear(x, start), start, 0.005) << "note " << i;
-        const double hz = YinPitch(x, static_cast<std::size_t>((start + 0.15) * kRate), 4410, kRate);
+        const double hz =
+            YinPitch(x, static_cast<std::size_t>((start + 0.15) * kRate), 4410, kRate);
         const double expected = 440 * std::pow(2.0, (pitches[i] - 69) / 12);
         EXPECT_NEAR(1200 * std::log2(hz / expected), 0, 5) << "note " << i << " at " << hz;
     }
@@ -166,8 +167,8 @@ TEST(WaveVoiceRendering, DafStrokesFollowTheRhythm) {
     // 8th, two 16ths, a dotted 8th with its 16th, a quarter, at tempo 90: a 32nd is
     // 60 / (8 * 90) s.
     const int durations[] = {4, 2, 2, 6, 2, 8};
-    std::initializer_list<std::string> music = {
-        Note(6, 2, 4), Note(6, 2, 2), Note(6, 2, 2), Note(1, 3, 6), Note(6, 2, 2), Note(6, 2, 8)};
+    std::initializer_list<std::string> music = {Note(6, 2, 4), Note(6, 2, 2), Note(6, 2, 2),
+                                                Note(1, 3, 6), Note(6, 2, 2), Note(6, 2, 8)};
     const auto x = RenderWaveVoice(Sheet("", 90, "4/4", music), 9, 90, dir / "daf.wav");
     double at = 0;
     for (int d : durations) {
@@ -208,11 +209,11 @@ TEST(Accompaniment, StartsWhereTheWalkStandsOrWhereAnLvTLineSays) {
         double playTime; // run seconds of the first sounding note
     };
     const Row rows[] = {
-        {"L>", 60, 0, 0, 0},          // from the top
-        {"L>", 60, 3, 8000, 0},       // two measures of 4 s passed over
-        {"L>", 120, 3, 4000, 0},      // the recording of tempo 120 runs twice as fast
-        {"LvT=40", 60, 0, 500, 0},    // 40 / 8 * 60 / 60 * 100
-        {"LvT=40", 120, 3, 250, 0},   // the cue wins over the walk's clock
+        {"L>", 60, 0, 0, 0},        // from the top
+        {"L>", 60, 3, 8000, 0},     // two measures of 4 s passed over
+        {"L>", 120, 3, 4000, 0},    // the recording of tempo 120 runs twice as fast
+        {"LvT=40", 60, 0, 500, 0},  // 40 / 8 * 60 / 60 * 100
+        {"LvT=40", 120, 3, 250, 0}, // the cue wins over the walk's clock
     };
     for (const Row& r : rows) {
         const auto waves = AccompanimentRun(sheet(Directive(r.first)), r.tempo, r.startMeasure);
@@ -227,23 +228,13 @@ TEST(Accompaniment, StartsWhereTheWalkStandsOrWhereAnLvTLineSays) {
     }
 }
 
-void WriteWav(const std::filesystem::path& file, const std::vector<float>& x, int rate) {
-    SF_INFO info{};
-    info.samplerate = rate;
-    info.channels = 1;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_24;
-    SNDFILE* f = sf_open(file.string().c_str(), SFM_WRITE, &info);
-    ASSERT_TRUE(f);
-    sf_writef_float(f, x.data(), static_cast<sf_count_t>(x.size()));
-    sf_close(f);
-}
-
 TEST(Accompaniment, FileBesideTheScoreSoundsFromItsPositionWithoutAllocating) {
     const ::tahrir::test::TempFolder dir;
     // A recording at 16 kHz, silent but for a click at 5 s.
-    std::vector<float> recording(16000 * 6, 0.0f);
-    recording[16000 * 5] = 1.0f;
-    WriteWav(dir / "my song-T72.Wav", recording, 16000);
+    std::vector<std::uint8_t> recording(16000 * 6, 128);
+    recording[16000 * 5] = 255;
+    ::tahrir::test::WriteWaveFile(dir / "my song-T72.Wav",
+                                  ::tahrir::test::WaveFileBytes(recording, 16000));
     EXPECT_EQ(AccompanimentFile(dir / "My Song.srv", 72), dir / "my song-T72.Wav");
     EXPECT_EQ(AccompanimentFile(dir / "My Song.srv", 80), std::filesystem::path());
 
