@@ -1,5 +1,5 @@
-// What a newcomer tripped over: the pen kept silently, the
-// instrument buttons, the menu's text lines, and the usage without a display.
+// What a newcomer tripped over: the pen kept silently, the instrument buttons, the menu's
+// text lines and keys, the small window, and the usage without a display.
 
 #include <QAction>
 #include <QComboBox>

@@ -105,10 +105,6 @@ protected:
     const std::string file = rig.demoCopy();
 };
 
-} // namespace tahrir::ui::test
-
-namespace tahrir::ui::test {
-
 // Milliseconds to make, show and paint a widget, the best of three fresh ones, so that a
 // machine busy with other work does not count against the widget.
 template <typename Make> long long OpeningMs(Make make) {
