@@ -70,6 +70,7 @@ TEST_F(WindowTest, KeysEditThePenUntilEnterStoresItAndTheCursorIsRedOnlyInTheEdi
     EXPECT_EQ(sheet().CurrentLine, 4);
     EXPECT_TRUE(rig.window->windowTitle().contains("shur-daramad.srv"));
     EXPECT_FALSE(rig.window->isWindowModified());
+    EXPECT_GT(view()->width(), 600); // a page at least as wide as a staff row
     rig.key(Qt::Key_Right, Qt::NoModifier, 4);
     ASSERT_EQ(sheet().CurrentLine, 8);
     ASSERT_EQ(line(8).substr(0, 5), "23  4");
