@@ -1,5 +1,5 @@
-// What a newcomer tripped over: the pen kept silently, the tempo of a new score, the
-// instrument buttons, the menu's text lines, and the usage without a display.
+// What a newcomer tripped over: the pen kept silently, the instrument buttons, the menu's
+// text lines and keys, the small window, and the usage without a display.
 
 #include <QAction>
 #include <QComboBox>
@@ -7,10 +7,10 @@
 #include <QMenu>
 #include <QSettings>
 #include <QStandardPaths>
-#include <algorithm>
 #include <QStatusBar>
-#include <QToolButton>
 #include <QTest>
+#include <QToolButton>
+#include <algorithm>
 #include <cstdio>
 #include <gtest/gtest.h>
 
@@ -25,12 +25,10 @@
 namespace tahrir::ui::test {
 namespace {
 
-class Newcomer : public ::testing::Test {
+class Newcomer : public DemoWindow {
 protected:
-    void SetUp() override { ASSERT_TRUE(rig.window->openPath(rig.demoCopy())); }
-    const core::Document& doc() { return rig.window->document(); }
+    const core::Document& doc() { return rig.doc(); }
     QString status() { return rig.window->statusBar()->currentMessage(); }
-    WindowRig rig;
 };
 
 TEST_F(Newcomer, APenChangeIsAnnouncedAndOfferedBeforeSaving) {
@@ -49,13 +47,6 @@ TEST_F(Newcomer, APenChangeIsAnnouncedAndOfferedBeforeSaving) {
     EXPECT_EQ(rig.dialogs.questionsAsked.size(), 2u);
     EXPECT_EQ(doc().Sheet[8].text().substr(0, 2), "33");
     EXPECT_NE(status(), "Enter stores the note");
-}
-
-TEST_F(Newcomer, ANewScoreBringsItsTempoToTheBar) {
-    ASSERT_EQ(rig.window->playback().player().controls().UserTempo.load(), 66);
-    rig.dialogs.inputs = {std::string("72"), std::string("4/4"), std::string("2")};
-    rig.window->NewImage();
-    EXPECT_EQ(rig.window->playback().player().controls().UserTempo.load(), 72);
 }
 
 // Each picture button and each list entry sends the program of the instrument it names.
@@ -95,19 +86,26 @@ TEST_F(Newcomer, EveryInstrumentButtonSoundsTheInstrumentItNames) {
     rig.window->playback().player().midi().setSink(nullptr);
 }
 
-TEST_F(Newcomer, MenuAddsATextLineAndALyricFromTheViewer) {
+// The menu adds a text line and a lyric from the viewer, and the Edit menu takes the
+// lyric back and brings it again.
+TEST_F(Newcomer, MenuAddsATextLineAndALyricThatEditUndoes) {
     const auto count = [this](const char* head) {
         int n = 0;
-        for (int i = 4; i <= doc().Sheet.LastLine; ++i) n += doc().Sheet[i].text().rfind(head, 0) == 0;
+        for (int i = 4; i <= doc().Sheet.LastLine; ++i)
+            n += doc().Sheet[i].text().rfind(head, 0) == 0;
         return n;
     };
     ASSERT_NE(rig.window->editor().state().EditMode, edit::Mode::Editor);
     const int texts = count("L>"), lyrics = count("Lv");
     for (const char* name : {"InsertTextLine", "InsertLyric"}) {
-        rig.window->findChild<QAction*>(name)->trigger();
+        rig.trigger(name);
         EXPECT_EQ(rig.window->editor().state().EditMode, edit::Mode::Editor);
     }
     EXPECT_EQ(count("L>"), texts + 1);
+    EXPECT_EQ(count("Lv"), lyrics + 1);
+    rig.trigger("EditUndo");
+    EXPECT_EQ(count("Lv"), lyrics);
+    rig.trigger("EditRedo");
     EXPECT_EQ(count("Lv"), lyrics + 1);
 }
 
@@ -121,39 +119,33 @@ TEST_F(Newcomer, MenuKeysAreNoneOfTheEditorsKeys) {
         if (keys.isEmpty()) continue;
         const auto key = TranslateKey(keys[0].key(), keys[0].keyboardModifiers());
         ASSERT_TRUE(key) << keys.toString().toStdString();
-        const std::string pen = doc().Sheet[0].text();
-        const int line = doc().Sheet.CurrentLine, last = doc().Sheet.LastLine, runs = ed.state().LineStateRuns;
+        const auto before = std::tuple(doc().Sheet[0].text(), doc().Sheet.CurrentLine,
+                                       doc().Sheet.LastLine, ed.state().LineStateRuns);
         ed.keyPress(key->key, key->shift);
-        EXPECT_EQ(ed.state().KeyOutcome, edit::Outcome::PenToRecord) << keys.toString().toStdString();
-        EXPECT_EQ(doc().Sheet[0].text(), pen) << keys.toString().toStdString();
-        EXPECT_EQ(ed.state().LineStateRuns, runs) << keys.toString().toStdString();
-        EXPECT_EQ(doc().Sheet.CurrentLine, line);
-        EXPECT_EQ(doc().Sheet.LastLine, last);
+        EXPECT_EQ(ed.state().KeyOutcome, edit::Outcome::PenToRecord)
+            << keys.toString().toStdString();
+        // The pen, the cursor, the sheet's length and the lit palette are as they were.
+        EXPECT_EQ(std::tuple(doc().Sheet[0].text(), doc().Sheet.CurrentLine, doc().Sheet.LastLine,
+                             ed.state().LineStateRuns),
+                  before)
+            << keys.toString().toStdString();
         ++checked;
     }
     EXPECT_GE(checked, 5);
 }
 
-TEST_F(Newcomer, SaveAsTheRecentMenuAndTheEditMenu) {
+TEST_F(Newcomer, SaveAsNamesTheScoreAndLeadsTheRecentMenu) {
     const std::string copy = (rig.folder.path() / "copy.srv").string();
     rig.dialogs.savePaths = {copy};
-    rig.window->findChild<QAction*>("SaveAs")->trigger();
+    rig.trigger("SaveAs");
     EXPECT_EQ(doc().CurrentFileName, copy);
     EXPECT_TRUE(std::filesystem::exists(copy));
-    rig.window->findChild<QAction*>("SaveAs")->trigger(); // Cancel saves nothing
+    rig.trigger("SaveAs"); // Cancel saves nothing
     auto* recent = rig.window->findChild<QMenu*>("RecentMenu");
     ASSERT_NE(recent, nullptr);
     emit recent->aboutToShow();
     ASSERT_FALSE(recent->actions().isEmpty());
     EXPECT_EQ(recent->actions().front()->text().toStdString(), copy);
-
-    const int last = doc().Sheet.LastLine;
-    rig.window->findChild<QAction*>("InsertTextLine")->trigger();
-    ASSERT_EQ(doc().Sheet.LastLine, last + 1);
-    rig.window->findChild<QAction*>("EditUndo")->trigger();
-    EXPECT_EQ(doc().Sheet.LastLine, last);
-    rig.window->findChild<QAction*>("EditRedo")->trigger();
-    EXPECT_EQ(doc().Sheet.LastLine, last + 1);
 }
 
 // At 800 x 600 the docks are tabs of one narrow column, the description among them, and
@@ -202,11 +194,13 @@ TEST(DesktopProgram, GeometryAndDocksComeBackOnTheNextRun) {
 }
 
 TEST(DesktopProgram, HelpPrintsUsageWithoutADisplay) {
-    FILE* out = popen("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " TAHRIR_GUI " --help 2>&1", "r");
+    FILE* out = popen(
+        "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " TAHRIR_GUI " --help 2>&1", "r");
     ASSERT_NE(out, nullptr);
     std::string text;
     char buffer[256];
-    while (std::fgets(buffer, sizeof buffer, out)) text += buffer;
+    while (std::fgets(buffer, sizeof buffer, out))
+        text += buffer;
     EXPECT_EQ(pclose(out), 0) << text;
     EXPECT_EQ(text.rfind("usage: tahrir", 0), 0u) << text;
 }

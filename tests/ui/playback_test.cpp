@@ -1,12 +1,16 @@
 // The play commands run beside the window: the window keeps answering while a run plays,
-// Space steps through play, pause and play again, Stop ends it.
+// Space steps through play, pause and play again, Stop ends it; the panel's sliders and
+// pictures reach the player.
 
+#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSlider>
 #include <QTest>
+#include <QToolButton>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "edit/editor.h"
@@ -19,21 +23,20 @@ namespace tahrir::ui::test {
 namespace {
 
 // Runs the event loop until `done` or `ms` have passed.
-template <typename F>
-bool WaitFor(F done, int ms) {
+template <typename F> bool WaitFor(F done, int ms) {
     QElapsedTimer t;
     t.start();
-    while (!done() && t.elapsed() < ms) QTest::qWait(10);
+    while (!done() && t.elapsed() < ms)
+        QTest::qWait(10);
     return done();
 }
 
 // The demo open in the viewer.
-class WindowPlayback : public ::testing::Test {
+class WindowPlayback : public DemoWindow {
 protected:
-    void SetUp() override { ASSERT_TRUE(rig.window->openPath(rig.demoCopy())); }
-    template <typename W = QWidget>
-    W* child(const char* name) { return rig.window->findChild<W*>(name); }
-    WindowRig rig;
+    template <typename W = QWidget> W* child(const char* name) {
+        return rig.window->findChild<W*>(name);
+    }
     Playback& playback = rig.window->playback();
     play::PlayControls& controls = playback.player().controls();
 };
@@ -74,12 +77,7 @@ TEST_F(WindowPlayback, SpaceTogglesPlayAndPauseTheMarkerRunsAlongAndTheEndReturn
     EXPECT_FALSE(child<QPushButton>("StopCmd")->isEnabled());
 }
 
-TEST_F(WindowPlayback, SlidersStartAtTheirDefaultsAndReachThePlayer) {
-    auto* koron = child<QLabel>("Label1");
-    auto* sori = child<QLabel>("Label2");
-    ASSERT_TRUE(koron && sori);
-    EXPECT_EQ(koron->text(), "48");
-    EXPECT_EQ(sori->text(), "80");
+TEST_F(WindowPlayback, SpeakerTranspositionAndStandardTuningReachThePlayer) {
     QTest::mouseClick(child("ImgSpOff"), Qt::LeftButton);
     EXPECT_EQ(controls.VolScr.load(), 90); // velocity 0: silence
     QTest::mouseClick(child("ImgSpOn"), Qt::LeftButton);
@@ -96,11 +94,20 @@ TEST_F(WindowPlayback, SlidersStartAtTheirDefaultsAndReachThePlayer) {
 TEST(TempoKnob, TrackPlacesMapToTempi) {
     // Left of the scale: the lowest tempo; past its right end, the top or below the
     // track: none.
-    const struct { double x, y; std::optional<int> tempo; } rows[] = {
-        {500, 10, 20}, {1831, 10, 320}, {500 + 1331 / 2.0, 10, 170}, {100, 10, 20},
-        {1832, 10, std::nullopt}, {-1, 10, std::nullopt}, {900, 1501, std::nullopt},
+    const struct {
+        double x, y;
+        std::optional<int> tempo;
+    } rows[] = {
+        {500, 10, 20},
+        {1831, 10, 320},
+        {500 + 1331 / 2.0, 10, 170},
+        {100, 10, 20},
+        {1832, 10, std::nullopt},
+        {-1, 10, std::nullopt},
+        {900, 1501, std::nullopt},
     };
-    for (const auto& r : rows) EXPECT_EQ(TempoKnob::TempoAt(r.x, r.y), r.tempo) << r.x << "," << r.y;
+    for (const auto& r : rows)
+        EXPECT_EQ(TempoKnob::TempoAt(r.x, r.y), r.tempo) << r.x << "," << r.y;
 }
 
 TEST_F(WindowPlayback, ViewerArrowsStepTheTempoAndMoveTheKnob) {
@@ -121,6 +128,54 @@ TEST_F(WindowPlayback, ViewerArrowsStepTheTempoAndMoveTheKnob) {
     EXPECT_EQ(bar->value(), 320);
     rig.key(Qt::Key_Comma);
     EXPECT_EQ(bar->value(), 319);
+}
+
+QToolButton* Picture(QWidget* window, int index) {
+    for (auto* b : window->findChildren<QToolButton*>("InsImage"))
+        if (b->property("index").toInt() == index) return b;
+    return nullptr;
+}
+
+// Pictures 8, 9 and 10 and the sung-notes box of the playback panel reach the player.
+TEST_F(WindowPlayback, WavePicturesToggleTheVoicesAndTheRecordingNeedsItsFile) {
+    QToolButton* tar = Picture(rig.window.get(), 8);
+    QToolButton* daf = Picture(rig.window.get(), 9);
+    QToolButton* recording = Picture(rig.window.get(), 10);
+    ASSERT_TRUE(tar && daf && recording);
+
+    QTest::mouseClick(tar, Qt::LeftButton);
+    QTest::mouseClick(daf, Qt::LeftButton);
+    EXPECT_TRUE(playback.player().tarOn() && tar->isChecked());
+    EXPECT_TRUE(playback.player().dafOn() && daf->isChecked());
+    EXPECT_TRUE(playback.player().midi().MidiOutputOn);
+    // A double click as the window system delivers it (press, release, press, double
+    // click, release) is one click and the double click: the tar toggles once and the
+    // MIDI instrument is left out.
+    QTest::mouseClick(tar, Qt::LeftButton);
+    QTest::mousePress(tar, Qt::LeftButton);
+    QTest::mouseDClick(tar, Qt::LeftButton);
+    QTest::mouseRelease(tar, Qt::LeftButton);
+    EXPECT_FALSE(playback.player().tarOn());
+    EXPECT_FALSE(playback.player().midi().MidiOutputOn);
+
+    // No recording for this tempo: 10 stays off; with one beside the score it is taken.
+    const int tempo = playback.player().controls().UserTempo.load();
+    EXPECT_FALSE(recording->isEnabled());
+    playback.waveClick(10);
+    EXPECT_FALSE(playback.waveChosen(10));
+    const auto path = std::filesystem::path(file);
+    std::filesystem::copy_file(std::string(TAHRIR_DATA_DIR) + "/Do.Wav",
+                               path.parent_path() /
+                                   (path.stem().string() + "-T" + std::to_string(tempo) + ".Wav"));
+    QTest::qWait(800);
+    EXPECT_TRUE(recording->isEnabled());
+    QTest::mouseClick(recording, Qt::LeftButton);
+    EXPECT_TRUE(playback.waveChosen(10) && recording->isChecked());
+
+    auto* sung = rig.window->findChild<QCheckBox*>("SyllableVoice");
+    ASSERT_TRUE(sung);
+    sung->setChecked(true);
+    EXPECT_TRUE(rig.window->editor().state().SyllableVoiceOn);
 }
 
 } // namespace

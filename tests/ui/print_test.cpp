@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QAction>
 #include <QImage>
 #include <QPrinter>
 #include <QPushButton>
@@ -29,29 +28,24 @@ struct PrintRig : WindowRig {
         std::ofstream(path, std::ios::binary) << core::ScoreFileImage(doc);
         window->openPath(path.string());
     }
-    void trigger(const char* name) { window->findChild<QAction*>(name)->trigger(); }
     void click(const char* name) {
         window->printCommands().frame().findChild<QPushButton*>(name)->click();
     }
     PrintFrame& frame() { return window->printCommands().frame(); }
 };
 
-std::string Read(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
+using ::tahrir::test::ReadBytes;
 
 int PdfPages(const std::filesystem::path& path) {
-    const std::string pdf = Read(path);
+    const std::string pdf = ReadBytes(path);
     const std::regex page("/Type\\s*/Page[^s]");
-    return static_cast<int>(std::distance(std::sregex_iterator(pdf.begin(), pdf.end(), page),
-                                          std::sregex_iterator()));
+    return static_cast<int>(
+        std::distance(std::sregex_iterator(pdf.begin(), pdf.end(), page), std::sregex_iterator()));
 }
 
 } // namespace
 
-TEST(PrintFrame, PreviewPagesThroughTheRealPages) {
-    App();
+TEST(PrintFrame, PreviewPagesThroughTheRealPagesThatArePrinted) {
     PrintRig rig;
     rig.trigger("FrPrint");
     PrintFrame& frame = rig.frame();
@@ -67,7 +61,8 @@ TEST(PrintFrame, PreviewPagesThroughTheRealPages) {
     rig.click("CmdNexPage");
     EXPECT_EQ(frame.WantedPage(), 2);
     EXPECT_NE(frame.previewImage(), first);
-    for (int k = 0; k < pages + 2; ++k) rig.click("CmdNexPage");
+    for (int k = 0; k < pages + 2; ++k)
+        rig.click("CmdNexPage");
     EXPECT_EQ(frame.WantedPage(), pages);
     rig.click("CmdPrePage");
     EXPECT_EQ(frame.WantedPage(), pages - 1);
@@ -78,22 +73,16 @@ TEST(PrintFrame, PreviewPagesThroughTheRealPages) {
     rig.click("CmdPrintApply");
     EXPECT_LT(frame.pageCount(), pages);
     EXPECT_LE(frame.WantedPage(), frame.pageCount());
-}
 
-TEST(PrintFrame, PrintingWritesEveryPage) {
-    App();
-    PrintRig rig;
-    rig.trigger("FrPrint");
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     const auto pdf = rig.folder.path() / "printed.pdf";
     printer.setOutputFileName(QString::fromStdString(pdf.string()));
-    ASSERT_TRUE(rig.frame().printTo(printer));
-    EXPECT_EQ(PdfPages(pdf), rig.frame().pageCount());
+    ASSERT_TRUE(frame.printTo(printer));
+    EXPECT_EQ(PdfPages(pdf), frame.pageCount());
 }
 
 TEST(Export, EachFormatIsWrittenAndReadsBack) {
-    App();
     PrintRig rig;
     const auto out = rig.folder.path();
     for (const char* name : {"score.pdf", "score.png", "score.svg", "score.dxf"})
@@ -108,10 +97,10 @@ TEST(Export, EachFormatIsWrittenAndReadsBack) {
         const QImage png(QString::fromStdString((out / (stem + ".png")).string()));
         ASSERT_FALSE(png.isNull()) << stem;
         EXPECT_NEAR(static_cast<double>(png.height()) / png.width(), 297.0 / 210, 0.01);
-        EXPECT_NE(Read(out / (stem + ".svg")).find("<svg"), std::string::npos) << stem;
+        EXPECT_NE(ReadBytes(out / (stem + ".svg")).find("<svg"), std::string::npos) << stem;
     }
     EXPECT_FALSE(std::filesystem::exists(out / ("score-" + std::to_string(pages + 1) + ".png")));
-    const std::string dxf = Read(out / "score.dxf");
+    const std::string dxf = ReadBytes(out / "score.dxf");
     EXPECT_NE(dxf.find("ENTITIES"), std::string::npos);
     EXPECT_NE(dxf.find("EOF"), std::string::npos);
 }

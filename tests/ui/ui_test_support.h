@@ -2,17 +2,19 @@
 // Shared by the window tests: an offscreen application, a fresh folder, and dialogs that
 // answer from a script and keep what they were asked.
 
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <deque>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "ui/dialogs.h"
 #include "temp_folder.h"
+#include "ui/dialogs.h"
 #include "ui/main_window.h"
 
 namespace tahrir::ui::test {
@@ -51,19 +53,20 @@ public:
     // The track frame and the scales frame answer from these; what they were shown is kept.
     std::deque<std::optional<int>> tracks, scales;
     std::vector<std::string> trackDump, scaleNames;
-    std::optional<int> midiTrack(const midifile::MidiFileInfo&, const std::vector<std::string>& dump) override {
+    std::optional<int> midiTrack(const midifile::MidiFileInfo&,
+                                 const std::vector<std::string>& dump) override {
         trackDump = dump;
         return next(tracks, std::optional<int>());
     }
-    std::optional<int> scale(const std::vector<std::string>& names, const std::function<void()>&) override {
+    std::optional<int> scale(const std::vector<std::string>& names,
+                             const std::function<void()>&) override {
         scaleNames = names;
         return next(scales, std::optional<int>());
     }
 
 private:
     // The next scripted reply, or `fallback` once the script has run out.
-    template <typename T>
-    static T next(std::deque<T>& script, T fallback) {
+    template <typename T> static T next(std::deque<T>& script, T fallback) {
         if (script.empty()) return fallback;
         T a = std::move(script.front());
         script.pop_front();
@@ -84,16 +87,27 @@ struct WindowRig {
     // A key on the score view through Qt's own key events, `times` over.
     void key(int qtKey, Qt::KeyboardModifiers modifiers = Qt::NoModifier, int times = 1);
     void enterEditor();
+    // Runs the menu entry of that object name.
+    void trigger(const char* action) const {
+        auto* a = window->findChild<QAction*>(action);
+        ASSERT_NE(a, nullptr) << action;
+        a->trigger();
+    }
+    core::Document& doc() const { return window->document(); }
+    std::string line(int i) const { return doc().Sheet[i].text(); }
 };
 
-} // namespace tahrir::ui::test
-
-namespace tahrir::ui::test {
+// A copy of the demo open in a fresh window, the start of most window tests.
+class DemoWindow : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(rig.window->openPath(file)); }
+    WindowRig rig;
+    const std::string file = rig.demoCopy();
+};
 
 // Milliseconds to make, show and paint a widget, the best of three fresh ones, so that a
 // machine busy with other work does not count against the widget.
-template <typename Make>
-long long OpeningMs(Make make) {
+template <typename Make> long long OpeningMs(Make make) {
     long long best = -1;
     for (int i = 0; i < 3; ++i) {
         QElapsedTimer clock;

@@ -4,8 +4,8 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
@@ -13,6 +13,7 @@
 #include <QToolButton>
 #include <gtest/gtest.h>
 
+#include "edit/palette.h"
 #include "midifile/event_log.h"
 #include "midifile/midi_writer.h"
 #include "play/tuning.h"
@@ -30,19 +31,15 @@ namespace {
 
 namespace mf = ::tahrir::midifile;
 
-void Trigger(MainWindow& w, const char* action) {
-    auto* a = w.findChild<QAction*>(action);
-    ASSERT_NE(a, nullptr) << action;
-    a->trigger();
-}
+using WindowMidi = DemoWindow;
 
-TEST(WindowMidi, ExportsPlayAtTheSpeedOfTheRunAndKeepQuarterTonesWhenAsked) {
-    WindowRig rig;
-    ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
+// The plain file is the run's log at the tempo bar's tempo (the tick rule is the writer's
+// own test); the microtonal file keeps a channel of bends beside the notes.
+TEST_F(WindowMidi, ExportsWriteTheRunAtItsTempoAndKeepQuarterTonesWhenAsked) {
     const auto app = rig.folder.path() / "app";
     const std::string plain = (rig.folder.path() / "plain.mid").string();
     rig.dialogs.savePaths = {plain, (rig.folder.path() / "micro").string()};
-    Trigger(*rig.window, "ExportMidi");
+    rig.trigger("ExportMidi");
     ASSERT_TRUE(rig.dialogs.messages.empty()) << rig.dialogs.messages.front();
     const mf::Bytes bytes = ::tahrir::test::ReadByteVector(plain);
     EXPECT_EQ(bytes, ::tahrir::test::ReadByteVector(app / mf::TestMidName));
@@ -50,15 +47,9 @@ TEST(WindowMidi, ExportsPlayAtTheSpeedOfTheRunAndKeepQuarterTonesWhenAsked) {
     const mf::EventLog log = mf::ReadEventLog(app / mf::EventLogName);
     ASSERT_GT(log.records.size(), 100u);
     EXPECT_EQ(bytes, mf::WriteMidiFile(log.records, 66).bytes);
-    double heard = 0;
-    for (const auto& r : log.records) heard += r.seconds;
     mf::MidiFileInfo info;
-    mf::test::Dump(bytes, &info);
-    ASSERT_TRUE(info.complete());
-    const mf::MidiNote& last = info.MidiTracks[0].back();
-    EXPECT_NEAR(mf::TickToMs(info, last.start + last.length) / 1000, heard, 0.05);
 
-    Trigger(*rig.window, "ExportMidiMicrotonal"); // ".mid" is added to a bare name
+    rig.trigger("ExportMidiMicrotonal"); // ".mid" is added to a bare name
     mf::test::Dump(::tahrir::test::ReadByteVector(rig.folder.path() / "micro.mid"), &info);
     ASSERT_TRUE(info.complete());
     EXPECT_EQ(info.format, 1);
@@ -66,19 +57,22 @@ TEST(WindowMidi, ExportsPlayAtTheSpeedOfTheRunAndKeepQuarterTonesWhenAsked) {
     EXPECT_EQ(info.MidiTracks[1].size(), log.records.size() / 2);
 }
 
-TEST(WindowMidi, ImportOfTrackTwoOpensItsScoreWithTheOctaveAnswered) {
-    WindowRig rig;
+TEST_F(WindowMidi, ImportOfTrackTwoOpensItsScoreWithTheOctaveAnswered) {
     mf::test::TrackBuilder conductor, ney;
     conductor.meta(0, 0x03, "Conductor").meta(0, 0x51, "\x07\xA1\x20").end();
-    ney.meta(0, 0x03, "Ney").event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0})
-        .event(0, {0x90, 61, 90}).event(240, {0x80, 61, 0}).end();
+    ney.meta(0, 0x03, "Ney")
+        .event(0, {0x90, 60, 90})
+        .event(480, {0x80, 60, 0})
+        .event(0, {0x90, 61, 90})
+        .event(240, {0x80, 61, 0})
+        .end();
     const auto midi = rig.folder.path() / "song.mid";
     ::tahrir::test::WriteBytes(midi, mf::test::BuildSmf(1, 480, {conductor, ney}));
     std::ofstream(rig.folder.path() / "song.srv") << "taken"; // an existing score stays
     rig.dialogs.openPaths = {midi.string()};
     rig.dialogs.tracks = {2};
     rig.dialogs.inputs = {std::string("1")};
-    Trigger(*rig.window, "ImportMidi");
+    rig.trigger("ImportMidi");
     ASSERT_TRUE(rig.dialogs.messages.empty()) << rig.dialogs.messages.front();
     EXPECT_EQ(mf::test::Count(rig.dialogs.trackDump, "Note"), 4u);
     EXPECT_EQ(rig.dialogs.inputsAsked, (std::vector<std::string>{"Octave Transpose"}));
@@ -87,26 +81,28 @@ TEST(WindowMidi, ImportOfTrackTwoOpensItsScoreWithTheOctaveAnswered) {
     EXPECT_EQ(::tahrir::test::ReadBytes(rig.folder.path() / "song.srv"), "taken");
     std::vector<std::string> notes;
     for (int i = 4; i <= doc.Sheet.LastLine; ++i)
-        if (doc.Sheet[i].text().rfind("L", 0) != 0) notes.push_back(doc.Sheet[i].text().substr(0, 6));
+        if (doc.Sheet[i].text().rfind("L", 0) != 0)
+            notes.push_back(doc.Sheet[i].text().substr(0, 6));
     EXPECT_EQ(notes, (std::vector<std::string>{"14  8 ", "14  4D"}));
     EXPECT_EQ(rig.window->playback().player().controls().UserTempo.load(), 120);
 
     rig.dialogs.openPaths = {midi.string()}; // Cancel in the track frame leaves the score
-    Trigger(*rig.window, "ImportMidi");
+    rig.trigger("ImportMidi");
     EXPECT_EQ(rig.window->document().CurrentFileName, (rig.folder.path() / "song-2.srv").string());
 }
 
-TEST(WindowScales, ChosenSignatureBecomesLineOneAlsoForANewScore) {
-    WindowRig rig;
-    ASSERT_TRUE(rig.window->openPath(rig.demoCopy()));
-    const play::TuningFile tuning = play::LoadTuning(std::filesystem::path(TAHRIR_DATA_DIR) / "Kookha.tun");
+using WindowScales = DemoWindow;
+
+TEST_F(WindowScales, ChosenSignatureBecomesLineOneAlsoForANewScore) {
+    const play::TuningFile tuning =
+        play::LoadTuning(std::filesystem::path(TAHRIR_DATA_DIR) / "Kookha.tun");
     ASSERT_GT(tuning.entries.size(), 16u);
     rig.dialogs.scales = {16, std::nullopt};
-    Trigger(*rig.window, "InsertScale");
+    rig.trigger("InsertScale");
     ASSERT_EQ(rig.dialogs.scaleNames.size(), tuning.entries.size());
     EXPECT_EQ(rig.window->document().Sheet[1].text(), tuning.entries[16].line + "  ");
     EXPECT_TRUE(rig.window->document().DirtyFlag);
-    Trigger(*rig.window, "InsertScale"); // Cancel keeps it
+    rig.trigger("InsertScale"); // Cancel keeps it
     EXPECT_EQ(rig.window->document().Sheet[1].text(), tuning.entries[16].line + "  ");
 
     rig.dialogs.answers = {Answer::No};
@@ -120,8 +116,12 @@ TEST(WindowFrames, TrackAndScalesFramesChooseAndOpenFast) {
     App();
     mf::test::TrackBuilder a, b;
     a.meta(0, 0x03, "Piano").event(0, {0x90, 60, 90}).event(10, {0x80, 60, 0}).end();
-    b.meta(0, 0x03, "Tar").event(0, {0x90, 62, 90}).event(10, {0x80, 62, 0})
-        .event(0, {0x90, 64, 90}).event(10, {0x80, 64, 0}).end();
+    b.meta(0, 0x03, "Tar")
+        .event(0, {0x90, 62, 90})
+        .event(10, {0x80, 62, 0})
+        .event(0, {0x90, 64, 90})
+        .event(10, {0x80, 64, 0})
+        .end();
     mf::MidiFileInfo info;
     const auto dump = mf::test::Dump(mf::test::BuildSmf(1, 480, {a, b}), &info);
     EXPECT_LT(OpeningMs([&] { return std::make_unique<MidiImportFrame>(info, dump); }), 100);
@@ -136,7 +136,10 @@ TEST(WindowFrames, TrackAndScalesFramesChooseAndOpenFast) {
     EXPECT_EQ(frame.chosenTrack(), 2);
 
     int tuned = 0;
-    EXPECT_LT(OpeningMs([] { return std::make_unique<ScalesFrame>(std::vector<std::string>(60, "Shur"), [] {}); }), 100);
+    EXPECT_LT(OpeningMs([] {
+                  return std::make_unique<ScalesFrame>(std::vector<std::string>(60, "Shur"), [] {});
+              }),
+              100);
     ScalesFrame scales({"Shur (Sol)", "Segah"}, [&tuned] { ++tuned; });
     scales.show();
     QTest::mouseClick(scales.findChild<QToolButton*>("DiapazonImg"), Qt::LeftButton);
@@ -146,23 +149,6 @@ TEST(WindowFrames, TrackAndScalesFramesChooseAndOpenFast) {
     scales.list()->setCurrentRow(1);
     QTest::mouseClick(scales.findChild<QPushButton*>("CmdOkScales"), Qt::LeftButton);
     EXPECT_EQ(scales.chosen(), 1);
-}
-
-TEST(WindowFrames, HelpListsEveryPaletteEntryWithItsKeyAndHint) {
-    WindowRig rig;
-    EXPECT_LT(OpeningMs([&] { return std::make_unique<HelpWindow>(); }), 100);
-    HelpWindow help;
-    QTableWidget* palette = help.paletteTable();
-    ASSERT_EQ(palette->rowCount(), 73);
-    int hinted = 0;
-    for (int r = 0; r < palette->rowCount(); ++r) {
-        EXPECT_FALSE(palette->item(r, 2)->text().isEmpty()) << r;
-        hinted += !palette->item(r, 3)->text().trimmed().isEmpty();
-    }
-    EXPECT_GE(hinted, 70);
-    for (int r = 0; r < help.keyTable()->rowCount(); ++r)
-        EXPECT_FALSE(help.keyTable()->item(r, 2)->text().isEmpty()) << "Persian for row " << r;
-    EXPECT_TRUE(AboutText().contains("SIL Open Font License"));
 }
 
 // Help is made and drawn off screen in the window's first idle moments and kept, so the
@@ -184,13 +170,26 @@ TEST(WindowFrames, HelpFromTheMenuIsPreparedOnceAndOpensQuickly) {
             title = shown->windowTitle();
             shown->close();
         });
-        Trigger(*rig.window, "HelpKeys");
+        rig.trigger("HelpKeys");
         return std::pair{ms, title};
     };
     const auto [ms, title] = open();
     EXPECT_LT(ms, 100);
     EXPECT_EQ(title, "Keys and palette");
-    EXPECT_EQ(rig.window->findChildren<QDialog*>("HelpWindow").size(), 1);
+    const auto help = rig.window->findChildren<HelpWindow*>("HelpWindow");
+    ASSERT_EQ(help.size(), 1);
+    // Every palette entry with its key and, nearly all, a hint; every key with its Persian.
+    QTableWidget* palette = help[0]->paletteTable();
+    ASSERT_EQ(palette->rowCount(), edit::PaletteEntries);
+    int hinted = 0;
+    for (int r = 0; r < palette->rowCount(); ++r) {
+        EXPECT_FALSE(palette->item(r, 2)->text().isEmpty()) << r;
+        hinted += !palette->item(r, 3)->text().trimmed().isEmpty();
+    }
+    EXPECT_GE(hinted, palette->rowCount() - 3);
+    for (int r = 0; r < help[0]->keyTable()->rowCount(); ++r)
+        EXPECT_FALSE(help[0]->keyTable()->item(r, 2)->text().isEmpty()) << "Persian for row " << r;
+    EXPECT_TRUE(AboutText().contains("SIL Open Font License"));
     rig.window->setLanguage("fa");
     EXPECT_NE(open().second, title);
     rig.window->setLanguage("en");
@@ -204,20 +203,20 @@ TEST(WindowReference, StripShowsHidesFollowsTheViewAndDrags) {
     const std::string jpg = (rig.folder.path() / "scan.jpg").string();
     ASSERT_TRUE(picture.save(QString::fromStdString(jpg)));
     rig.dialogs.openPaths = {jpg};
-    Trigger(*rig.window, "CmdJpg");
+    rig.trigger("CmdJpg");
     ASSERT_TRUE(strip->isVisible());
     EXPECT_EQ(strip->path().toStdString(), jpg);
     EXPECT_NEAR(strip->image()->height(), strip->height(), 2); // fitted to the strip
     const QPoint before = strip->image()->pos();
     QTest::mousePress(strip, Qt::LeftButton, {}, {100, 100});
-    QMouseEvent move(QEvent::MouseMove, QPointF(140, 110), strip->mapToGlobal(QPointF(140, 110)), Qt::NoButton,
-                     Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent move(QEvent::MouseMove, QPointF(140, 110), strip->mapToGlobal(QPointF(140, 110)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(strip, &move);
     EXPECT_EQ(strip->image()->pos(), before + QPoint(40, 10));
     strip->setZoom(2 * strip->zoom());
     EXPECT_NEAR(strip->image()->height(), 2 * strip->height(), 4);
 
-    Trigger(*rig.window, "CmdJpg"); // closing keeps the path
+    rig.trigger("CmdJpg"); // closing keeps the path
     EXPECT_FALSE(strip->isVisible());
     EXPECT_EQ(strip->path().toStdString(), jpg);
     rig.window->setViewMode(1);
@@ -225,7 +224,7 @@ TEST(WindowReference, StripShowsHidesFollowsTheViewAndDrags) {
     rig.window->setViewMode(0);
     EXPECT_FALSE(strip->isVisible());
 
-    Trigger(*rig.window, "CmdJpg"); // a cancelled dialog empties the path
+    rig.trigger("CmdJpg"); // a cancelled dialog empties the path
     EXPECT_TRUE(strip->path().isEmpty());
     rig.window->setViewMode(1);
     EXPECT_FALSE(strip->isVisible());
