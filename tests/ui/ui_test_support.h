@@ -4,7 +4,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <deque>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -104,22 +103,5 @@ protected:
     WindowRig rig;
     const std::string file = rig.demoCopy();
 };
-
-// Milliseconds to make, show and paint a widget, the best of three fresh ones, so that a
-// machine busy with other work does not count against the widget.
-template <typename Make> long long OpeningMs(Make make) {
-    long long best = -1;
-    for (int i = 0; i < 3; ++i) {
-        QElapsedTimer clock;
-        clock.start();
-        auto widget = make();
-        widget->show();
-        QApplication::processEvents();
-        const long long ms = clock.elapsed();
-        if (best < 0 || ms < best) best = ms;
-        widget->hide();
-    }
-    return best;
-}
 
 } // namespace tahrir::ui::test
