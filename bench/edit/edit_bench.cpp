@@ -70,21 +70,21 @@ void BM_CommitNotePlainLayout(benchmark::State& state) {
 }
 BENCHMARK(BM_CommitNotePlainLayout)->Unit(benchmark::kMillisecond);
 
-// The renderer in the page view (0) or the working view (1).
-app::RenderLayout ViewLayout(int viewMode) {
+// The renderer in the page view or the working view.
+app::RenderLayout ViewLayout(render::View viewMode) {
     render::LayoutOptions options;
     options.ViewMode = viewMode;
     return app::RenderLayout(options);
 }
 
 void BM_CommitNotePageView(benchmark::State& state) {
-    app::RenderLayout layout = ViewLayout(0);
+    app::RenderLayout layout = ViewLayout(render::View::Page);
     CommitOneNote(state, layout);
 }
 BENCHMARK(BM_CommitNotePageView)->Unit(benchmark::kMillisecond);
 
 void BM_CommitNoteWorkingView(benchmark::State& state) {
-    app::RenderLayout layout = ViewLayout(1);
+    app::RenderLayout layout = ViewLayout(render::View::Working);
     CommitOneNote(state, layout);
 }
 BENCHMARK(BM_CommitNoteWorkingView)->Unit(benchmark::kMillisecond);

@@ -40,7 +40,7 @@ namespace {
 std::string ReadView(Args& args, LayoutOptions& options) {
     if (const auto view = args.value("--view")) {
         if (*view != "page" && *view != "working") return "--view takes page or working";
-        options.ViewMode = *view == "working" ? 1 : 0;
+        options.ViewMode = *view == "working" ? render::View::Working : render::View::Page;
     }
     const auto zoom = args.number("--zoom");
     const auto width = args.number("--width-units");

@@ -53,7 +53,7 @@ void PageWalk::measureTest(int i) {
                PenX > PageWidthUnits) {
         storeRowRatio();
     }
-    if (m_opt.ViewMode == 1 &&
+    if (m_opt.ViewMode == View::Working &&
         PenX + 0.2 * (PenX - BarStartX) >= PageWidthUnits * FillLimit) {
         const double ratio = PageWidthUnits / PenX;
         if (ratio != 1) m_out.RowRatios[std::min<std::size_t>(RowIndex, 200)] = ratio;

@@ -107,7 +107,7 @@ void PageWalk::noteLine(int i) {
     if (!note.pitched) return;
     const int ticks = note.duration();
     if (note.bar()) {
-        if (m_opt.ViewMode == 1) drawGrace(i, note, -6, ")(");
+        if (m_opt.ViewMode == View::Working) drawGrace(i, note, -6, ")(");
     } else if (note.grace()) {
         drawGrace(i, note, note.step, nullptr);
     } else if (const DurationRow* row = FindDuration(ticks)) {
@@ -140,7 +140,7 @@ void PageWalk::drawNote(int i, const core::NoteView& note, const NoteShape& shap
     const bool down = StemDir == StemDirection::Down;
     std::string caption = beamed ? "N" : (down ? shape.down : shape.up);
     // The eighth family's glyphs end in their flag, so their dot needs no blank.
-    if (dotted && m_opt.ViewMode == 1) caption += shape.flags > 0 ? "." : " .";
+    if (dotted && m_opt.ViewMode == View::Working) caption += shape.flags > 0 ? "." : " .";
     glyph(i, PenX, GlyphY, caption);
     if (beamed && Paint && !m_out.list.items.empty()) m_out.list.items.back().stemDown = down;
     setPos(i, PenX, StaffBaseY);
@@ -150,7 +150,7 @@ void PageWalk::drawNote(int i, const core::NoteView& note, const NoteShape& shap
                        pos > 4, DxfLayer};
         beamMember(shape, beam);
     }
-    if (dotted && m_opt.ViewMode == 0) {
+    if (dotted && m_opt.ViewMode == View::Page) {
         PenX += shape.dotOffset;
         DrawDot(step, octave, false);
         PenX -= shape.dotOffset;

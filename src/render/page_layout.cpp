@@ -96,8 +96,8 @@ void PageWalk::run() {
     // The picture's width in staff units: a page width given outright stands for it.
     PicWidthUnits = m_opt.PageWidthUnits > 0 ? PageWidthUnits + m_opt.RightMargin
                                              : picWidth / ZoomFactor / ScreenUnit;
-    FillLimit = m_opt.ViewMode == 0 ? 1.0 : 0.9;
-    Passes = m_opt.ViewMode == 0 ? 2 : 1;
+    FillLimit = m_opt.ViewMode == View::Page ? 1.0 : 0.9;
+    Passes = m_opt.ViewMode == View::Page ? 2 : 1;
     m_out.list.dxf.enabled = m_opt.DxfEnabled;
     m_out.list.dxf.title = m_opt.ScoreFileName;
     m_lines.resize(static_cast<std::size_t>(LastLine) + 1);
@@ -234,7 +234,7 @@ void PageWalk::startOfPass() {
         MeasureTicks = core::MeasureTicksOfLine(line(3));
         drawTimeSignature(3);
     }
-    if (m_opt.ViewMode == 1) {
+    if (m_opt.ViewMode == View::Working) {
         setPos(3, PenX, StaffBaseY - kMarkLineDrop);
         glyph(3, PenX, StaffBaseY - kMarkLineDrop, "0");
     }
@@ -332,7 +332,7 @@ void PageWalk::walkLine(int i) {
                                                        : core::ClassifyLine(l.text(), i);
         switch (kind) {
         case core::LineKind::SpacerLine:
-            if (m_opt.ViewMode == 1) {
+            if (m_opt.ViewMode == View::Working) {
                 glyph(i, PenX + kSpacerMarkX * RowScale, StaffBaseY - kMarkLineDrop, "/");
                 PenX += kSpacerMarkAdvance * RowScale;
             } else {
@@ -376,7 +376,7 @@ void PageWalk::controlLine(int i) {
         if (v == 0) StaffGap = 14;
         if (v > 0 && v <= 100) StaffGap = v;
     }
-    if (m_opt.ViewMode == 1) {
+    if (m_opt.ViewMode == View::Working) {
         glyph(i, PenX, StaffBaseY - kControlMarkDrop, "C");
         setPos(i, PenX, StaffBaseY);
         PenX += kControlMarkAdvance * RowScale;

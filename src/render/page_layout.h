@@ -18,8 +18,12 @@ inline constexpr double FontUnit = 0.2;
 inline constexpr double A4WidthTwips = 11906;
 inline constexpr double A4HeightTwips = 16838;
 
+// The page view justifies its rows in two passes; the working view fills rows to 90 % in
+// one pass and shows the editing aids (measure labels, grace room of barlines, dotted captions).
+enum class View { Page, Working };
+
 struct LayoutOptions {
-    int ViewMode = 0; // 0 page view (justified, two passes), 1 working view
+    View ViewMode = View::Page;
     double ZoomBase = 3;
     double PicWidthTwips = A4WidthTwips; // the picture's width before zoom
     double PageWidthUnits = 0;           // above 0: used instead of the picture's width

@@ -80,7 +80,7 @@ const Paper* PaperNamed(std::string_view name) {
 }
 
 LayoutOptions PaperLayoutOptions(LayoutOptions options, const Paper& paper) {
-    options.ViewMode = 0;
+    options.ViewMode = View::Page;
     options.PicWidthTwips = paper.widthMm * kTwipsPerMm;
     options.PageWidthUnits = 0;
     options.ChPrint = false;

@@ -138,7 +138,7 @@ void PageWalk::StartStaffRow() {
 void PageWalk::drawTimeSignature(int i, bool again) {
     const core::RhythmText f = core::RhythmTextOf(line(i));
     if (f.numerator.empty() || f.denominator.empty() || f.numerator == "0") return;
-    if (m_opt.ViewMode == 0 && core::Val(f.numerator) > 16) return;
+    if (m_opt.ViewMode == View::Page && core::Val(f.numerator) > 16) return;
     dxfText(DxfLayer, PenX, DxfBaseY + 2.19, kDxfTimeHeight, f.numerator);
     dxfText(DxfLayer, PenX, DxfBaseY + 0.16, kDxfTimeHeight, f.denominator);
     glyph(0, PenX, StaffBaseY - kTimeTop, f.numerator);
@@ -154,7 +154,7 @@ void PageWalk::tempoMark(int i) {
     const double y = StaffBaseY - kTempoDrop;
     setPos(i, PenX, StaffBaseY);
     const std::string number(core::Trim(core::DirectivePayload(line(i), 4)));
-    if (m_opt.ViewMode == 1) {
+    if (m_opt.ViewMode == View::Working) {
         glyph(i, PenX - 2.7, y, "q", 1 / 2.2);
         text(i, PenX - 1, y + 1.2, number, 0.5);
     } else if (v > 0) {
@@ -249,16 +249,16 @@ void PageWalk::textLine(int i) {
     const std::string payload = core::LineText(l);
     const double len = static_cast<double>(payload.size());
     const char head = core::LinePlacement(l);
-    const bool hidden = m_opt.ViewMode == 0 && (payload.starts_with("MicOff") ||
-                                                payload.starts_with("MicOn") ||
-                                                payload.starts_with("Ms="));
+    const bool hidden = m_opt.ViewMode == View::Page &&
+                        (payload.starts_with("MicOff") || payload.starts_with("MicOn") ||
+                         payload.starts_with("Ms="));
     const bool speed = head == 'v' && payload.starts_with("T=");
     const TextPlace* place = speed ? &kSpeedPlace : nullptr;
     for (const TextPlace& p : kTextPlaces)
         if (place == nullptr && p.head == head) place = &p;
     if (place == nullptr) return;
     const double scale = place->measured ? len : 1;
-    if (!hidden && !(speed && m_opt.ViewMode == 0)) {
+    if (!hidden && !(speed && m_opt.ViewMode == View::Page)) {
         setPos(i, PenX, StaffBaseY);
         text(i, PenX - place->x * scale * RowScale, StaffBaseY + place->y,
              core::Cp1256ToUtf8(core::Trim(payload)), 0.5 * TextFontScale);

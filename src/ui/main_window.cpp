@@ -221,8 +221,9 @@ void MainWindow::buildMenus() {
     add(insert, "InsertTextLine", Tr("Menu", "&Text line\tShift+F5"), [this] { insertTextLine(false); });
     add(insert, "InsertLyric", Tr("Menu", "&Lyric under the note\tShift+F6"), [this] { insertTextLine(true); });
     QMenu* view = menuBar()->addMenu(Tr("Menu", "&View"));
-    add(view, "PageView", Tr("Menu", "&Page view"), [this] { setViewMode(0); });
-    add(view, "WorkingView", Tr("Menu", "&Working view"), [this] { setViewMode(1); });
+    add(view, "PageView", Tr("Menu", "&Page view"), [this] { setViewMode(render::View::Page); });
+    add(view, "WorkingView", Tr("Menu", "&Working view"),
+        [this] { setViewMode(render::View::Working); });
     add(view, "CmdJpg", Tr("Menu", "&Reference image..."), [this] { cmdJpg(); });
     view->addAction(m_fingering->toggleViewAction());
     buildLanguageMenu(view);
@@ -442,9 +443,10 @@ bool MainWindow::viewerScroll(EditorKey key) {
     return true;
 }
 
-void MainWindow::setViewMode(int mode) {
+void MainWindow::setViewMode(render::View mode) {
     m_layout.options().ViewMode = mode;
-    m_strip->setVisible(mode == 1 && !m_strip->path().isEmpty()); // the picture is a working aid
+    m_strip->setVisible(mode == render::View::Working &&
+                        !m_strip->path().isEmpty()); // the picture is a working aid
     core::PositionTable positions;
     m_layout.relayout(m_doc.Sheet, positions);
     m_editor->positionsChanged(m_layout.result().positions);

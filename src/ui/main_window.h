@@ -86,7 +86,7 @@ public:
 
     // A key of the score view, as the palette and the keyboard send it.
     void editorKey(EditorKey key);
-    void setViewMode(int mode);
+    void setViewMode(render::View mode);
     void setZoom(double zoomBase);
     // The window's language, "en" or "fa", switched in every open window at once.
     QString language() const;

@@ -74,13 +74,13 @@ TEST(Golden, SignsRowsBandsAndWorkingViews) {
         const char* name;
         core::ScoreSheet sheet;
         double width;
-        int view;
+        View view;
         bool dxf;
-    } cases[] = {{"signs", SignsSheet(), 80, 0, true},
-                 {"rows", RowsSheet(), 45, 0, true},
-                 {"bands", BandsSheet(), 70, 0, false},
-                 {"rows_working", RowsSheet(), 45, 1, false},
-                 {"signs_working", SignsSheet(), 80, 1, false}};
+    } cases[] = {{"signs", SignsSheet(), 80, View::Page, true},
+                 {"rows", RowsSheet(), 45, View::Page, true},
+                 {"bands", BandsSheet(), 70, View::Page, false},
+                 {"rows_working", RowsSheet(), 45, View::Working, false},
+                 {"signs_working", SignsSheet(), 80, View::Working, false}};
     for (const auto& c : cases) {
         LayoutOptions o;
         o.PageWidthUnits = c.width, o.ViewMode = c.view, o.DxfEnabled = c.dxf;

@@ -15,7 +15,7 @@ namespace {
 using namespace test;
 
 LayoutResult Working(const core::ScoreSheet& sheet, double width) {
-    return Lay(sheet, width, 1);
+    return Lay(sheet, width, View::Working);
 }
 
 // Glyphs with this text drawn at y, to within rounding.
@@ -67,13 +67,13 @@ TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
         const char* what;
         core::ScoreSheet sheet;
         double width;
-        int view;
+        View view;
     };
     const Case cases[] = {
-        {"sixteenths split two and two", SixteenthsAfterQuarters(), 46, 1},
-        {"sixteenths split three and one", SixteenthsAfterQuarters(), 50, 1},
-        {"pairs across barlines, page view", PairsAcrossBarlines(), 45, 0},
-        {"pairs across barlines, working view", PairsAcrossBarlines(), 45, 1},
+        {"sixteenths split two and two", SixteenthsAfterQuarters(), 46, View::Working},
+        {"sixteenths split three and one", SixteenthsAfterQuarters(), 50, View::Working},
+        {"pairs across barlines, page view", PairsAcrossBarlines(), 45, View::Page},
+        {"pairs across barlines, working view", PairsAcrossBarlines(), 45, View::Working},
     };
     for (const Case& c : cases) {
         const LayoutResult r = Lay(c.sheet, c.width, c.view, true);
@@ -94,7 +94,7 @@ TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
         EXPECT_EQ(Strokes(r, WidthClass::Stem), beamedHeads) << c.what;
         EXPECT_EQ(DxfFlags(r.dxf), flags) << c.what;
         // Each row end of the page view splits a pair into two notes that stand alone.
-        if (c.view == 0) {
+        if (c.view == View::Page) {
             EXPECT_EQ(flagged, 2 * (r.rows - 1)) << c.what;
         }
     }
@@ -143,8 +143,9 @@ TEST(MeasureLabels, ThePageNumbersEachMeasureOnceAndNothingAfterTheLast) {
         core::ScoreSheet sheet = Body({}, false);
         for (const std::string& line : c.body)
             Repeat(sheet, line);
-        for (int view : {0, 1})
-            EXPECT_EQ(Shown(Lay(sheet, 80, view)), c.shown) << c.what << ", view " << view;
+        for (View view : {View::Page, View::Working})
+            EXPECT_EQ(Shown(Lay(sheet, 80, view)), c.shown)
+                << c.what << (view == View::Page ? ", page view" : ", working view");
     }
 }
 

@@ -19,7 +19,7 @@ bool IsBarline(const DisplayItem& it) {
 
 TEST(Notes, WorkingViewCaptionsShowDots) {
     // A dotted quarter reads "q .", a dotted eighth "e." (the flag glyph needs no blank).
-    const auto work = Lay(Body({"73 12", "73  6", "03  2"}), 60, 1);
+    const auto work = Lay(Body({"73 12", "73  6", "03  2"}), 60, View::Working);
     ASSERT_TRUE(GlyphOfLine(work, 4) && GlyphOfLine(work, 5));
     EXPECT_EQ(GlyphOfLine(work, 4)->text, "q .");
     EXPECT_EQ(GlyphOfLine(work, 5)->text, "e.");
@@ -94,8 +94,8 @@ TEST(ControlLines, ValidValuesTakeEffectAndOthersAreIgnored) {
 
 TEST(Text, MeasureLabelLinesHaveAPlaceOnlyInWorkingView) {
     const auto sheet = Body({"L^Ms=1", "73 32"});
-    for (int view : {0, 1})
-        EXPECT_EQ(Lay(sheet, 60, view).positions.LinePosX[4] != -1, view == 1) << view;
+    EXPECT_EQ(Lay(sheet, 60, View::Page).positions.LinePosX[4], -1);
+    EXPECT_NE(Lay(sheet, 60, View::Working).positions.LinePosX[4], -1);
 }
 
 TEST(Page, DescriptionLinesAreCentredAboveTheStaves) {
@@ -260,7 +260,7 @@ TEST(Dxf, NoStreamUnlessEnabledAndMarksAreTheirFirstLetterAtTheirHeight) {
     EXPECT_TRUE(off.dxf.empty());
     EXPECT_TRUE(off.list.dxf.entities.empty());
     const std::string dxf =
-        Lay(Body({"73  8  7 ", "73  8  8 ", "73  8  AC", "73  8  TR"}), 60, 0, true).dxf;
+        Lay(Body({"73  8  7 ", "73  8  8 ", "73  8  AC", "73  8  TR"}), 60, View::Page, true).dxf;
     // Plectrum strokes at 0.8, the accent and the trill at 1.2, all on the finger layer.
     for (const char* mark :
          {"0.8\r\n  1\r\n7", "0.8\r\n  1\r\n8", "1.2\r\n  1\r\nA", "1.2\r\n  1\r\nT"})

@@ -34,7 +34,7 @@ TEST(Robustness, RandomSheetsDrawInEveryViewWithoutFault) {
                                                  false);
         const int n = length(rng);
         for (int k = 0; k < n; ++k) test::Repeat(sheet, kVocabulary[pick(rng)]);
-        for (int view : {0, 1}) {
+        for (View view : {View::Page, View::Working}) {
             LayoutOptions o;
             o.ViewMode = view, o.PageWidthUnits = 20 + round, o.DxfEnabled = true;
             o.ChPrint = round % 4 == 0;

@@ -52,7 +52,7 @@ inline core::ScoreSheet DemoSheet(const std::string& name) {
     return doc.Sheet;
 }
 
-inline LayoutResult Lay(const core::ScoreSheet& sheet, double width = 60, int view = 0,
+inline LayoutResult Lay(const core::ScoreSheet& sheet, double width = 60, View view = View::Page,
                         bool dxf = false) {
     LayoutOptions o;
     o.PageWidthUnits = width;

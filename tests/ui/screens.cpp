@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
         QTest::mouseClick(rig.window->palette()->entry(15), Qt::LeftButton);
         ok &= Save(*rig.window, dir, "ui-help-mode.png");
         rig.key(Qt::Key_H);
-        rig.window->setViewMode(1);
+        rig.window->setViewMode(tahrir::render::View::Working);
         ok &= Save(*rig.window, dir, "ui-working-view.png");
     }
     {
@@ -152,11 +152,11 @@ int main(int argc, char** argv) {
         const std::string scan = rig.folder.path().string() + "/scan.png";
         picture.copy(380, 120, 900, 420).save(QString::fromStdString(scan));
         rig.dialogs.openPaths = {scan};
-        rig.window->setViewMode(1);
+        rig.window->setViewMode(tahrir::render::View::Working);
         rig.window->cmdJpg();
         ok &= Save(*rig.window, dir, "ui-reference-strip.png");
         rig.window->cmdJpg();
-        rig.window->setViewMode(0);
+        rig.window->setViewMode(tahrir::render::View::Page);
         rig.window->resize(800, 600);
         ok &= Save(*rig.window, dir, "ui-small-window.png");
     }

@@ -207,14 +207,14 @@ TEST(WindowReference, StripShowsHidesFollowsTheViewAndDrags) {
     rig.trigger("CmdJpg"); // closing keeps the path
     EXPECT_FALSE(strip->isVisible());
     EXPECT_EQ(strip->path().toStdString(), jpg);
-    rig.window->setViewMode(1);
+    rig.window->setViewMode(render::View::Working);
     EXPECT_TRUE(strip->isVisible());
-    rig.window->setViewMode(0);
+    rig.window->setViewMode(render::View::Page);
     EXPECT_FALSE(strip->isVisible());
 
     rig.trigger("CmdJpg"); // a cancelled dialog empties the path
     EXPECT_TRUE(strip->path().isEmpty());
-    rig.window->setViewMode(1);
+    rig.window->setViewMode(render::View::Working);
     EXPECT_FALSE(strip->isVisible());
 }
 

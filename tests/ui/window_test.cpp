@@ -199,8 +199,8 @@ TEST_F(WindowTest, WorkingViewAndZoomLayTheScoreOutAgain) {
     rig.window->setZoom(3);
     EXPECT_EQ(layout.result().rows, rows);
     const int generation = layout.generation();
-    rig.window->setViewMode(1);
-    EXPECT_EQ(layout.options().ViewMode, 1);
+    rig.window->setViewMode(render::View::Working);
+    EXPECT_EQ(layout.options().ViewMode, render::View::Working);
     EXPECT_GT(layout.generation(), generation);
     // The cursor still finds its line after the new layout.
     const int before = sheet().CurrentLine;
