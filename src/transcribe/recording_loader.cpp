@@ -8,6 +8,8 @@
 #include <cmath>
 #include <memory>
 
+#include "core/sample_frames.h"
+
 namespace tahrir::transcribe {
 namespace {
 
@@ -30,18 +32,12 @@ bool ReadMono(SNDFILE* file, const SF_INFO& info, StreamDecimator* decimator,
     const auto channels = static_cast<std::size_t>(info.channels);
     std::vector<float> block(static_cast<std::size_t>(kBlockFrames) * channels);
     std::vector<float> mixed(static_cast<std::size_t>(kBlockFrames));
-    const float scale = 1.0f / static_cast<float>(channels);
     double frames = 0;
     for (;;) {
         const sf_count_t got = sf_readf_float(file, block.data(), kBlockFrames);
         if (got <= 0) break;
         const auto n = static_cast<std::size_t>(got);
-        for (std::size_t i = 0; i < n; ++i) {
-            float sum = 0;
-            for (std::size_t c = 0; c < channels; ++c) sum += block[i * channels + c];
-            const float v = sum * scale;
-            mixed[i] = std::isfinite(v) ? v : 0.0f;
-        }
+        core::MixFramesToMono(block.data(), n, channels, mixed.data());
         if (decimator) decimator->push(mixed.data(), n, mono);
         else mono.insert(mono.end(), mixed.begin(), mixed.begin() + static_cast<std::ptrdiff_t>(n));
         frames += static_cast<double>(n);
