@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <system_error>
 
 #include "core/sample_frames.h"
 
@@ -155,11 +156,13 @@ std::optional<Recording> LoadRecording(const std::filesystem::path& path, int wo
     std::optional<StreamDecimator> decimator;
     if (rec.rate != info.samplerate && info.samplerate % rec.rate == 0)
         decimator.emplace(info.samplerate / rec.rate);
-    // The header's frame count may be a lie: room for at most an hour is made ahead.
-    if (info.frames > 0)
+    // The header's frame count may be a lie: room is made ahead for no more frames than
+    // the file has bytes, and the samples grow past that only as they really arrive.
+    std::error_code ec;
+    const auto bytes = static_cast<sf_count_t>(std::filesystem::file_size(path, ec));
+    if (info.frames > 0 && !ec)
         rec.samples.reserve(static_cast<std::size_t>(
-            std::min<sf_count_t>(info.frames, sf_count_t{3600} * info.samplerate) * rec.rate /
-            info.samplerate) + 1);
+            std::min(info.frames, bytes) * rec.rate / info.samplerate) + 1);
     if (!ReadMono(file.get(), info, decimator ? &*decimator : nullptr, rec.samples)) {
         error = Named(path, "damaged or too long");
         return std::nullopt;
