@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "core/load_file.h"
+#include "core/sample_frames.h"
 
 namespace tahrir::play {
 
@@ -46,13 +47,10 @@ bool ReadWaveSample(const fs::path& file, WaveSample& out, std::string& error) {
     out.rate = info.samplerate;
     out.frames.clear();
     for (sf_count_t got; (got = sf_readf_float(f, block.data(), kReadFrames)) > 0;) {
-        for (std::size_t i = 0; i < static_cast<std::size_t>(got); ++i) {
-            float sum = 0;
-            for (std::size_t c = 0; c < channels; ++c)
-                sum += block[i * channels + c];
-            const float v = sum / static_cast<float>(channels);
-            out.frames.push_back(std::isfinite(v) ? v : 0.0f); // a damaged float file
-        }
+        const std::size_t at = out.frames.size();
+        out.frames.resize(at + static_cast<std::size_t>(got));
+        core::MixFramesToMono(block.data(), static_cast<std::size_t>(got), channels,
+                              out.frames.data() + at);
     }
     sf_close(f);
     return true;

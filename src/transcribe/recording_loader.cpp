@@ -7,6 +7,9 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <system_error>
+
+#include "core/sample_frames.h"
 
 namespace tahrir::transcribe {
 namespace {
@@ -30,18 +33,12 @@ bool ReadMono(SNDFILE* file, const SF_INFO& info, StreamDecimator* decimator,
     const auto channels = static_cast<std::size_t>(info.channels);
     std::vector<float> block(static_cast<std::size_t>(kBlockFrames) * channels);
     std::vector<float> mixed(static_cast<std::size_t>(kBlockFrames));
-    const float scale = 1.0f / static_cast<float>(channels);
     double frames = 0;
     for (;;) {
         const sf_count_t got = sf_readf_float(file, block.data(), kBlockFrames);
         if (got <= 0) break;
         const auto n = static_cast<std::size_t>(got);
-        for (std::size_t i = 0; i < n; ++i) {
-            float sum = 0;
-            for (std::size_t c = 0; c < channels; ++c) sum += block[i * channels + c];
-            const float v = sum * scale;
-            mixed[i] = std::isfinite(v) ? v : 0.0f;
-        }
+        core::MixFramesToMono(block.data(), n, channels, mixed.data());
         if (decimator) decimator->push(mixed.data(), n, mono);
         else mono.insert(mono.end(), mixed.begin(), mixed.begin() + static_cast<std::ptrdiff_t>(n));
         frames += static_cast<double>(n);
@@ -159,11 +156,13 @@ std::optional<Recording> LoadRecording(const std::filesystem::path& path, int wo
     std::optional<StreamDecimator> decimator;
     if (rec.rate != info.samplerate && info.samplerate % rec.rate == 0)
         decimator.emplace(info.samplerate / rec.rate);
-    // The header's frame count may be a lie: room for at most an hour is made ahead.
-    if (info.frames > 0)
+    // The header's frame count may be a lie: room is made ahead for no more frames than
+    // the file has bytes, and the samples grow past that only as they really arrive.
+    std::error_code ec;
+    const auto bytes = static_cast<sf_count_t>(std::filesystem::file_size(path, ec));
+    if (info.frames > 0 && !ec)
         rec.samples.reserve(static_cast<std::size_t>(
-            std::min<sf_count_t>(info.frames, sf_count_t{3600} * info.samplerate) * rec.rate /
-            info.samplerate) + 1);
+            std::min(info.frames, bytes) * rec.rate / info.samplerate) + 1);
     if (!ReadMono(file.get(), info, decimator ? &*decimator : nullptr, rec.samples)) {
         error = Named(path, "damaged or too long");
         return std::nullopt;
