@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "case_file.h"
 #include "transcribe/note_finder.h"
 
 namespace tahrir::transcribe {
@@ -12,40 +15,18 @@ constexpr double kBaseC = 440 / 1.682 / 8;
 
 double PeriodOf(double hz) { return 11000 / hz; }
 
-struct Case {
-    const char* what;
-    double hz;
-    NoteGrid grid;
-    const char* signature;
-    double note;
-};
-
 TEST(NoteFinder, PlacesFrequenciesOnEachGrid) {
-    const Case cases[] = {
-        // 440 Hz: 440 / 32.699 = 13.46, octave 3, ratio 1.682: index 10, 3 × 12 + 10 + 23.
-        {"La on semitones", 440, NoteGrid::Semitone, "", 69},
-        {"La on quarter tones", 440, NoteGrid::QuarterTone, "", 69},
-        {"La natural degree", 440, NoteGrid::Dastgah, "", 69},
-        // A quarter tone above La: ratio 1.7313, index 10.5 of the quarter-tone ladder only.
-        {"La sori on quarter tones", 452.89, NoteGrid::QuarterTone, "", 69.5},
-        {"La sori on semitones", 452.89, NoteGrid::Semitone, "", 69},
-        // La koron in the signature: the degree at 1.634 (index 18 / 2 + 0.5 = 9.5) is nearer.
-        {"La under La koron", 440, NoteGrid::Dastgah, "     K ", 68.5},
-        // Do koron marks 24 and 0: a Si a little high goes up to position 24, index 12.5.
-        {"Si sori under Do koron", 8 * kBaseC * 1.95, NoteGrid::Dastgah, "K      ", 3 * 12 + 12.5 + 23},
-        // The semitone ladder's rung 13 starts at 1.944: below it is 12.
-        {"just under 1.944", 8 * kBaseC * 1.9439, NoteGrid::Semitone, "", 3 * 12 + 12 + 23},
-        {"just over 1.944", 8 * kBaseC * 1.9441, NoteGrid::Semitone, "", 3 * 12 + 13 + 23},
-        // Do of octave 0 itself is MIDI 24.
-        {"base Do", kBaseC * 1.0001, NoteGrid::QuarterTone, "", 24},
-    };
-    for (const Case& c : cases) {
+    for (const test::CaseRow& c : test::ReadCases("transcribe/note_finder.txt")) {
+        // The frequency is the product of its factors, "Do0" standing for the base Do.
+        double hz = 1;
+        std::istringstream factors(c[1]);
+        for (std::string f; factors >> f;) hz *= f == "Do0" ? kBaseC : std::stod(f);
         NoteFinderSettings settings;
-        settings.grid = c.grid;
-        settings.mask = core::BuildScaleMask(c.signature);
-        const auto found = FindNote(PeriodOf(c.hz), settings);
-        ASSERT_TRUE(found) << c.what;
-        EXPECT_DOUBLE_EQ(found->note, c.note) << c.what;
+        settings.grid = GridNamed(c[2]).value();
+        settings.mask = core::BuildScaleMask(c[3]);
+        const auto found = FindNote(PeriodOf(hz), settings);
+        ASSERT_TRUE(found) << c.where << " " << c[0];
+        EXPECT_DOUBLE_EQ(found->note, c.number(4)) << c.where << " " << c[0];
     }
 }
 

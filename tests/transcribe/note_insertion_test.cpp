@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "case_file.h"
 #include "transcribe/note_insertion.h"
 
 namespace tahrir::transcribe {
@@ -32,41 +33,21 @@ TimedNote Note(double fromTick, double ticks, double note) {
     return {fromTick * kTick, (fromTick + ticks) * kTick, note, false};
 }
 
-struct Case {
-    const char* what;
-    std::vector<TimedNote> notes;
-    int minDuration;
-    bool exact;
-    std::vector<std::string> lines;
-};
-
 TEST(Insertion, TimesBecomeRestsAndTiedNotes) {
-    const Case cases[] = {
-        {"40 32nds at MinDuration 1 are 32 tied to 8", {Note(0, 40, 60)}, 1, false,
-         {"13 32  TI", "13  8"}},
-        {"a gap before the note is a rest", {Note(3, 2, 60)}, 1, false, {"00  3", "13  2"}},
-        {"13 at MinDuration 1: 12 tied to 1", {Note(0, 13, 62)}, 1, false, {"23 12  TI", "23  1"}},
-        {"7 at MinDuration 4: 4 tied to the 4 that 3 becomes", {Note(0, 7, 62)}, 4, false,
-         {"23  4  TI", "23  4"}},
-        // The rest of 1 is below half of 4: dropped, and its 1375 samples make the next
-        // 11 a 12 instead of 8 tied to 4.
-        {"a short gap lives on in the carry", {Note(0, 4, 60), Note(5, 11, 62)}, 4, false,
-         {"13  4", "23 12"}},
-        // La sori: q = Int(139) mod 24 = 19, Int((69 - 24) / 12) = 3.
-        {"exact quarter tone", {Note(0, 16, 69.5)}, 1, true, {"63 16S"}},
-        {"exact natural", {Note(0, 8, 60)}, 1, true, {"13  8N"}},
-        // Not exact, no signature: La sori is outside the dastgah and stays a rest.
-        {"a pitch outside the dastgah is silence", {Note(0, 8, 69.5)}, 1, false, {"00  8"}},
-    };
-    for (const Case& c : cases) {
+    for (const test::CaseRow& c : test::ReadCases("transcribe/insertion_times.txt")) {
+        std::vector<TimedNote> notes;
+        const std::vector<double> n = c.numbers(1);
+        for (std::size_t i = 0; i + 2 < n.size(); i += 3)
+            notes.push_back(Note(n[i], n[i + 1], n[i + 2]));
+        const std::vector<std::string> lines = c.list(4);
         core::Document doc = Score();
         InsertOptions o;
-        o.MinDuration = c.minDuration;
-        o.Exact = c.exact;
-        const InsertResult r = InsertNotes(doc, c.notes, o);
-        EXPECT_EQ(r.linesInserted, static_cast<int>(c.lines.size())) << c.what;
-        EXPECT_EQ(Lines(doc, 4, doc.Sheet.LastLine), c.lines) << c.what;
-        EXPECT_EQ(doc.Sheet.CurrentLine, doc.Sheet.LastLine + 1) << c.what;
+        o.MinDuration = c.integer(2);
+        o.Exact = c.integer(3) != 0;
+        const InsertResult r = InsertNotes(doc, notes, o);
+        EXPECT_EQ(r.linesInserted, static_cast<int>(lines.size())) << c.where;
+        EXPECT_EQ(Lines(doc, 4, doc.Sheet.LastLine), lines) << c.where;
+        EXPECT_EQ(doc.Sheet.CurrentLine, doc.Sheet.LastLine + 1) << c.where;
     }
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "case_file.h"
 #include "cli_run.h"
 #include "note_accuracy.h"
 #include "temp_folder.h"
@@ -17,7 +18,6 @@
 namespace tahrir::test {
 namespace {
 
-using transcribe::NoteGrid;
 using transcribe::NotesOptions;
 using transcribe::TrackerRate;
 
@@ -104,31 +104,17 @@ TEST(RecordingNotes, GridsPlaceKoronAndSoriWhereThePlayerPutsThem) {
     const std::vector<float> x = Melody(notes, {0, 4}, truth, 0, [](double note) {
         return note == std::floor(note) ? 0.0 : note == 65.5 ? -10.0 : 10.0;
     });
-    struct Case {
-        NoteGrid grid;
-        double koron, sori;
-        const char* signature;
-        std::vector<double> expected;
-    };
-    const Case cases[] = {
-        {NoteGrid::QuarterTone, 40, 40, "", {61.5, 63.5, 65.5, 67, 68.5}},
-        {NoteGrid::Semitone, 50, 50, "", {62, 64, 65, 67, 69}},
-        // Koron at 90 cents lies near the semitone below: 40-cent korons go to the natural.
-        {NoteGrid::QuarterTone, 90, 40, "", {62, 64, 65.5, 67, 69}},
-        // Segah on Mi koron: Re koron is no degree, Fa sori neither.
-        {NoteGrid::Dastgah, 40, 40, "  K  KBG", {62, 63.5, 65, 67, 68.5}},
-    };
-    for (const Case& c : cases) {
+    for (const CaseRow& c : ReadCases("transcribe/recording_grids.txt")) {
         NotesOptions o;
-        o.grid = c.grid;
-        o.tuning.koronCents = c.koron;
-        o.tuning.soriCents = c.sori;
-        o.mask = core::BuildScaleMask(c.signature);
+        o.grid = transcribe::GridNamed(c[0]).value();
+        o.tuning.koronCents = c.number(1);
+        o.tuning.soriCents = c.number(2);
+        o.mask = core::BuildScaleMask(c[3]);
         const auto found = transcribe::TranscribeSamples(x, TrackerRate, o).notes;
         std::vector<double> got;
         for (const auto& n : found)
             got.push_back(n.note);
-        EXPECT_EQ(got, c.expected) << "grid " << static_cast<int>(c.grid) << " koron " << c.koron;
+        EXPECT_EQ(got, c.numbers(4)) << c.where;
     }
 }
 
