@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "case_file.h"
 #include "note_accuracy.h"
 #include "tone_signals.h"
 #include "transcribe/pyin_tracker.h"
@@ -40,21 +41,16 @@ TrackSummary Summarise(const std::vector<PitchFrame>& frames,
 }
 
 TEST(PyinTracker, FollowsTonesOnAndBetweenTheSemitones) {
-    // note (a .5 is a quarter tone), harmonics, rate of the signal, worst cents allowed.
-    struct Case { double note; int harmonics; int rate; double cents; };
-    const Case cases[] = {
-        {69, 1, TrackerRate, 3},   {69.5, 1, TrackerRate, 3}, {40.5, 8, TrackerRate, 5},
-        {55, 6, TrackerRate, 3},   {63.5, 4, 44100, 3},       {81.5, 3, 48000, 5},
-        {91, 2, TrackerRate, 8},   {93.5, 1, TrackerRate, 10},
-    };
     PyinTracker tracker(TrackerRate);
-    for (const Case& c : cases) {
+    for (const CaseRow& c : ReadCases("transcribe/pyin_tones.txt")) {
+        const double hz = MidiHz(c.number(0));
+        const int rate = c.integer(2) ? c.integer(2) : TrackerRate;
         std::vector<float> x;
-        AppendTone(x, c.rate, [&](double) { return MidiHz(c.note); }, {1.0, c.harmonics});
-        if (c.rate != TrackerRate) x = transcribe::Resample(x, c.rate, TrackerRate);
-        const TrackSummary s = Summarise(tracker.track(x), [&](double) { return MidiHz(c.note); });
-        EXPECT_GT(s.voiced, 0.97) << c.note;
-        EXPECT_LT(s.worstCents, c.cents) << c.note << " with " << c.harmonics << " harmonics";
+        AppendTone(x, rate, [&](double) { return hz; }, {1.0, c.integer(1)});
+        if (rate != TrackerRate) x = transcribe::Resample(x, rate, TrackerRate);
+        const TrackSummary s = Summarise(tracker.track(x), [&](double) { return hz; });
+        EXPECT_GT(s.voiced, 0.97) << c.where;
+        EXPECT_LT(s.worstCents, c.number(3)) << c.where;
     }
 }
 

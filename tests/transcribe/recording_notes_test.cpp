@@ -64,25 +64,14 @@ void ExpectAllFound(const std::vector<transcribe::RecordingNote>& found,
 }
 
 TEST(RecordingNotes, SplitsRepeatedNotesAndKeepsLegatoWithVibratoWhole) {
-    const std::vector<std::pair<double, double>> repeated = {
-        {67, 0.4}, {67, 0.4}, {67, 0.25}, {69.5, 0.5}, {69.5, 0.3}};
-    const std::vector<std::pair<double, double>> legato = {{62, 0.5},    {63.5, 0.4}, {65, 0.6},
-                                                           {66.5, 0.35}, {64, 0.45},  {63.5, 0.8}};
-    struct Case {
-        const char* what;
-        const std::vector<std::pair<double, double>>* notes;
-        ToneShape shape;
-        double gap;
-    };
-    const Case cases[] = {
-        {"plucked, struck again", &repeated, {0, 6, 0.5, 6.0, 0}, 0},
-        {"detached", &repeated, {0, 4, 0.4, 0, 0}, 0.06},
-        {"legato with vibrato", &legato, {0, 5, 0.4, 0, 30}, 0},
-    };
-    for (const Case& c : cases) {
+    for (const CaseRow& c : ReadCases("transcribe/recording_melodies.txt")) {
+        std::vector<std::pair<double, double>> notes;
+        const std::vector<double> n = c.numbers(1);
+        for (std::size_t i = 0; i + 1 < n.size(); i += 2) notes.emplace_back(n[i], n[i + 1]);
+        const ToneShape shape{0, c.integer(2), c.number(3), c.number(4), c.number(5)};
         std::vector<TruthNote> truth;
-        const std::vector<float> x = Melody(*c.notes, c.shape, truth, c.gap);
-        ExpectAllFound(transcribe::TranscribeSamples(x, TrackerRate, {}).notes, truth, c.what);
+        const std::vector<float> x = Melody(notes, shape, truth, c.number(6));
+        ExpectAllFound(transcribe::TranscribeSamples(x, TrackerRate, {}).notes, truth, c.where);
     }
 }
 
