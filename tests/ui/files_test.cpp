@@ -87,7 +87,7 @@ TEST_F(WindowFiles, NewScoreFromTheThreeQuestionsBringsItsTempoAndCancelAtTheThi
     EXPECT_EQ(line(2).substr(0, 7), "TEMPO72");
     EXPECT_EQ(line(3).substr(0, 8), "RHYTM3/8");
     EXPECT_EQ(tempo.load(), 72);
-    EXPECT_EQ(rig.window->findChild<QSlider*>("VScroll3")->value(), 72);
+    EXPECT_EQ(rig.child<QSlider>("VScroll3")->value(), 72);
     // Two measures of a barline, a measure number and three eighth rests.
     const int last = 3 + 2 * 5;
     EXPECT_EQ(doc().Sheet.LastLine, last);
@@ -152,8 +152,7 @@ TEST_F(WindowFiles, TheRecentListOffersOpenedFilesNewestFirst) {
     ASSERT_TRUE(rig.window->openPath(rig.demoCopy("esfahan-reng.srv")));
     ASSERT_TRUE(rig.window->openPath(file));
     rig.window->LoadFile(1);
-    auto* list = rig.window->findChild<QListWidget*>("RecentList");
-    ASSERT_NE(list, nullptr);
+    auto* list = rig.child<QListWidget>("RecentList");
     EXPECT_FALSE(list->isHidden());
     ASSERT_GE(list->count(), 3);
     EXPECT_EQ(list->item(0)->text().toStdString(), file);

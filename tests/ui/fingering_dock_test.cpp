@@ -14,12 +14,6 @@ namespace {
 
 using fingering::Instrument;
 
-FingeringDock& Dock(MainWindow& w) {
-    auto* dock = w.findChild<FingeringDock*>("FingeringDock");
-    EXPECT_TRUE(dock);
-    return *dock;
-}
-
 std::optional<double> CursorNote(FingeringDock& dock, Instrument i) {
     const auto& mark = dock.view(i)->cursorMark();
     return mark ? std::optional(mark->note) : std::nullopt;
@@ -27,17 +21,15 @@ std::optional<double> CursorNote(FingeringDock& dock, Instrument i) {
 
 // Chahargah on C: line 17 is the D koron of the opening figure, line 18 its C.
 TEST(FingeringDock, FollowsTheCursorWithTheSoundingNote) {
-    App();
     WindowRig rig;
     rig.window->openPath(rig.demoCopy("chahargah-chaharmezrab.srv"));
     rig.enterEditor();
-    FingeringDock& dock = Dock(*rig.window);
+    FingeringDock& dock = *rig.child<FingeringDock>("FingeringDock");
     while (rig.window->document().Sheet.CurrentLine < 17) rig.key(Qt::Key_Right);
     EXPECT_EQ(CursorNote(dock, Instrument::Tar), 61.5);
     EXPECT_TRUE(dock.caption().contains("course 1 fret 2 (D4 koron)")) << dock.caption().toStdString();
     // The transposition slider a whole tone up: D koron sounds as E koron, fret 5.
-    auto* slider = rig.window->findChild<QScrollBar*>("HScroll1");
-    ASSERT_TRUE(slider);
+    auto* slider = rig.child<QScrollBar>("HScroll1");
     slider->setValue(26);
     EXPECT_TRUE(QTest::qWaitFor([&] { return CursorNote(dock, Instrument::Tar) == 63.5; }, 2000));
     EXPECT_TRUE(dock.caption().contains("course 1 fret 5 (E4 koron)")) << dock.caption().toStdString();
@@ -60,10 +52,9 @@ TEST(FingeringDock, FollowsTheCursorWithTheSoundingNote) {
 }
 
 TEST(FingeringDock, MarksTheSoundingNoteDuringPlayback) {
-    App();
     WindowRig rig;
     rig.window->openPath(rig.demoCopy("shur-daramad.srv"));
-    FingeringDock& dock = Dock(*rig.window);
+    FingeringDock& dock = *rig.child<FingeringDock>("FingeringDock");
     rig.window->playback().playClick();
     EXPECT_TRUE(QTest::qWaitFor([&] { return dock.caption().contains("Playing:"); }, 5000));
     EXPECT_TRUE(QTest::qWaitFor(

@@ -76,8 +76,7 @@ TEST_F(Newcomer, EveryInstrumentButtonSoundsTheInstrumentItNames) {
         EXPECT_EQ(programSent(), programNamed(label)) << label.toStdString();
         EXPECT_EQ(label, b->toolTip()); // the whole name
     }
-    auto* list = rig.window->findChild<QComboBox*>("InsList");
-    ASSERT_NE(list, nullptr);
+    auto* list = rig.child<QComboBox>("InsList");
     for (int row = 0; row < list->count(); ++row) {
         sink.clear();
         emit list->activated(row);
@@ -141,8 +140,7 @@ TEST_F(Newcomer, SaveAsNamesTheScoreAndLeadsTheRecentMenu) {
     EXPECT_EQ(doc().CurrentFileName, copy);
     EXPECT_TRUE(std::filesystem::exists(copy));
     rig.trigger("SaveAs"); // Cancel saves nothing
-    auto* recent = rig.window->findChild<QMenu*>("RecentMenu");
-    ASSERT_NE(recent, nullptr);
+    auto* recent = rig.child<QMenu>("RecentMenu");
     emit recent->aboutToShow();
     ASSERT_FALSE(recent->actions().isEmpty());
     EXPECT_EQ(recent->actions().front()->text().toStdString(), copy);
@@ -152,8 +150,8 @@ TEST_F(Newcomer, SaveAsNamesTheScoreAndLeadsTheRecentMenu) {
 // the score keeps most of the width; wide again, they go back to their places.
 TEST_F(Newcomer, ASmallWindowLeavesTheScoreMostOfItsWidth) {
     MainWindow& w = *rig.window;
-    auto* palette = w.findChild<QDockWidget*>("PaletteDock");
-    auto* description = w.findChild<QDockWidget*>("DescriptionDock");
+    auto* palette = rig.child<QDockWidget>("PaletteDock");
+    auto* description = rig.child<QDockWidget>("DescriptionDock");
     w.resize(800, 600);
     rig.enterEditor();
     QApplication::processEvents();

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "case_file.h"
 #include "edit/editor.h"
 #include "ui/playback.h"
 #include "ui/score_view.h"
@@ -34,18 +35,14 @@ template <typename F> bool WaitFor(F done, int ms) {
 // The demo open in the viewer.
 class WindowPlayback : public DemoWindow {
 protected:
-    template <typename W = QWidget> W* child(const char* name) {
-        return rig.window->findChild<W*>(name);
-    }
     Playback& playback = rig.window->playback();
     play::PlayControls& controls = playback.player().controls();
 };
 
 TEST_F(WindowPlayback, SpaceTogglesPlayAndPauseTheMarkerRunsAlongAndTheEndReturnsTheButtons) {
-    auto* play = child<QPushButton>("PlayCmd");
-    auto* pause = child<QPushButton>("PauseCmd");
-    auto* label = child<QLabel>("LbLPause");
-    ASSERT_TRUE(play && pause && label);
+    auto* play = rig.child<QPushButton>("PlayCmd");
+    auto* pause = rig.child<QPushButton>("PauseCmd");
+    auto* label = rig.child<QLabel>("LbLPause");
     EXPECT_TRUE(play->isEnabled());
     EXPECT_FALSE(pause->isEnabled());
     playback.player().setTempo(320);
@@ -64,57 +61,43 @@ TEST_F(WindowPlayback, SpaceTogglesPlayAndPauseTheMarkerRunsAlongAndTheEndReturn
     EXPECT_EQ(playback.status(), PlayStatus::Playing);
     EXPECT_TRUE(label->isHidden());
 
-    QTest::mouseClick(child<QPushButton>("StopCmd"), Qt::LeftButton);
+    QTest::mouseClick(rig.child<QPushButton>("StopCmd"), Qt::LeftButton);
     EXPECT_EQ(playback.status(), PlayStatus::Idle);
     EXPECT_TRUE(WaitFor([&] { return rig.window->scoreView()->playLine() == 0; }, 1000));
 
     // A run that reaches its end returns the buttons.
-    QTest::mouseDClick(child("MeasLabel"), Qt::LeftButton); // only the first measure
+    QTest::mouseDClick(rig.child("MeasLabel"), Qt::LeftButton); // only the first measure
     QTest::mouseClick(play, Qt::LeftButton);
     EXPECT_EQ(playback.status(), PlayStatus::Playing);
     EXPECT_TRUE(WaitFor([&] { return playback.status() == PlayStatus::Idle; }, 8000));
     EXPECT_TRUE(play->isEnabled());
-    EXPECT_FALSE(child<QPushButton>("StopCmd")->isEnabled());
+    EXPECT_FALSE(rig.child<QPushButton>("StopCmd")->isEnabled());
 }
 
 TEST_F(WindowPlayback, SpeakerTranspositionAndStandardTuningReachThePlayer) {
-    QTest::mouseClick(child("ImgSpOff"), Qt::LeftButton);
+    QTest::mouseClick(rig.child("ImgSpOff"), Qt::LeftButton);
     EXPECT_EQ(controls.VolScr.load(), 90); // velocity 0: silence
-    QTest::mouseClick(child("ImgSpOn"), Qt::LeftButton);
+    QTest::mouseClick(rig.child("ImgSpOn"), Qt::LeftButton);
     EXPECT_EQ(controls.VolScr.load(), 0);
-    auto* transpose = child<QScrollBar>("HScroll1");
-    ASSERT_NE(transpose, nullptr);
-    transpose->setValue(27);
+    rig.child<QScrollBar>("HScroll1")->setValue(27);
     EXPECT_EQ(controls.Transpose.load(), 27);
-    EXPECT_EQ(child<QLabel>("TransposeLabel")->text(), "+3");
-    QTest::mouseClick(child("DiapazonImg"), Qt::LeftButton);
+    EXPECT_EQ(rig.child<QLabel>("TransposeLabel")->text(), "+3");
+    QTest::mouseClick(rig.child("DiapazonImg"), Qt::LeftButton);
     EXPECT_EQ(controls.Transpose.load(), 24);
 }
 
 TEST(TempoKnob, TrackPlacesMapToTempi) {
-    // Left of the scale: the lowest tempo; past its right end, the top or below the
-    // track: none.
-    const struct {
-        double x, y;
-        std::optional<int> tempo;
-    } rows[] = {
-        {500, 10, 20},
-        {1831, 10, 320},
-        {500 + 1331 / 2.0, 10, 170},
-        {100, 10, 20},
-        {1832, 10, std::nullopt},
-        {-1, 10, std::nullopt},
-        {900, 1501, std::nullopt},
-    };
-    for (const auto& r : rows)
-        EXPECT_EQ(TempoKnob::TempoAt(r.x, r.y), r.tempo) << r.x << "," << r.y;
+    for (const ::tahrir::test::CaseRow& r : ::tahrir::test::ReadCases("ui/tempo_knob.txt")) {
+        const std::optional<int> tempo =
+            r[2] == "-" ? std::nullopt : std::optional(r.integer(2));
+        EXPECT_EQ(TempoKnob::TempoAt(r.number(0), r.number(1)), tempo) << r.where;
+    }
 }
 
 TEST_F(WindowPlayback, ViewerArrowsStepTheTempoAndMoveTheKnob) {
     ASSERT_EQ(rig.window->editor().state().EditMode, edit::Mode::Viewer);
-    auto* bar = child<QSlider>("VScroll3");
-    auto* knob = child<QLabel>("Image2");
-    ASSERT_TRUE(bar && knob);
+    auto* bar = rig.child<QSlider>("VScroll3");
+    auto* knob = rig.child<QLabel>("Image2");
     const int x66 = knob->x();
     rig.key(Qt::Key_Right);
     rig.key(Qt::Key_Period);
@@ -123,7 +106,7 @@ TEST_F(WindowPlayback, ViewerArrowsStepTheTempoAndMoveTheKnob) {
     // Two tempo steps are 2 / 300 of 1331 twips: about 9 twips, under a pixel less than one.
     EXPECT_NEAR(knob->x() - x66, 2.0 / 300 * 1331 / TwipsPerPixel, 1.0);
     // A drag on the track sets the bar; the editor keeps the new tempo through the next key.
-    QTest::mousePress(child("Image1"), Qt::LeftButton, Qt::NoModifier,
+    QTest::mousePress(rig.child("Image1"), Qt::LeftButton, Qt::NoModifier,
                       QPoint(static_cast<int>(1831 / TwipsPerPixel), 5));
     EXPECT_EQ(bar->value(), 320);
     rig.key(Qt::Key_Comma);
@@ -172,9 +155,7 @@ TEST_F(WindowPlayback, WavePicturesToggleTheVoicesAndTheRecordingNeedsItsFile) {
     QTest::mouseClick(recording, Qt::LeftButton);
     EXPECT_TRUE(playback.waveChosen(10) && recording->isChecked());
 
-    auto* sung = rig.window->findChild<QCheckBox*>("SyllableVoice");
-    ASSERT_TRUE(sung);
-    sung->setChecked(true);
+    rig.child<QCheckBox>("SyllableVoice")->setChecked(true);
     EXPECT_TRUE(rig.window->editor().state().SyllableVoiceOn);
 }
 

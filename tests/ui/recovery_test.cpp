@@ -1,8 +1,6 @@
 // A window killed in the middle of editing: the next start offers its last edit back.
 
 #include <QProcess>
-#include <fstream>
-#include <iterator>
 #include <gtest/gtest.h>
 
 #include "core/recovery.h"
@@ -11,10 +9,7 @@
 namespace tahrir::ui::test {
 namespace {
 
-std::string ReadAll(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
+using ::tahrir::test::ReadBytes;
 
 // Runs the editing child on the rig's folders and kills it once it has edited; returns
 // what it reported: "LastLine|line 8".
@@ -35,7 +30,7 @@ TEST(Recovery, AKilledRunOffersItsLastEditAtTheNextStart) {
         SCOPED_TRACE(restore ? "Yes" : "No");
         WindowRig rig;
         const std::string score = rig.demoCopy();
-        const std::string onDisk = ReadAll(score);
+        const std::string onDisk = ReadBytes(score);
         const std::string report = EditAndKill(rig, score);
         ASSERT_NE(report.find('|'), std::string::npos) << "the child did not edit: " << report;
         rig.dialogs.answers = {restore ? Answer::Yes : Answer::No};
@@ -54,7 +49,7 @@ TEST(Recovery, AKilledRunOffersItsLastEditAtTheNextStart) {
             EXPECT_FALSE(doc.DirtyFlag);
             EXPECT_TRUE(doc.CurrentFileName.empty()) << "No starts as usual";
         }
-        EXPECT_EQ(ReadAll(score), onDisk) << "the score's own file is never touched";
+        EXPECT_EQ(ReadBytes(score), onDisk) << "the score's own file is never touched";
         // A run that ends normally leaves nothing to offer.
         rig.dialogs.answers = {Answer::No, Answer::Yes};
         if (!restore) rig.dialogs.answers.pop_front(); // nothing to save

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -73,6 +74,12 @@ private:
     }
 };
 
+// The child of that object name; a missing one fails the test by throwing.
+template <typename W = QWidget> W* ChildOf(const QObject& parent, const char* name) {
+    if (auto* w = parent.findChild<W*>(name)) return w;
+    throw std::runtime_error(std::string("no child named ") + name);
+}
+
 // A window on a fresh data folder, without sound, answering from `dialogs`.
 struct WindowRig {
     TempFolder folder;
@@ -91,6 +98,9 @@ struct WindowRig {
         auto* a = window->findChild<QAction*>(action);
         ASSERT_NE(a, nullptr) << action;
         a->trigger();
+    }
+    template <typename W = QWidget> W* child(const char* name) const {
+        return ChildOf<W>(*window, name);
     }
     core::Document& doc() const { return window->document(); }
     std::string line(int i) const { return doc().Sheet[i].text(); }

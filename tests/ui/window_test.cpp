@@ -112,8 +112,7 @@ TEST_F(WindowTest, PaletteClicksActAsTheirKeysOrInHelpModeShowTheirHint) {
     QTest::mouseClick(entry(15), Qt::LeftButton, Qt::ControlModifier);
     EXPECT_EQ(line(1)[static_cast<std::size_t>(step - 1)], 'K');
     // In help mode a click shows the entry's Persian hint, right to left.
-    auto* hint = rig.window->findChild<QLabel*>("HpLb");
-    ASSERT_NE(hint, nullptr);
+    auto* hint = rig.child<QLabel>("HpLb");
     EXPECT_TRUE(hint->isHidden());
     rig.key(Qt::Key_H);
     EXPECT_FALSE(hint->isHidden());
@@ -170,9 +169,8 @@ TEST_F(WindowTest, TheStripShowsOneLabelForEachMeasure) {
 }
 
 TEST_F(WindowTest, TheTextToolEditsATextLineInPersian) {
-    auto* frame = rig.window->findChild<QWidget*>("FrameTextF6");
-    auto* text = rig.window->findChild<QLineEdit*>("TextF6");
-    ASSERT_TRUE(frame && text);
+    auto* frame = rig.child("FrameTextF6");
+    auto* text = rig.child<QLineEdit>("TextF6");
     // Line 7 is the title "L^" of the first measure.
     while (sheet().CurrentLine < 7)
         rig.key(Qt::Key_Right);
@@ -265,7 +263,7 @@ TEST_F(WindowTest, ClickedSymbolsAreCopiedAndPastedThroughTheSystemClipboard) {
 TEST_F(WindowTest, ViewerKeysScrollThePage) {
     rig.key(Qt::Key_E, Qt::ControlModifier);
     ASSERT_EQ(editor().state().EditMode, edit::Mode::Viewer);
-    QScrollBar* bar = rig.window->findChild<QScrollArea*>("PicScroll")->verticalScrollBar();
+    QScrollBar* bar = rig.child<QScrollArea>("PicScroll")->verticalScrollBar();
     ASSERT_GT(bar->maximum(), 0);
     rig.key(Qt::Key_End);
     EXPECT_EQ(bar->value(), bar->maximum());
