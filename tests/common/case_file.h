@@ -25,13 +25,6 @@ struct CaseRow {
         for (double v = 0; in >> v;) out.push_back(v);
         return out;
     }
-    // The parts of field i between commas, as written.
-    std::vector<std::string> list(std::size_t i) const {
-        std::istringstream in(fields.at(i));
-        std::vector<std::string> out;
-        for (std::string part; std::getline(in, part, ',');) out.push_back(part);
-        return out;
-    }
 };
 
 inline std::vector<CaseRow> ReadCases(const std::string& name) {

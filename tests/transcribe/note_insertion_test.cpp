@@ -39,7 +39,7 @@ TEST(Insertion, TimesBecomeRestsAndTiedNotes) {
         const std::vector<double> n = c.numbers(1);
         for (std::size_t i = 0; i + 2 < n.size(); i += 3)
             notes.push_back(Note(n[i], n[i + 1], n[i + 2]));
-        const std::vector<std::string> lines = c.list(4);
+        const std::vector<std::string> lines(c.fields.begin() + 4, c.fields.end());
         core::Document doc = Score();
         InsertOptions o;
         o.MinDuration = c.integer(2);

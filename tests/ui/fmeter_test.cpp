@@ -194,16 +194,11 @@ TEST_F(FMeterTest, RecordingNeedsAnInputDevice) {
     EXPECT_EQ(record->toolTip().contains("No microphone"), !device);
 }
 
-// Tones long enough that tracking them takes many stretches.
-std::filesystem::path LongRecording(const std::filesystem::path& folder) {
-    const auto file = folder / "long.wav";
-    tahrir::test::WriteWaveFile(file,
-                                tahrir::test::WaveFileBytes(tahrir::test::Melody({{220, 200}})));
-    return file;
-}
-
 TEST_F(FMeterTest, CancelStopsThePitchTrackAndAFileThatIsNoRecordingSaysSo) {
-    const auto longWave = LongRecording(rig.folder.path());
+    // A tone long enough that tracking it takes many stretches.
+    const auto longWave = rig.folder.path() / "long.wav";
+    tahrir::test::WriteWaveFile(longWave,
+                                tahrir::test::WaveFileBytes(tahrir::test::Melody({{220, 200}})));
     auto* cancel = meter->findChild<QPushButton*>("CancelAnalysis");
     auto* progress = meter->findChild<QProgressBar*>("AnalysisProgress");
     meter->openRecording(longWave);
