@@ -3,7 +3,6 @@
 // pictures reach the player.
 
 #include <QCheckBox>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -22,15 +21,6 @@
 
 namespace tahrir::ui::test {
 namespace {
-
-// Runs the event loop until `done` or `ms` have passed.
-template <typename F> bool WaitFor(F done, int ms) {
-    QElapsedTimer t;
-    t.start();
-    while (!done() && t.elapsed() < ms)
-        QTest::qWait(10);
-    return done();
-}
 
 // The demo open in the viewer.
 class WindowPlayback : public DemoWindow {
@@ -52,7 +42,7 @@ TEST_F(WindowPlayback, SpaceTogglesPlayAndPauseTheMarkerRunsAlongAndTheEndReturn
     EXPECT_FALSE(play->isEnabled());
     EXPECT_TRUE(pause->isEnabled());
     // The marker reaches a note line while the window's own loop keeps running.
-    EXPECT_TRUE(WaitFor([&] { return rig.window->scoreView()->playLine() > 3; }, 3000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return rig.window->scoreView()->playLine() > 3; }, 3000));
 
     rig.key(Qt::Key_Space);
     EXPECT_EQ(playback.status(), PlayStatus::Paused);
@@ -63,13 +53,13 @@ TEST_F(WindowPlayback, SpaceTogglesPlayAndPauseTheMarkerRunsAlongAndTheEndReturn
 
     QTest::mouseClick(rig.child<QPushButton>("StopCmd"), Qt::LeftButton);
     EXPECT_EQ(playback.status(), PlayStatus::Idle);
-    EXPECT_TRUE(WaitFor([&] { return rig.window->scoreView()->playLine() == 0; }, 1000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return rig.window->scoreView()->playLine() == 0; }, 1000));
 
     // A run that reaches its end returns the buttons.
     QTest::mouseDClick(rig.child("MeasLabel"), Qt::LeftButton); // only the first measure
     QTest::mouseClick(play, Qt::LeftButton);
     EXPECT_EQ(playback.status(), PlayStatus::Playing);
-    EXPECT_TRUE(WaitFor([&] { return playback.status() == PlayStatus::Idle; }, 8000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return playback.status() == PlayStatus::Idle; }, 8000));
     EXPECT_TRUE(play->isEnabled());
     EXPECT_FALSE(rig.child<QPushButton>("StopCmd")->isEnabled());
 }
