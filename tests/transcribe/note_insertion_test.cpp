@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "case_file.h"
+#include "case_rows.h"
 #include "transcribe/note_insertion.h"
 
 namespace tahrir::transcribe {

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "case_file.h"
+#include "case_rows.h"
 
 namespace tahrir::ui {
 namespace {

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "case_file.h"
+#include "case_rows.h"
 #include "edit/editor.h"
 #include "ui/playback.h"
 #include "ui/score_view.h"
