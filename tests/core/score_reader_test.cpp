@@ -82,14 +82,6 @@ TEST_F(Reader, MarkerDescriptionOfAnSv5FileAndBuiltInFiles) {
     EXPECT_NE(load(OldestFile(header, kHead), "DO1DO7").doc.Description, header);
 }
 
-TEST(Unscramble, BlanksStayAndBytesWrap) {
-    EXPECT_EQ(UnscrambleLine(""), " ");
-    EXPECT_EQ(UnscrambleLine("\" "), "  ");
-    // 'A' (65) at position 1 loses 11; the byte wraps instead of failing.
-    EXPECT_EQ(UnscrambleLine("A"), "6");
-    EXPECT_EQ(UnscrambleLine("\x01"), "\xF6");
-}
-
 TEST_F(Reader, TempoLinesAndLaterLinesStoredBeforeTheyAreClassified) {
     // Once line 2 is a tempo line, each line is stored at once; a dropped last line
     // stays in the element past LastLine.

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "core/farsi_text.h"
 #include "core/text_input.h"
 
 using namespace tahrir::core;
@@ -25,25 +24,4 @@ TEST(TextInput, QuotedAndUnquotedFields) {
     EXPECT_TRUE(open.eof());
     EXPECT_EQ(open.readField(), "");
     EXPECT_EQ(open.readLine(), "");
-}
-
-TEST(TextInput, LeadingNumberReadsLikeTheOldNumericInput) {
-    EXPECT_EQ(Val(" 72 "), 72);
-    EXPECT_EQ(Val("-2"), -2);
-    EXPECT_EQ(Val("1 2"), 12) << "blanks inside a number are skipped";
-    EXPECT_EQ(Val("60abc"), 60);
-    EXPECT_DOUBLE_EQ(Val("72.5"), 72.5);
-    EXPECT_EQ(Val("abc"), 0);
-    EXPECT_FALSE(LeadingNumber(""));
-    EXPECT_FALSE(LeadingNumber("-"));
-    EXPECT_EQ(UpperAscii("tempo\xE1"), "TEMPO\xE1");
-}
-
-TEST(FarsiText, Conversion) {
-    EXPECT_EQ(FarsiToCp1256("\xF2"), "\xE1\xC7") << "lam-alef is two letters";
-    EXPECT_EQ(FarsiToCp1256("Title (1)"), "Title (1)") << "Latin text keeps its parentheses";
-    EXPECT_EQ(FarsiToCp1256("a<b"), "a\r\nb");
-    // "(" beside a Persian letter (beh, 0x92) was stored mirrored.
-    EXPECT_EQ(FarsiToCp1256("\x92(\x81)<(x)"), "\xC8)1(\r\n(x)");
-    EXPECT_EQ(FarsiToCp1256(""), "");
 }
