@@ -117,37 +117,5 @@ TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
     EXPECT_EQ(text(one, 11), "x"); // alone on its row, with its flags
 }
 
-// The numbers that the page shows, in order.
-std::vector<int> Shown(const LayoutResult& r) {
-    std::vector<int> numbers;
-    for (const MeasureLabel& m : r.measures)
-        if (m.number > 0 && m.visible) numbers.push_back(m.number);
-    return numbers;
-}
-
-TEST(MeasureLabels, ThePageNumbersEachMeasureOnceAndNothingAfterTheLast) {
-    struct Case {
-        const char* what;
-        std::vector<std::string> body;
-        std::vector<int> shown;
-    };
-    const std::vector<Case> cases = {
-        {"two full measures", {"73 32", "73 32"}, {1, 2}},
-        {"a closing barline record, as new scores and the demos end",
-         {"03 -1", "L^Ms=1", "73 32", "03 -1", "L^Ms=2", "73 32", "03 -1"},
-         {1, 2}},
-        {"a measure begun after the last barline", {"73 32", "73 32", "73  8"}, {1, 2, 3}},
-        {"no barline at all", {"73  8"}, {1}},
-    };
-    for (const Case& c : cases) {
-        core::ScoreSheet sheet = Body({}, false);
-        for (const std::string& line : c.body)
-            Repeat(sheet, line);
-        for (View view : {View::Page, View::Working})
-            EXPECT_EQ(Shown(Lay(sheet, 80, view)), c.shown)
-                << c.what << (view == View::Page ? ", page view" : ", working view");
-    }
-}
-
 } // namespace
 } // namespace tahrir::render

@@ -17,14 +17,6 @@ bool IsBarline(const DisplayItem& it) {
            std::abs(it.y2 - it.y - 4) < 1e-9;
 }
 
-TEST(Notes, WorkingViewCaptionsShowDots) {
-    // A dotted quarter reads "q .", a dotted eighth "e." (the flag glyph needs no blank).
-    const auto work = Lay(Body({"73 12", "73  6", "03  2"}), 60, View::Working);
-    ASSERT_TRUE(GlyphOfLine(work, 4) && GlyphOfLine(work, 5));
-    EXPECT_EQ(GlyphOfLine(work, 4)->text, "q .");
-    EXPECT_EQ(GlyphOfLine(work, 5)->text, "e.");
-}
-
 TEST(Notes, UnknownDurationDrawsNothingAndTakesNoTime) {
     const auto r = Lay(Body({"73 10", "73 16", "73 16"}));
     EXPECT_EQ(GlyphOfLine(r, 4), nullptr);
@@ -74,24 +66,6 @@ TEST(Rows, DrawingPassBreaksWhereTheMeasuringPassDid) {
     }
 }
 
-TEST(ControlLines, ValidValuesTakeEffectAndOthersAreIgnored) {
-    const auto textSize = [](const std::string& control) {
-        const auto laid = Lay(Body({control, "L_word"}));
-        const auto texts = Find(laid, ItemKind::Text, "word");
-        return texts.empty() ? -1.0 : texts[0]->size;
-    };
-    EXPECT_DOUBLE_EQ(textSize("LCTFS=2"), 1.0);
-    EXPECT_DOUBLE_EQ(textSize("LCTFS=5"), 0.5);
-    EXPECT_DOUBLE_EQ(textSize("Lctfs=2"), 1.0); // the keyword folds to upper case
-
-    const auto firstStaffY = [](const std::string& control) {
-        return Lay(Body({control, "73 32"})).positions.LinePosY[5];
-    };
-    EXPECT_EQ(firstStaffY("LCTOP=40"), 40); // read in the first pass, used by the second
-    EXPECT_EQ(firstStaffY("LCTOP=0"), 26);
-    EXPECT_EQ(firstStaffY("LCTOP=101"), 26);
-}
-
 TEST(Text, MeasureLabelLinesHaveAPlaceOnlyInWorkingView) {
     const auto sheet = Body({"L^Ms=1", "73 32"});
     EXPECT_EQ(Lay(sheet, 60, View::Page).positions.LinePosX[4], -1);
@@ -111,20 +85,6 @@ TEST(Page, DescriptionLinesAreCentredAboveTheStaves) {
     EXPECT_EQ(titles[1]->text, "Daramad");
     EXPECT_DOUBLE_EQ(titles[0]->x, (60 + 4) / 2.0);
     EXPECT_LT(titles[1]->y, 26 - 4 - titles[1]->size * 4); // above the first staff
-}
-
-TEST(Signs, ChordSymbolsSpellRootAndKind) {
-    const auto chordOf = [](const std::string& codes) {
-        for (const auto& it : Lay(Body({"73  8    " + codes})).list.items)
-            if (it.kind == ItemKind::Text && it.line == 4) return it.text;
-        return std::string("none");
-    };
-    EXPECT_EQ(chordOf("CA"), "D M");    // code 67: sharp spelling, index 2
-    EXPECT_EQ(chordOf("BJ"), "C# m7");  // kind "J": index 9
-    EXPECT_EQ(chordOf("OC"), "Db aug"); // from code 78 the flat spelling
-    EXPECT_EQ(chordOf("AA"), " ");      // a root code of 65 or 77 gives a blank
-    EXPECT_EQ(chordOf("MA"), " ");
-    EXPECT_EQ(chordOf("C "), "none"); // no kind: no chord
 }
 
 TEST(Signs, RepeatStartIsAHitTargetAndRepeatEndAtARowEndStaysOnTheOldRow) {

@@ -58,19 +58,5 @@ TEST(HitTargets, APointOnAHeadFindsItsLine) {
     EXPECT_EQ(LineAt(r, 1, 1), 0);
 }
 
-TEST(Measures, ElapsedSecondsSumsFullMeasuresAtTheTempo) {
-    // Two measures of 24 32nds: 2 x (24 / 8) x 60 / tempo seconds. The tempo is read by the
-    // player's rule: blanks are skipped, the keyword folds, a hidden mark keeps its value.
-    const struct {
-        const char* tempo;
-        double seconds;
-    } cases[] = {{"TEMPO60", 6}, {"TEMPO 7 2", 5}, {"tempo120", 3}, {"TEMPO-30", 12}};
-    for (const auto& c : cases) {
-        core::ScoreSheet sheet = test::MakeSheet({"       G", c.tempo, "RHYTM3/4"});
-        test::Repeat(sheet, "73  8", 6);
-        EXPECT_DOUBLE_EQ(test::Lay(sheet, 80).ElapsedSeconds, c.seconds) << c.tempo;
-    }
-}
-
 } // namespace
 } // namespace tahrir::render
