@@ -54,6 +54,26 @@ core::ScoreSheet BandsSheet() {
     return sheet;
 }
 
+// One beat of 2/4 on one pitch for each figure of sub-beams (full beams and stubs at each
+// level; lone members point back, the first of a group forward), a quarter, then a
+// measure of four 16ths with the last tied over and four more: two groups, never one of
+// eight.
+core::ScoreSheet BeamsSheet() {
+    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM2/4"}, false);
+    for (const char* beat : {"4 2 2", "2 2 4", "2 4 2", "6 2", "3 1 4", "1 1 2 4", "2 2 2 2"})
+        for (std::istringstream in(beat); in >> std::ws, !in.eof();) {
+            std::string d;
+            in >> d;
+            Repeat(sheet, "73" + std::string(3 - d.size(), ' ') + d);
+        }
+    Repeat(sheet, "73  8"); // the second beat, so that the 16ths fill one measure
+    for (const char* line : {"73  2", "73  2", "73  2", "73  2  TI", "73  2", "73  2", "73  2"})
+        Repeat(sheet, line);
+    Repeat(sheet, "73  2");
+    core::RhythmPass(sheet);
+    return sheet;
+}
+
 std::string Summary(const LayoutResult& r) {
     std::ostringstream out;
     out.precision(4);
@@ -80,7 +100,8 @@ TEST(Golden, SignsRowsBandsAndWorkingViews) {
                  {"rows", RowsSheet(), 45, View::Page, true},
                  {"bands", BandsSheet(), 70, View::Page, false},
                  {"rows_working", RowsSheet(), 45, View::Working, false},
-                 {"signs_working", SignsSheet(), 80, View::Working, false}};
+                 {"signs_working", SignsSheet(), 80, View::Working, false},
+                 {"beams", BeamsSheet(), 150, View::Page, false}};
     for (const auto& c : cases) {
         LayoutOptions o;
         o.PageWidthUnits = c.width, o.ViewMode = c.view, o.DxfEnabled = c.dxf;
