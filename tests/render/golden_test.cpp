@@ -3,11 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 
-#include "golden_text.h"
 #include "sheet_builder.h"
 
 namespace tahrir::render {
@@ -15,10 +12,6 @@ namespace {
 
 using test::MakeSheet;
 using test::Repeat;
-
-void ExpectGolden(const std::string& name, const std::string& actual) {
-    tahrir::test::ExpectGoldenText(std::string(TAHRIR_TEST_DATA) + "/render/" + name, actual);
-}
 
 // Signs of every family in two measures: key signature, repeat, volta, tie, beams, dots,
 // accidentals, a rest, a text line, a chord symbol, a tuplet and marks.
@@ -74,20 +67,6 @@ core::ScoreSheet BeamsSheet() {
     return sheet;
 }
 
-std::string Summary(const LayoutResult& r) {
-    std::ostringstream out;
-    out.precision(4);
-    out << "rows " << r.rows << "\nratios";
-    for (int i = 1; i <= r.rows; ++i)
-        out << ' ' << r.RowRatios[i];
-    out << "\nmeasures";
-    for (const auto& m : r.measures)
-        if (m.number > 0)
-            out << ' ' << m.number << '@' << m.x << ',' << m.y << (m.visible ? "" : "h");
-    out << '\n';
-    return out.str() + r.list.dump();
-}
-
 // Each name gives a dump file and, when the DXF stream is on, a DXF file.
 TEST(Golden, SignsRowsBandsAndWorkingViews) {
     const struct {
@@ -102,14 +81,47 @@ TEST(Golden, SignsRowsBandsAndWorkingViews) {
                  {"rows_working", RowsSheet(), 45, View::Working, false},
                  {"signs_working", SignsSheet(), 80, View::Working, false},
                  {"beams", BeamsSheet(), 150, View::Page, false}};
-    for (const auto& c : cases) {
-        LayoutOptions o;
-        o.PageWidthUnits = c.width, o.ViewMode = c.view, o.DxfEnabled = c.dxf;
-        o.ScoreFileName = "golden.srv";
-        const LayoutResult r = RefreshView(c.sheet, o);
-        ExpectGolden(std::string(c.name) + ".dump", Summary(r));
-        if (c.dxf) ExpectGolden(std::string(c.name) + ".dxf", r.dxf);
-    }
+    for (const auto& c : cases)
+        test::ExpectGoldenLayout(c.name, c.sheet, c.width, c.view, c.dxf);
+}
+
+// Small sheets, each pinning one decision of the walk.
+TEST(Golden, SingleDecisions) {
+    using test::Body;
+    const struct {
+        const char* name;
+        core::ScoreSheet sheet;
+        double width;
+        View view;
+        bool dxf;
+    } cases[] = {
+        // An unknown duration draws nothing and takes no time: the halves fill the measure,
+        // which is not over-full (no red) and has one final barline.
+        {"unknown_duration", Body({"73 10", "73 16", "73 16"}), 60, View::Page, false},
+        // The one-measure repeat draws its barline with number 0, which is label 1: the
+        // label of the first measure moves there rather than a second "1" appearing.
+        {"repeat_label", Body({"73 32", "REPB1", "73 32"}), 80, View::Page, false},
+        // The repeat start stands before the pen, which it then moves on by 2.
+        {"repeat_start", Body({"REP{", "73 32"}), 60, View::Page, false},
+        // A repeat end followed by a spacer draws no sign of its own but breaks the row;
+        // followed by a text it stands 5.5 over the staff base.
+        {"repeat_end_spacer", Body({"73 32", "REP}", "L  ", "73 32", "73 32"}), 60, View::Page,
+         false},
+        {"repeat_end_text", Body({"73 32", "REP}", "L^x", "73 32"}), 60, View::Page, false},
+        // The sign moves the pen 1.2 back from the barline: the next measure's number stands
+        // over it, and the pen is given back when the row goes on.
+        {"repeat_end_pen", Body({"73 32", "REP}", "L^x", "73 32", "73 32"}), 80, View::Page,
+         false},
+        // A measure label line has a place only in the working view.
+        {"label_line", Body({"L^Ms=1", "73 32"}), 60, View::Page, false},
+        {"label_line_working", Body({"L^Ms=1", "73 32"}), 60, View::Working, false},
+        // In the DXF drawing marks are their first letter: plectrum strokes at height 0.8,
+        // the accent and the trill at 1.2, all on the finger layer.
+        {"marks", Body({"73  8  7 ", "73  8  8 ", "73  8  AC", "73  8  TR"}), 60, View::Page,
+         true},
+    };
+    for (const auto& c : cases)
+        test::ExpectGoldenLayout(c.name, c.sheet, c.width, c.view, c.dxf);
 }
 
 } // namespace

@@ -14,28 +14,13 @@ namespace {
 
 using namespace test;
 
-LayoutResult Working(const core::ScoreSheet& sheet, double width) {
-    return Lay(sheet, width, View::Working);
-}
-
-// Glyphs with this text drawn at y, to within rounding.
-long GlyphsAt(const LayoutResult& r, const std::string& text, double y) {
-    return Count(r, [&](auto& it) {
-        return it.kind == ItemKind::Glyph && it.text == text && std::abs(it.y - y) < 1e-9;
-    });
-}
-
 // A regression: the time signature repeated at the head of a row moved the position of
 // the rhythm line that set it, so a click there found the line on a later row.
+// The golden dump shows the body's rhythm line at 15.8 on row 1, where its own sign is drawn.
 TEST(WorkingViewRows, ARepeatedTimeSignatureLeavesItsRhythmLineInPlace) {
     core::ScoreSheet sheet = Body({"RHYTM8/4"}, false);
     Repeat(sheet, "73  4", 16);
-    const LayoutResult r = Working(sheet, 50);
-    ASSERT_GE(r.rows, 2);
-    // The body's rhythm line stands at 15.8 on row 1, where its own sign is drawn.
-    EXPECT_NEAR(r.positions.LinePosX[4], 15.8, 1e-9);
-    EXPECT_EQ(r.positions.LinePosY[4], 26);
-    EXPECT_EQ(GlyphsAt(r, "8", 40 - 8.5), 1);
+    ExpectGoldenLayout("time_signature_rows", sheet, 50, View::Working);
 }
 
 // Eighths beamed in pairs across every barline of 2/4 (a dotted quarter opens the first
@@ -99,22 +84,10 @@ TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
         }
     }
 
-    // The first break in detail: which notes stay under a beam on either side of it.
-    const auto text = [](const LayoutResult& r, int line) {
-        const DisplayItem* it = GlyphOfLine(r, line);
-        return it ? it->text : std::string("(none)");
-    };
-    const LayoutResult two = Working(SixteenthsAfterQuarters(), 46);
-    EXPECT_EQ(two.positions.LinePosY[9], 26);
-    EXPECT_EQ(two.positions.LinePosY[10], 40);
-    for (int line : {8, 9, 10, 11})
-        EXPECT_EQ(text(two, line), "N") << line;
-    const LayoutResult one = Working(SixteenthsAfterQuarters(), 50);
-    EXPECT_EQ(one.positions.LinePosY[10], 26);
-    EXPECT_EQ(one.positions.LinePosY[11], 40);
-    for (int line : {8, 9, 10})
-        EXPECT_EQ(text(one, line), "N") << line;
-    EXPECT_EQ(text(one, 11), "x"); // alone on its row, with its flags
+    // The first break in detail, in the golden dumps: which notes stay under a beam on
+    // either side of it.
+    ExpectGoldenLayout("sixteenths_break_two_two", SixteenthsAfterQuarters(), 46, View::Working);
+    ExpectGoldenLayout("sixteenths_break_three_one", SixteenthsAfterQuarters(), 50, View::Working);
 }
 
 } // namespace

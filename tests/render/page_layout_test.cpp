@@ -17,26 +17,6 @@ bool IsBarline(const DisplayItem& it) {
            std::abs(it.y2 - it.y - 4) < 1e-9;
 }
 
-TEST(Notes, UnknownDurationDrawsNothingAndTakesNoTime) {
-    const auto r = Lay(Body({"73 10", "73 16", "73 16"}));
-    EXPECT_EQ(GlyphOfLine(r, 4), nullptr);
-    EXPECT_EQ(r.positions.LinePosX[4], -1);
-    // Only the two halves fill the measure: not over-full, one final barline.
-    EXPECT_EQ(Count(r, [](auto& it) { return it.kind == ItemKind::Stroke && it.colour == kRed; }),
-              0);
-    EXPECT_EQ(Find(r, ItemKind::Glyph, "[").size(), 1u);
-}
-
-TEST(Measures, ARepeatSignMovesTheLabelOfItsNumber) {
-    // The one-measure repeat draws its barline with number 0, which is label 1: the label
-    // of the first measure moves there rather than a second "1" appearing.
-    const auto r = Lay(Body({"73 32", "REPB1", "73 32"}), 80);
-    const auto ones = Find(r, ItemKind::MeasureLabel, "1");
-    ASSERT_EQ(ones.size(), 1u);
-    EXPECT_GT(ones[0]->x, r.positions.LinePosX[4]);
-    EXPECT_DOUBLE_EQ(ones[0]->x, r.measures[1].x);
-}
-
 TEST(Rows, TwoHundredRowsAndMoreDoNotOverrun) {
     core::ScoreSheet sheet = Body({});
     Repeat(sheet, "73 32", core::MaxLines - 3);
@@ -66,12 +46,6 @@ TEST(Rows, DrawingPassBreaksWhereTheMeasuringPassDid) {
     }
 }
 
-TEST(Text, MeasureLabelLinesHaveAPlaceOnlyInWorkingView) {
-    const auto sheet = Body({"L^Ms=1", "73 32"});
-    EXPECT_EQ(Lay(sheet, 60, View::Page).positions.LinePosX[4], -1);
-    EXPECT_NE(Lay(sheet, 60, View::Working).positions.LinePosX[4], -1);
-}
-
 TEST(Page, DescriptionLinesAreCentredAboveTheStaves) {
     LayoutOptions o;
     o.PageWidthUnits = 60;
@@ -85,40 +59,6 @@ TEST(Page, DescriptionLinesAreCentredAboveTheStaves) {
     EXPECT_EQ(titles[1]->text, "Daramad");
     EXPECT_DOUBLE_EQ(titles[0]->x, (60 + 4) / 2.0);
     EXPECT_LT(titles[1]->y, 26 - 4 - titles[1]->size * 4); // above the first staff
-}
-
-TEST(Signs, RepeatStartIsAHitTargetAndRepeatEndAtARowEndStaysOnTheOldRow) {
-    // The start sign stands before the pen, which it then moves on by 2 (times the stretch).
-    auto r = Lay(Body({"REP{", "73 32"}));
-    EXPECT_GT(r.positions.LinePosX[4], 0);
-    EXPECT_EQ(r.positions.LinePosY[4], 26);
-    EXPECT_GT(r.positions.LinePosX[5], r.positions.LinePosX[4] + 2 - 1e-9);
-
-    // "REP}" followed by a spacer draws no sign of its own but breaks the row.
-    r = Lay(Body({"73 32", "REP}", "L  ", "73 32", "73 32"}));
-    EXPECT_TRUE(Find(r, ItemKind::Glyph, "}").empty());
-    EXPECT_EQ(r.positions.LinePosY[7], 26 + 14);
-
-    r = Lay(Body({"73 32", "REP}", "L^x", "73 32"}));
-    const auto signs = Find(r, ItemKind::Glyph, "}");
-    ASSERT_EQ(signs.size(), 1u);
-    EXPECT_DOUBLE_EQ(signs[0]->y, 26 - 5.5);
-}
-
-TEST(Signs, RepeatEndTakesThePenBackBeforeTheRowDecision) {
-    // The sign moves the pen 1.2 back from the barline: the number of the next measure
-    // stands over the sign, and the pen is given back when the row goes on.
-    const auto r = Lay(Body({"73 32", "REP}", "L^x", "73 32", "73 32"}), 80);
-    const auto signs = Find(r, ItemKind::Glyph, "}");
-    const auto bar = std::find_if(r.list.items.begin(), r.list.items.end(), IsBarline);
-    ASSERT_EQ(signs.size(), 1u);
-    ASSERT_NE(bar, r.list.items.end());
-    EXPECT_NEAR(signs[0]->x, bar->x - 1.2, 1e-9);
-    EXPECT_NEAR(r.measures[2].x, bar->x - 1.2, 1e-9);
-    EXPECT_TRUE(r.measures[2].visible);
-    // Both measures share the row, the second after the full advance from the barline.
-    EXPECT_EQ(r.positions.LinePosY[8], 26);
-    EXPECT_GT(r.positions.LinePosX[8], bar->x);
 }
 
 TEST(Beams, StraightWithStemsEndingOnTheirOwnBeamAndSlopeLimited) {
@@ -161,17 +101,10 @@ TEST(Beams, StrayCodesKeepTheirStems) {
     EXPECT_EQ(Strokes(Lay(sheet), WidthClass::Stem), 16);
 }
 
-TEST(Dxf, NoStreamUnlessEnabledAndMarksAreTheirFirstLetterAtTheirHeight) {
+TEST(Dxf, NoStreamUnlessEnabled) {
     const LayoutResult off = Lay(Body({"73 32"}));
     EXPECT_TRUE(off.dxf.empty());
     EXPECT_TRUE(off.list.dxf.entities.empty());
-    const std::string dxf =
-        Lay(Body({"73  8  7 ", "73  8  8 ", "73  8  AC", "73  8  TR"}), 60, View::Page, true).dxf;
-    // Plectrum strokes at 0.8, the accent and the trill at 1.2, all on the finger layer.
-    for (const char* mark :
-         {"0.8\r\n  1\r\n7", "0.8\r\n  1\r\n8", "1.2\r\n  1\r\nA", "1.2\r\n  1\r\nT"})
-        EXPECT_NE(dxf.find(std::string(" 40\r\n") + mark + "\r\n"), std::string::npos) << mark;
-    EXPECT_EQ(dxf.find(" 40\r\n1.2\r\n  1\r\n7\r\n"), std::string::npos);
 }
 
 } // namespace

@@ -5,12 +5,14 @@
 #include <fstream>
 #include <initializer_list>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/rhythm_pass.h"
 #include "core/score_reader.h"
 #include "core/score_sheet.h"
+#include "golden_text.h"
 #include "render/page_layout.h"
 
 namespace tahrir::render::test {
@@ -98,6 +100,39 @@ inline int Occurrences(const std::string& text, const std::string& needle,
 // Flags drawn in a DXF stream.
 inline int DxfFlags(const std::string& dxf) {
     return Occurrences(dxf, "  1\r\nb\r\n");
+}
+
+// A layout as text: rows, row ratios, measure numbers, the place of each line that has
+// one, and the display list.
+inline std::string LayoutSummary(const LayoutResult& r) {
+    std::ostringstream out;
+    out.precision(4);
+    out << "rows " << r.rows << "\nratios";
+    for (int i = 1; i <= r.rows; ++i)
+        out << ' ' << r.RowRatios[i];
+    out << "\nmeasures";
+    for (const auto& m : r.measures)
+        if (m.number > 0)
+            out << ' ' << m.number << '@' << m.x << ',' << m.y << (m.visible ? "" : "h");
+    out << "\nlines";
+    for (int i = 1; i <= core::MaxLines; ++i)
+        if (r.positions.LinePosX[i] != -1)
+            out << ' ' << i << '@' << r.positions.LinePosX[i] << ',' << r.positions.LinePosY[i];
+    out << '\n';
+    return out.str() + r.list.dump();
+}
+
+// Compares the layout of `sheet` with the golden dump NAME.dump under the render test
+// data and, when `dxf` is set, its DXF stream with NAME.dxf.
+inline void ExpectGoldenLayout(const std::string& name, const core::ScoreSheet& sheet,
+                               double width, View view = View::Page, bool dxf = false) {
+    LayoutOptions o;
+    o.PageWidthUnits = width, o.ViewMode = view, o.DxfEnabled = dxf;
+    o.ScoreFileName = "golden.srv";
+    const LayoutResult r = RefreshView(sheet, o);
+    const std::string path = std::string(TAHRIR_TEST_DATA) + "/render/" + name;
+    tahrir::test::ExpectGoldenText(path + ".dump", LayoutSummary(r));
+    if (dxf) tahrir::test::ExpectGoldenText(path + ".dxf", r.dxf);
 }
 
 } // namespace tahrir::render::test
