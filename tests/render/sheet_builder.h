@@ -82,26 +82,6 @@ inline long Strokes(const LayoutResult& r, WidthClass width) {
     return Count(r, [&](auto& it) { return it.kind == ItemKind::Stroke && it.width == width; });
 }
 
-inline const DisplayItem* GlyphOfLine(const LayoutResult& r, int line) {
-    for (const auto& it : r.list.items)
-        if (it.kind == ItemKind::Glyph && it.line == line) return &it;
-    return nullptr;
-}
-
-// Occurrences of `needle` in `text`, at a line start when `atLineStart`.
-inline int Occurrences(const std::string& text, const std::string& needle,
-                       bool atLineStart = false) {
-    int n = 0;
-    for (auto p = text.find(needle); p != std::string::npos; p = text.find(needle, p + 1))
-        n += !atLineStart || p == 0 || text[p - 1] == '\n';
-    return n;
-}
-
-// Flags drawn in a DXF stream.
-inline int DxfFlags(const std::string& dxf) {
-    return Occurrences(dxf, "  1\r\nb\r\n");
-}
-
 // A layout as text: rows, row ratios, measure numbers, the place of each line that has
 // one, and the display list.
 inline std::string LayoutSummary(const LayoutResult& r) {
