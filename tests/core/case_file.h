@@ -1,15 +1,17 @@
 #pragma once
 // Cases kept as data, one a line: `name arg... expected`. Words are split at blanks; a word
-// in double quotes may hold blanks and the escapes \r \n \" \\ and \xNN. Blank lines and
-// lines starting with '#' are comments. Each name is a function of the runner that turns
-// the arguments into a text, which must equal the expected word.
+// in double quotes may hold blanks (but no quote), and any word the escapes \r \n \\ and
+// \xNN. Blank lines and lines starting with '#' are comments. Each name is a function of
+// the runner that turns the arguments into a text, which must equal the expected word.
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <fstream>
 #include <functional>
+#include <iomanip>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -17,37 +19,29 @@ namespace tahrir::test {
 
 using CaseFunction = std::function<std::string(const std::vector<std::string>&)>;
 
-// The words of one line; `ok` is false for an unclosed quote.
-inline std::vector<std::string> CaseWords(const std::string& line, bool& ok) {
-    std::vector<std::string> words;
-    ok = true;
-    for (std::size_t i = 0; i < line.size();) {
-        if (line[i] == ' ' || line[i] == '\t') {
-            ++i;
-        } else if (line[i] != '"') {
-            const std::size_t end = line.find_first_of(" \t", i);
-            words.push_back(line.substr(i, end - i));
-            i = end == std::string::npos ? line.size() : end;
+// A word with its escapes \r, \n and \xNN read; a backslash before any other character
+// stands for that character.
+inline std::string Unescaped(const std::string& word) {
+    std::string out;
+    for (std::size_t i = 0; i < word.size(); ++i) {
+        const char c = word[i] == '\\' && i + 1 < word.size() ? word[++i] : 0;
+        if (c == 'x' && i + 2 < word.size()) {
+            out += static_cast<char>(std::stoi(word.substr(i + 1, 2), nullptr, 16));
+            i += 2;
         } else {
-            std::string word;
-            for (++i; i < line.size() && line[i] != '"'; ++i) {
-                if (line[i] != '\\' || i + 1 >= line.size()) {
-                    word += line[i];
-                    continue;
-                }
-                const char c = line[++i];
-                if (c == 'x' && i + 2 < line.size()) {
-                    word += static_cast<char>(std::stoi(line.substr(i + 1, 2), nullptr, 16));
-                    i += 2;
-                } else {
-                    word += c == 'r' ? '\r' : c == 'n' ? '\n' : c;
-                }
-            }
-            ok = ok && i < line.size();
-            words.push_back(word);
-            ++i;
+            out += c == 0 ? word[i] : c == 'r' ? '\r' : c == 'n' ? '\n' : c;
         }
     }
+    return out;
+}
+
+// The words of one line; quotes are read with no escape of their own, so that the
+// backslashes reach Unescaped.
+inline std::vector<std::string> CaseWords(const std::string& line) {
+    std::istringstream in(line);
+    std::vector<std::string> words;
+    for (std::string word; in >> std::quoted(word, '"', '\x01');)
+        words.push_back(Unescaped(word));
     return words;
 }
 
@@ -60,11 +54,10 @@ inline void RunCaseFile(const std::string& file,
     std::string line;
     for (int number = 1; std::getline(in, line); ++number) {
         if (line.empty() || line[0] == '#') continue;
-        bool ok = false;
-        std::vector<std::string> words = CaseWords(line, ok);
+        std::vector<std::string> words = CaseWords(line);
         const std::string where = file + ":" + std::to_string(number) + ": " + line;
         const auto function = functions.find(words[0]);
-        if (!ok || words.size() < 2 || function == functions.end()) {
+        if (words.size() < 2 || function == functions.end()) {
             ADD_FAILURE() << "unreadable case at " << where;
             continue;
         }
