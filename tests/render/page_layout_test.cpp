@@ -65,15 +65,6 @@ TEST(Beams, StraightWithStemsEndingOnTheirOwnBeamAndSlopeLimited) {
                        60);
 }
 
-TEST(Beams, StrayCodesKeepTheirStems) {
-    // Codes a damaged file could leave: fifteen "C" in a row, then codes of other shapes.
-    core::ScoreSheet sheet = MakeSheet({"       G", "TEMPO60", "RHYTM32/4"}, false);
-    Repeat(sheet, "73  2 C", 15);
-    for (const char* stray : {"73  2 2", "73  4 9", "73  1 7"})
-        Repeat(sheet, stray);
-    EXPECT_EQ(Strokes(Lay(sheet), WidthClass::Stem), 16);
-}
-
 TEST(Dxf, NoStreamUnlessEnabled) {
     const LayoutResult off = Lay(Body({"73 32"}));
     EXPECT_TRUE(off.dxf.empty());
