@@ -122,6 +122,5 @@ TEST(LineView, ReadersOfSingleLinesAndWords) {
          {"farsi", [](const Args& a) { return FarsiToCp1256(a[0]); }},
          {"unscramble", [](const Args& a) { return UnscrambleLine(a[0]); }},
          {"filename", [](const Args& a) { return CheckFileName(a[0]).value_or("ok"); }},
-         {"recording",
-          [](const Args& a) { return CompanionRecording(a[0], std::stod(a[1])); }}});
+         {"recording", [](const Args& a) { return CompanionRecording(a[0], std::stod(a[1])); }}});
 }

@@ -107,15 +107,13 @@ TEST(Golden, WholeLayoutsMatchTheirDumps) {
         {"repeat_end_text", Body({"73 32", "REP}", "L^x", "73 32"}), 60, View::Page, false},
         // The sign moves the pen 1.2 back from the barline: the next measure's number stands
         // over it, and the pen is given back when the row goes on.
-        {"repeat_end_pen", Body({"73 32", "REP}", "L^x", "73 32", "73 32"}), 80, View::Page,
-         false},
+        {"repeat_end_pen", Body({"73 32", "REP}", "L^x", "73 32", "73 32"}), 80, View::Page, false},
         // A measure label line has a place only in the working view.
         {"label_line", Body({"L^Ms=1", "73 32"}), 60, View::Page, false},
         {"label_line_working", Body({"L^Ms=1", "73 32"}), 60, View::Working, false},
         // In the DXF drawing marks are their first letter: plectrum strokes at height 0.8,
         // the accent and the trill at 1.2, all on the finger layer.
-        {"marks", Body({"73  8  7 ", "73  8  8 ", "73  8  AC", "73  8  TR"}), 60, View::Page,
-         true},
+        {"marks", Body({"73  8  7 ", "73  8  8 ", "73  8  AC", "73  8  TR"}), 60, View::Page, true},
         // Codes a damaged file could leave: fifteen "C" in a row, then codes of other shapes;
         // every note keeps its stem (16 stems).
         {"stray_codes", StrayCodesSheet(), 60, View::Page, false},

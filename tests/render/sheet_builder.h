@@ -104,8 +104,8 @@ inline std::string LayoutSummary(const LayoutResult& r) {
 
 // Compares the layout of `sheet` with the golden dump NAME.dump under the render test
 // data and, when `dxf` is set, its DXF stream with NAME.dxf.
-inline void ExpectGoldenLayout(const std::string& name, const core::ScoreSheet& sheet,
-                               double width, View view = View::Page, bool dxf = false,
+inline void ExpectGoldenLayout(const std::string& name, const core::ScoreSheet& sheet, double width,
+                               View view = View::Page, bool dxf = false,
                                const std::string& description = {}) {
     LayoutOptions o;
     o.Description = description;
