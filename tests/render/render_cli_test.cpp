@@ -11,6 +11,7 @@
 #include <random>
 #include <utility>
 
+#include "../core/case_file.h"
 #include "golden_text.h"
 #include "temp_folder.h"
 
@@ -71,29 +72,26 @@ TEST_F(RenderCli, EachFormatWritesItsFile) {
 }
 
 TEST_F(RenderCli, BadInputsOptionsAndTargets) {
-    // Files that cannot be read or written: exit code 2, naming the path.
-    const std::pair<std::string, const char*> unusable[] = {
-        {"render " + Arg("absent.srv") + " -o " + Arg("x.png"), "absent.srv"},
-        {"layout " + Arg("absent.srv") + " --json", "absent.srv"},
-        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.png"), "no/such/folder"},
-        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.dxf"), "no/such/folder"},
-        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.pdf"), "no/such/folder"}};
-    for (const auto& [args, named] : unusable) {
-        const Run r = Cli(args);
-        EXPECT_EQ(r.code, 2) << args;
-        EXPECT_NE(r.err.find(named), std::string::npos) << r.err;
-    }
-    // Usage errors: exit code 1 with a message.
-    for (const std::string& args :
-         {"render " + Arg("one.srv") + " -o " + Arg("x.jpg"),
-          "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --view side",
-          "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --zoom none",
-          "layout " + Arg("one.srv") + " --json --width-units wide", "render " + Arg("one.srv"),
-          "layout " + Arg("one.srv"), "layout " + Arg("one.srv") + " --json --view 2"}) {
-        const Run r = Cli(args);
-        EXPECT_EQ(r.code, 1) << args;
-        EXPECT_FALSE(r.err.empty()) << args;
-    }
+    using Args = std::vector<std::string>;
+    const auto run = [this](const Args& a, std::size_t from) {
+        std::string args;
+        for (std::size_t i = from; i < a.size(); ++i)
+            args += (i > from ? " " : "") + (a[i][0] == '@' ? Arg(a[i].substr(1)) : a[i]);
+        return Cli(args);
+    };
+    ::tahrir::test::RunCaseFile(
+        std::string(TAHRIR_TEST_DATA) + "/render/cli_cases.txt",
+        {{"unusable",
+          [&](const Args& a) {
+              const Run r = run(a, 1);
+              return std::to_string(r.code) + (r.err.find(a[0]) == std::string::npos
+                                                   ? ", not naming " + a[0] + ": " + r.err
+                                                   : "");
+          }},
+         {"usage", [&](const Args& a) {
+              const Run r = run(a, 0);
+              return std::to_string(r.code) + (r.err.empty() ? ", no message" : "");
+          }}});
 }
 
 TEST_F(RenderCli, AnyBytesDrawWithoutFault) {
