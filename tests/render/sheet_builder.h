@@ -82,12 +82,12 @@ inline long Strokes(const LayoutResult& r, WidthClass width) {
     return Count(r, [&](auto& it) { return it.kind == ItemKind::Stroke && it.width == width; });
 }
 
-// A layout as text: rows, row ratios, measure numbers, the place of each line that has
-// one, and the display list.
+// A layout as text: rows and staff end, row ratios, measure numbers, the place of each line
+// that has one ("4@x,y") and where its drawing ends (">right"), and the display list.
 inline std::string LayoutSummary(const LayoutResult& r) {
     std::ostringstream out;
     out.precision(4);
-    out << "rows " << r.rows << "\nratios";
+    out << "rows " << r.rows << ", staff end " << r.staffEnd << "\nratios";
     for (int i = 1; i <= r.rows; ++i)
         out << ' ' << r.RowRatios[i];
     out << "\nmeasures";
@@ -95,9 +95,12 @@ inline std::string LayoutSummary(const LayoutResult& r) {
         if (m.number > 0)
             out << ' ' << m.number << '@' << m.x << ',' << m.y << (m.visible ? "" : "h");
     out << "\nlines";
-    for (int i = 1; i <= core::MaxLines; ++i)
-        if (r.positions.LinePosX[i] != -1)
-            out << ' ' << i << '@' << r.positions.LinePosX[i] << ',' << r.positions.LinePosY[i];
+    for (std::size_t i = 1; i <= core::MaxLines; ++i) {
+        const double right = i < r.LineRight.size() ? r.LineRight[i] : -1;
+        if (r.positions.LinePosX[i] == -1 && right == -1) continue;
+        out << ' ' << i << '@' << r.positions.LinePosX[i] << ',' << r.positions.LinePosY[i];
+        if (right != -1) out << '>' << right;
+    }
     out << '\n';
     return out.str() + r.list.dump();
 }
