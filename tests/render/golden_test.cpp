@@ -117,6 +117,25 @@ TEST(Golden, WholeLayoutsMatchTheirDumps) {
         // Codes a damaged file could leave: fifteen "C" in a row, then codes of other shapes;
         // every note keeps its stem (16 stems).
         {"stray_codes", StrayCodesSheet(), 60, View::Page, false},
+        // Alternating, rising and falling groups, and two groups side by side: four stems,
+        // each meeting a straight beam of its own group (which starts 0.02 right of an up
+        // stem, 0.04 of a down one) and no shorter than 3.2, a stem of its own; a beam rises
+        // at most a staff unit.
+        {"beam_alternating", Body({"13  2", "63  2", "13  2", "63  2"}), 60, View::Page, false},
+        {"beam_rising", Body({"13  2", "33  2", "53  2", "24  2"}), 60, View::Page, false},
+        {"beam_falling", Body({"24  2", "73  2", "24  2", "73  2"}), 60, View::Page, false},
+        {"beam_side_by_side", Body({"73  4", "13  4", "73  4", "13  4", "73 16"}), 60, View::Page,
+         false},
+        // Words over high beamed notes, over a tremolo and over a plain row: the text's box
+        // is clear of every head, stem, beam and mark of its row beneath it; text only ever
+        // rises from 7.5 over the staff base, and the heads under "words" lift it further.
+        {"text_over_beams", Body({"L^words", "24  2", "54  2", "34  2", "64  2", "73 16"}), 60,
+         View::Page, false},
+        {"text_over_tremolo", Body({"L^riz", "44  8  T ", "73 24"}), 60, View::Page, false},
+        {"text_over_plain_row", Body({"L-low", "13  8", "73 24"}), 60, View::Page, false},
+        // Where each line's drawing ends: behind its place, the 16th behind the eighth, and
+        // nothing for the header; the staff end is the page width.
+        {"line_right", Body({"73  8", "73 16", "L-words", "73  8"}), 60, View::Page, false},
     };
     for (const auto& c : cases)
         test::ExpectGoldenLayout(c.name, c.sheet, c.width, c.view, c.dxf);

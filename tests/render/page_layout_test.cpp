@@ -53,18 +53,6 @@ TEST(Page, DescriptionLinesAreCentredAboveTheStaves) {
                        "\xCF\xD1\xC2\xE3\xCF\r\nDaramad\r\n");
 }
 
-// Alternating, rising and falling groups, and two groups side by side. Each golden layout
-// shows four stems, each meeting a straight beam of its own group (which starts 0.02 right
-// of an up stem, 0.04 of a down one) and no shorter than 3.2, a stem of its own; a beam
-// rises at most a staff unit.
-TEST(Beams, StraightWithStemsEndingOnTheirOwnBeamAndSlopeLimited) {
-    ExpectGoldenLayout("beam_alternating", Body({"13  2", "63  2", "13  2", "63  2"}), 60);
-    ExpectGoldenLayout("beam_rising", Body({"13  2", "33  2", "53  2", "24  2"}), 60);
-    ExpectGoldenLayout("beam_falling", Body({"24  2", "73  2", "24  2", "73  2"}), 60);
-    ExpectGoldenLayout("beam_side_by_side", Body({"73  4", "13  4", "73  4", "13  4", "73 16"}),
-                       60);
-}
-
 TEST(Dxf, NoStreamUnlessEnabled) {
     const LayoutResult off = Lay(Body({"73 32"}));
     EXPECT_TRUE(off.dxf.empty());

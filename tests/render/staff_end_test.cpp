@@ -62,22 +62,6 @@ TEST(StaffEnd, NoDrawingOfDemosMelodiesOrRandomSheetsPassesIt) {
         }
 }
 
-// The golden layout shows where each line's drawing ends: behind its place, the 16th
-// behind the eighth, and nothing for the header; the staff end is the page width.
-TEST(StaffEnd, LineRightIsWhereTheLineDrawingEnds) {
-    ExpectGoldenLayout("line_right", Body({"73  8", "73 16", "L-words", "73  8"}), 60);
-}
-
-// Words over high beamed notes, over a tremolo and over a plain row. Each golden layout
-// shows the text's box clear of every head, stem, beam and mark of its row beneath it: text
-// only ever rises from 7.5 over the staff base, and the heads under "words" lift it further.
-TEST(TextOverTheStaff, StandsAboveWhatIsUnderIt) {
-    ExpectGoldenLayout("text_over_beams",
-                       Body({"L^words", "24  2", "54  2", "34  2", "64  2", "73 16"}), 60);
-    ExpectGoldenLayout("text_over_tremolo", Body({"L^riz", "44  8  T ", "73 24"}), 60);
-    ExpectGoldenLayout("text_over_plain_row", Body({"L-low", "13  8", "73 24"}), 60);
-}
-
 TEST(Pages, WholeRowsOnEachPageWithNumbersAndTheTitleFirst) {
     LayoutOptions o;
     o.Description = "Title\nSecond";
