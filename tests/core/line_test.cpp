@@ -121,6 +121,17 @@ TEST(LineView, ReadersOfSingleLinesAndWords) {
          {"measurecount", [](const Args& a) { return CaseNumber(ParseMeasureCount(a[0])); }},
          {"farsi", [](const Args& a) { return FarsiToCp1256(a[0]); }},
          {"unscramble", [](const Args& a) { return UnscrambleLine(a[0]); }},
+         {"input",
+          [](const Args& a) {
+              TextInput in(a[0]);
+              std::string out;
+              for (char step : a[1])
+                  out += "|" + (step == 'f'   ? in.readField()
+                                : step == 'l' ? in.readLine()
+                                : in.eof()    ? "end"
+                                              : "more");
+              return out.substr(1);
+          }},
          {"filename", [](const Args& a) { return CheckFileName(a[0]).value_or("ok"); }},
          {"recording", [](const Args& a) { return CompanionRecording(a[0], std::stod(a[1])); }}});
 }
