@@ -84,6 +84,7 @@ TEST(Golden, WholeLayoutsMatchTheirDumps) {
         double width;
         View view;
         bool dxf;
+        const char* description = "";
     } cases[] = {
         {"signs", SignsSheet(), 80, View::Page, true},
         {"rows", RowsSheet(), 45, View::Page, true},
@@ -136,9 +137,12 @@ TEST(Golden, WholeLayoutsMatchTheirDumps) {
         // Where each line's drawing ends: behind its place, the 16th behind the eighth, and
         // nothing for the header; the staff end is the page width.
         {"line_right", Body({"73  8", "73 16", "L-words", "73  8"}), 60, View::Page, false},
+        // The description's two lines centred at (60 + 4) / 2, the Persian one as Unicode,
+        // both above the first staff.
+        {"description", Body({"73 32"}), 60, View::Page, false, "\xCF\xD1\xC2\xE3\xCF\r\nDaramad\r\n"},
     };
     for (const auto& c : cases)
-        test::ExpectGoldenLayout(c.name, c.sheet, c.width, c.view, c.dxf);
+        test::ExpectGoldenLayout(c.name, c.sheet, c.width, c.view, c.dxf, c.description);
 }
 
 } // namespace

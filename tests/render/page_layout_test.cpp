@@ -46,13 +46,6 @@ TEST(Rows, DrawingPassBreaksWhereTheMeasuringPassDid) {
     }
 }
 
-// The golden dump shows the two lines centred at (60 + 4) / 2, the Persian one as Unicode,
-// both above the first staff.
-TEST(Page, DescriptionLinesAreCentredAboveTheStaves) {
-    ExpectGoldenLayout("description", Body({"73 32"}), 60, View::Page, false,
-                       "\xCF\xD1\xC2\xE3\xCF\r\nDaramad\r\n");
-}
-
 TEST(Dxf, NoStreamUnlessEnabled) {
     const LayoutResult off = Lay(Body({"73 32"}));
     EXPECT_TRUE(off.dxf.empty());
