@@ -139,7 +139,8 @@ TEST(Golden, WholeLayoutsMatchTheirDumps) {
         {"line_right", Body({"73  8", "73 16", "L-words", "73  8"}), 60, View::Page, false},
         // The description's two lines centred at (60 + 4) / 2, the Persian one as Unicode,
         // both above the first staff.
-        {"description", Body({"73 32"}), 60, View::Page, false, "\xCF\xD1\xC2\xE3\xCF\r\nDaramad\r\n"},
+        {"description", Body({"73 32"}), 60, View::Page, false,
+         "\xCF\xD1\xC2\xE3\xCF\r\nDaramad\r\n"},
     };
     for (const auto& c : cases)
         test::ExpectGoldenLayout(c.name, c.sheet, c.width, c.view, c.dxf, c.description);
