@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <sstream>
 
 #include "core/cp1256.h"
 #include "core/line_kind.h"
 #include "core/score_reader.h"
+#include "golden_text.h"
 #include "temp_folder.h"
 
 using namespace tahrir::core;
@@ -44,19 +44,11 @@ std::string Dump(const std::string& bytes) {
 } // namespace
 
 TEST(ReaderCorpus, EveryScoreMatchesItsGoldenDump) {
-    const bool update = std::getenv("TAHRIR_UPDATE_GOLDEN") && std::string(std::getenv("TAHRIR_UPDATE_GOLDEN")) == "1";
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(kCorpus / "scores")) {
         const auto golden = kCorpus / "golden" / (entry.path().stem().string() + ".txt");
-        const std::string dump = Dump(ReadBytes(entry.path()));
+        ExpectGoldenText(golden.string(), Dump(ReadBytes(entry.path())));
         ++files;
-        if (update) {
-            std::filesystem::create_directories(golden.parent_path());
-            WriteBytes(golden, dump);
-            continue;
-        }
-        ASSERT_TRUE(std::filesystem::exists(golden)) << golden << ": run with TAHRIR_UPDATE_GOLDEN=1";
-        EXPECT_EQ(dump, ReadBytes(golden)) << entry.path().filename();
     }
     EXPECT_GE(files, 5);
 }

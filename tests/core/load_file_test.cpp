@@ -9,14 +9,6 @@
 using namespace tahrir::core;
 using namespace tahrir::test;
 
-TEST(LoadFile, NamesOfTheScoreAndItsRecording) {
-    EXPECT_EQ(CheckFileName("/scores/wh?t.srv"), "Can't read File Name");
-    EXPECT_FALSE(CheckFileName("/scores/what.srv"));
-    EXPECT_EQ(CompanionRecording("/m/Song.srv", 72), "/m/Song-T72.Wav");
-    EXPECT_EQ(CompanionRecording("/m/Song.SRV", 60), "/m/Song-T60.Wav");
-    EXPECT_EQ(CompanionRecording("/m/Song", 90.5), "/m/Song-T90.5.Wav");
-}
-
 TEST(LoadFile, RecentListRules) {
     TempFolder folder;
     const auto list = folder / "RecentList.TXT";

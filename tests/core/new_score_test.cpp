@@ -2,6 +2,7 @@
 
 #include <deque>
 
+#include "case_file.h"
 #include "core/cp1256.h"
 #include "core/new_score.h"
 #include "core/page_store.h"
@@ -70,31 +71,17 @@ TEST(NewScore, DefaultsMakeOneMeasureOfFourBeats) {
     EXPECT_EQ(page[9].text(), Scratch("03  8"));
 }
 
-TEST(NewScore, AnswersAreCorrectedByTheTable) {
-    const Document fast = Made({"500", "4/4", "1"});
-    EXPECT_EQ(fast.Sheet[2].text(), "TEMPO500") << "the tempo bound never fires";
-    EXPECT_EQ(fast.PlayTempo, 500);
-    const std::pair<const char*, const char*> rhythms[] = {
-        {"7/8", "RHYTM4/8"}, {"6", "RHYTM6/4"},         {"3/5", "RHYTM3/4"},
-        {"1/16", "RHYTM4/16"}, {" 2 / 16", "RHYTM2/4"}, // two characters after "/"
-    };
-    for (const auto& [typed, line] : rhythms)
-        EXPECT_EQ(Made({"60", typed, "1"}).Sheet[3].text(), line) << typed;
-    for (const auto& [typed, count] :
-         {std::pair{"0", 1}, {"1001", 1}, {"1000", 1000}, {"many", 1}})
-        EXPECT_EQ(ParseMeasureCount(typed), count) << typed;
-}
-
-TEST(NewScore, RestPerBeatFollowsTheDenominator) {
-    const Document eighths = Made({"60", "3/8", "2"});
-    // Two measures of 3/8: bar, label, three eighth rests each.
-    EXPECT_EQ(eighths.Sheet.LastLine, 3 + 2 * 5);
-    const std::string rest = "03  4    ";
-    EXPECT_EQ(SheetText(eighths.Sheet, 6, 13),
-              (std::vector<std::string>{rest, rest, rest, "03 -1                 ", "L^Ms=2", rest,
-                                        rest, rest}));
-    EXPECT_EQ(Made({"60", "2/2", "1"}).Sheet[6].text(), "03 16    ");
-    EXPECT_EQ(Made({"60", "5/16", "1"}).Sheet[8].text(), "03  2    ");
+TEST(NewScore, AnswersAreCorrectedByTheTableAndRestsFollowTheDenominator) {
+    EXPECT_EQ(Made({"500", "4/4", "1"}).PlayTempo, 500);
+    using Args = std::vector<std::string>;
+    RunCaseFile(std::string(TAHRIR_TEST_DATA) + "/core/new_scores.txt",
+                {{"line",
+                  [](const Args& a) {
+                      return Made({a[0], a[1], a[2]}).Sheet[std::stoi(a[3])].text();
+                  }},
+                 {"lastline", [](const Args& a) {
+                      return std::to_string(Made({a[0], a[1], a[2]}).Sheet.LastLine);
+                  }}});
 }
 
 TEST(NewScore, CancelLeavesABlankSheet) {

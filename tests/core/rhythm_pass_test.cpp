@@ -3,9 +3,12 @@
 #include <string>
 #include <vector>
 
+#include "case_file.h"
 #include "core/rhythm_pass.h"
 
 using namespace tahrir::core;
+using tahrir::test::CaseNumber;
+using tahrir::test::RunCaseFile;
 
 namespace {
 
@@ -86,53 +89,33 @@ TEST(RhythmPass, EveryDivisionOfABeatIsOneGroup) {
     }
 }
 
-TEST(ReadMeasure, LengthAndCompoundTime) {
-    // "1/3" keeps the integer part of 10.67; a six-letter spelling ("M4/4") reads 0.
-    const std::tuple<const char*, float, bool> cases[] = {
-        {"4/4", 32, false},  {"3/8", 12, false},        {"6/8", 24, true},
-        {"12/16", 24, true}, {"9/16", 18, false},       {"1/3", 10, false},
-        {"32/32", 32, false}, {"4/0", kNoBarCheck, false}, {"0/4", kNoBarCheck, false},
-        {"M4/4", kNoBarCheck, false}, {"-3/4", kNoBarCheck, false}, {"", kNoBarCheck, false}};
-    for (const auto& [text, ticks, compound] : cases) {
-        EXPECT_EQ(ReadMeasure(text).MeasureTicks, ticks) << text;
-        EXPECT_EQ(ReadMeasure(text).CompoundMeasure, compound) << text;
-    }
+// Measure lengths and beam codes, each case a line of the data file.
+TEST(RhythmPass, MeasuresAndBeamCodesOfTheCaseFile) {
+    using Args = std::vector<std::string>;
+    RunCaseFile(std::string(TAHRIR_TEST_DATA) + "/core/rhythm.txt",
+                {{"measure",
+                  [](const Args& a) {
+                      const Measure m = ReadMeasure(a[0]);
+                      return (m.MeasureTicks == kNoBarCheck ? "none" : CaseNumber(m.MeasureTicks)) +
+                             (m.CompoundMeasure ? " compound" : "");
+                  }},
+                 {"beams", [](const Args& a) {
+                      std::vector<std::string> music;
+                      for (std::size_t i = 1; i < a.size(); ++i) {
+                          const auto colon = a[i].find(':');
+                          const bool note = a[i].find_first_not_of("0123456789") >= colon;
+                          music.push_back(!note ? a[i]
+                                          : colon == std::string::npos
+                                              ? Note(std::stoi(a[i]))
+                                              : Note(std::stoi(a[i]), a[i].substr(colon + 1)));
+                      }
+                      ScoreSheet sheet = MakeSheet(a[0], music);
+                      RhythmPass(sheet);
+                      return Codes(sheet);
+                  }}});
 }
 
-TEST(RhythmPass, CommonFiguresGroupByTheBeat) {
-    const std::tuple<const char*, std::vector<int>, const char*> cases[] = {
-        {"4/4", {4, 4, 4, 4, 4, 4, 4, 4}, "CcCcCcCc"},
-        {"6/8", {4, 4, 4, 4, 4, 4}, "CCcCCc"},
-        {"2/4", {2, 2, 2, 2, 2, 2, 2, 2}, "CCCcCCCc"},
-        {"2/4", {6, 2, 2, 6}, "C2C4"},    // dotted eighth with its sixteenth
-        {"2/4", {4, 2, 2, 2, 2, 4}, "CCcCCc"}, // an eighth and two 16ths make one beat
-        {"4/4", {2, 4, 4, 2}, "C4  "},    // 2 + 4 fill six 32nds; the next eighth would cross
-        {"4/4", {8, 4, 4, 16}, " Cc "},
-        {"3/8", {4, 4, 4, 4, 4, 4}, "Cc Cc "}, // not compound: a beat of 8, then the 4 left
-        {"1/8", {4, 4}, "  "},            // a measure of one eighth
-        {"4/0", {4, 4, 4, 4}, "CcCc"},    // no bar check: beats of 8 run on
-        {"2/4", {1, 1, 1, 1, 1, 1, 1, 1}, "CCCcCCCc"}, // four notes at most to a group
-    };
-    for (const auto& [rhythm, durations, codes] : cases)
-        EXPECT_EQ(Beamed(rhythm, durations), codes) << rhythm << " from " << durations[0];
-}
-
-TEST(RhythmPass, GroupsStopAtRestsBarlinesGraceNotesDirectivesAndTuplets) {
-    // The barline restarts the count, so the 16ths after it start a beat. Three eighths
-    // marked "L3" fill one beat of 2/4; a tuplet never joins a group begun before it.
-    const std::pair<std::vector<std::string>, const char*> cases[] = {
-        {{Note(4), "03  4    ", Note(4), "03 -1", Note(2), Note(2), "14 -1", Note(2), Note(2),
-          "TEMPO 90", Note(4), Note(4)},
-         "    Cc Cc|Cc"},
-        {{Note(4, "L3"), Note(4), Note(4), Note(4), Note(4)}, "CCcCc"},
-        {{Note(2), Note(2, "L3"), Note(2), Note(2), Note(4)}, " CCc "},
-    };
-    for (const auto& [music, codes] : cases) {
-        ScoreSheet sheet = MakeSheet("2/4", music);
-        RhythmPass(sheet);
-        EXPECT_EQ(Codes(sheet), codes);
-    }
-    // Lines behind LastLine are stale: the look-ahead never reads them.
+TEST(RhythmPass, LinesBehindTheLastAreStaleAndNeverRead) {
     ScoreSheet cut = NoteSheet("2/4", {2, 2, 2, 2});
     cut.LastLine = 6;
     RhythmPass(cut);
@@ -150,23 +133,6 @@ TEST(RhythmPass, StoredCodesAreBlankedAndOtherColumnsKept) {
     // Line 6 keeps "C" because it is recomputed, not kept.
     EXPECT_EQ(lines, (std::vector<std::string>{"DBSKNDBG  ", "14  8   TR", "03  8  ", "14  4 C",
                                                "14  4 c", "L_abcdefgh", "TEMPO 120"}));
-}
-
-TEST(RhythmPass, RhythmChangesMidScore) {
-    auto run = [](const std::string& change) {
-        std::vector<std::string> music(6, Note(4));
-        music.push_back("03 -1");
-        music.push_back(change);
-        music.insert(music.end(), 6, Note(4));
-        ScoreSheet sheet = MakeSheet("3/8", music);
-        RhythmPass(sheet);
-        return Codes(sheet);
-    };
-    // 3/8 beams 8 + 4: two eighths, then one alone.
-    EXPECT_EQ(run("RHYTM6/8"), "Cc Cc  |CCcCCc");
-    EXPECT_EQ(run("RHITM6/8"), "Cc Cc  |CCcCCc");
-    EXPECT_EQ(run("RHYTHM6/8"), "Cc Cc  |CcCcCc") << "six letters: numerator 0, bar check off";
-    EXPECT_EQ(run("RHITHM6/8"), "Cc Cc  |Cc Cc ") << "not a rhythm change here: 3/8 goes on";
 }
 
 TEST(RhythmPass, FullSheetAndRepeatedRuns) {

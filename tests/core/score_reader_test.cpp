@@ -70,24 +70,11 @@ TEST_F(Reader, CurrentGenerationLoadsEveryLineAndFillsThePageStore) {
     EXPECT_EQ(page[6].text(), Scratch("13  4"));
 }
 
-TEST_F(Reader, MarkerDescriptionOfAnSv5FileAndBuiltInFiles) {
-    // An Sv5 file whose description is the marker reads one more field.
-    const auto both =
-        load("\"Sv5\"\r\n\"Sorvan4 SRV File\"\r\n\"real\"\r\n       G\r\nTEMPO 60\r\n");
-    EXPECT_EQ(both.doc.Description, "real");
-    EXPECT_EQ(both.doc.Sheet.LastLine, 2);
+TEST_F(Reader, BuiltInFilesAreAlreadyInTheCodePage) {
     // A built-in file is already in code page 1256 and needs no conversion.
     const std::string header = "\xE1\xC7<x";
     EXPECT_EQ(load(OldestFile(header, kHead), "DO1DO6").doc.Description, header);
     EXPECT_NE(load(OldestFile(header, kHead), "DO1DO7").doc.Description, header);
-}
-
-TEST(Unscramble, BlanksStayAndBytesWrap) {
-    EXPECT_EQ(UnscrambleLine(""), " ");
-    EXPECT_EQ(UnscrambleLine("\" "), "  ");
-    // 'A' (65) at position 1 loses 11; the byte wraps instead of failing.
-    EXPECT_EQ(UnscrambleLine("A"), "6");
-    EXPECT_EQ(UnscrambleLine("\x01"), "\xF6");
 }
 
 TEST_F(Reader, TempoLinesAndLaterLinesStoredBeforeTheyAreClassified) {
@@ -106,31 +93,6 @@ TEST_F(Reader, TempoLinesAndLaterLinesStoredBeforeTheyAreClassified) {
     const auto minusTwo = load(Sv5File("d", {"       G", "TEMPO-2", "RHYTM4/4"}));
     EXPECT_EQ(minusTwo.doc.CurrentTempo, 2);
     EXPECT_EQ(minusTwo.doc.InitialTempo, 2);
-    const auto spacers =
-        load(Sv5File("d", {"       G", "TEMPO 60", "RHYTM4/4", "", "   ", "13  8"}));
-    EXPECT_EQ(spacers.result.status, LoadStatus::Complete) << "empty lines become spacers";
-    EXPECT_EQ(SheetText(spacers.doc.Sheet, 4, 5), std::vector(2, Pad22("L        ")));
-    EXPECT_EQ(spacers.doc.Sheet.LastLine, 6);
-}
-
-TEST(ReaderTidy, PadsAndBlanksTheStoredBeamCode) {
-    const std::string longLine = "13  8 CTR" + std::string(30, 'x');
-    Document doc;
-    const LoadResult result =
-        ParseScore(Sv5File("d", {"BKSDNBKG", "TEMPO 60C", "RHYTM4/4C", "13  4 C", "13  4 cAC",
-                                 "RHITHM6/8", "L^Ms=12", longLine, "ALL5DxyZ"}),
-                   false, doc);
-    EXPECT_EQ(result.status, LoadStatus::Complete) << "the header counts as read";
-    // Column 7 of line 1 is the Si and tempo lines keep theirs; a note line is padded first,
-    // then blanked; the six-letter rhythm spelling is not spared.
-    EXPECT_EQ(
-        SheetText(doc.Sheet, 1, 7),
-        (std::vector{Scratch("BKSDNBKG"), Pad22("TEMPO 60C"), Pad22("RHYTM4/4C"), Pad22("13  4"),
-                     Pad22("13  4  AC"), Pad22("RHITHM /8"), Pad22("L^Ms=12")}));
-    EXPECT_EQ(doc.Sheet[9].text(), Pad22("ALL5Dx Z"));
-    // A long line stays whole in memory; the 32-column cut comes at save.
-    EXPECT_EQ(doc.Sheet[8].size(), longLine.size());
-    EXPECT_EQ(doc.Sheet[8].field(6, 4), "  TR");
 }
 
 TEST_F(Reader, MoreThan2048LinesLeavesTheOpenScoreUntouched) {

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "sheet_builder.h"
 
 namespace tahrir::render {
@@ -14,28 +12,13 @@ namespace {
 
 using namespace test;
 
-LayoutResult Working(const core::ScoreSheet& sheet, double width) {
-    return Lay(sheet, width, View::Working);
-}
-
-// Glyphs with this text drawn at y, to within rounding.
-long GlyphsAt(const LayoutResult& r, const std::string& text, double y) {
-    return Count(r, [&](auto& it) {
-        return it.kind == ItemKind::Glyph && it.text == text && std::abs(it.y - y) < 1e-9;
-    });
-}
-
 // A regression: the time signature repeated at the head of a row moved the position of
 // the rhythm line that set it, so a click there found the line on a later row.
+// The golden dump shows the body's rhythm line at 15.8 on row 1, where its own sign is drawn.
 TEST(WorkingViewRows, ARepeatedTimeSignatureLeavesItsRhythmLineInPlace) {
     core::ScoreSheet sheet = Body({"RHYTM8/4"}, false);
     Repeat(sheet, "73  4", 16);
-    const LayoutResult r = Working(sheet, 50);
-    ASSERT_GE(r.rows, 2);
-    // The body's rhythm line stands at 15.8 on row 1, where its own sign is drawn.
-    EXPECT_NEAR(r.positions.LinePosX[4], 15.8, 1e-9);
-    EXPECT_EQ(r.positions.LinePosY[4], 26);
-    EXPECT_EQ(GlyphsAt(r, "8", 40 - 8.5), 1);
+    ExpectGoldenLayout("time_signature_rows", sheet, 50, View::Working);
 }
 
 // Eighths beamed in pairs across every barline of 2/4 (a dotted quarter opens the first
@@ -62,91 +45,25 @@ core::ScoreSheet SixteenthsAfterQuarters() {
     return sheet;
 }
 
+// Each golden layout shows: at least two rows; both ends of every beam on the same row
+// (rows stand 14 apart); every head under a beam ("N") with its stem and a note left alone
+// with its flags ("e" one, "x" two), on the screen and in the DXF drawing alike; in the page
+// view each row end splitting a pair into two notes that stand alone; and at the first
+// break which notes stay under a beam on either side of it.
 TEST(BeamsAtRowEnds, AGroupOpenAtARowEndIsDrawnThereAndTheRestStartsANewOne) {
-    struct Case {
-        const char* what;
+    const struct {
+        const char* name;
         core::ScoreSheet sheet;
         double width;
         View view;
+    } cases[] = {
+        {"sixteenths_break_two_two", SixteenthsAfterQuarters(), 46, View::Working},
+        {"sixteenths_break_three_one", SixteenthsAfterQuarters(), 50, View::Working},
+        {"pairs_across_barlines", PairsAcrossBarlines(), 45, View::Page},
+        {"pairs_across_barlines_working", PairsAcrossBarlines(), 45, View::Working},
     };
-    const Case cases[] = {
-        {"sixteenths split two and two", SixteenthsAfterQuarters(), 46, View::Working},
-        {"sixteenths split three and one", SixteenthsAfterQuarters(), 50, View::Working},
-        {"pairs across barlines, page view", PairsAcrossBarlines(), 45, View::Page},
-        {"pairs across barlines, working view", PairsAcrossBarlines(), 45, View::Working},
-    };
-    for (const Case& c : cases) {
-        const LayoutResult r = Lay(c.sheet, c.width, c.view, true);
-        ASSERT_GE(r.rows, 2) << c.what;
-        int beamedHeads = 0, flagged = 0, flags = 0;
-        for (const DisplayItem& it : r.list.items) {
-            // Rows stand 14 apart: both ends of a beam lie on the same one.
-            if (it.kind == ItemKind::Stroke && it.width == WidthClass::Beam) {
-                EXPECT_LT(std::abs(it.y2 - it.y), 7) << c.what << ": beam at " << it.x;
-            }
-            if (it.kind != ItemKind::Glyph || it.line <= 0 || it.text.empty()) continue;
-            const char head = it.text[0];
-            const int n = head == 'e' || head == 'E' ? 1 : head == 'x' || head == 'X' ? 2 : 0;
-            beamedHeads += head == 'N', flagged += n > 0, flags += n;
-        }
-        // Every head under a beam has its stem; a note left alone has its flag instead, on
-        // the screen and in the DXF drawing alike.
-        EXPECT_EQ(Strokes(r, WidthClass::Stem), beamedHeads) << c.what;
-        EXPECT_EQ(DxfFlags(r.dxf), flags) << c.what;
-        // Each row end of the page view splits a pair into two notes that stand alone.
-        if (c.view == View::Page) {
-            EXPECT_EQ(flagged, 2 * (r.rows - 1)) << c.what;
-        }
-    }
-
-    // The first break in detail: which notes stay under a beam on either side of it.
-    const auto text = [](const LayoutResult& r, int line) {
-        const DisplayItem* it = GlyphOfLine(r, line);
-        return it ? it->text : std::string("(none)");
-    };
-    const LayoutResult two = Working(SixteenthsAfterQuarters(), 46);
-    EXPECT_EQ(two.positions.LinePosY[9], 26);
-    EXPECT_EQ(two.positions.LinePosY[10], 40);
-    for (int line : {8, 9, 10, 11})
-        EXPECT_EQ(text(two, line), "N") << line;
-    const LayoutResult one = Working(SixteenthsAfterQuarters(), 50);
-    EXPECT_EQ(one.positions.LinePosY[10], 26);
-    EXPECT_EQ(one.positions.LinePosY[11], 40);
-    for (int line : {8, 9, 10})
-        EXPECT_EQ(text(one, line), "N") << line;
-    EXPECT_EQ(text(one, 11), "x"); // alone on its row, with its flags
-}
-
-// The numbers that the page shows, in order.
-std::vector<int> Shown(const LayoutResult& r) {
-    std::vector<int> numbers;
-    for (const MeasureLabel& m : r.measures)
-        if (m.number > 0 && m.visible) numbers.push_back(m.number);
-    return numbers;
-}
-
-TEST(MeasureLabels, ThePageNumbersEachMeasureOnceAndNothingAfterTheLast) {
-    struct Case {
-        const char* what;
-        std::vector<std::string> body;
-        std::vector<int> shown;
-    };
-    const std::vector<Case> cases = {
-        {"two full measures", {"73 32", "73 32"}, {1, 2}},
-        {"a closing barline record, as new scores and the demos end",
-         {"03 -1", "L^Ms=1", "73 32", "03 -1", "L^Ms=2", "73 32", "03 -1"},
-         {1, 2}},
-        {"a measure begun after the last barline", {"73 32", "73 32", "73  8"}, {1, 2, 3}},
-        {"no barline at all", {"73  8"}, {1}},
-    };
-    for (const Case& c : cases) {
-        core::ScoreSheet sheet = Body({}, false);
-        for (const std::string& line : c.body)
-            Repeat(sheet, line);
-        for (View view : {View::Page, View::Working})
-            EXPECT_EQ(Shown(Lay(sheet, 80, view)), c.shown)
-                << c.what << (view == View::Page ? ", page view" : ", working view");
-    }
+    for (const auto& c : cases)
+        ExpectGoldenLayout(c.name, c.sheet, c.width, c.view, true);
 }
 
 } // namespace

@@ -5,14 +5,14 @@
 
 #include <sys/wait.h>
 
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <utility>
 
+#include "../core/case_file.h"
+#include "golden_text.h"
 #include "temp_folder.h"
 
 namespace tahrir::render {
@@ -53,55 +53,45 @@ protected:
     ::tahrir::test::TempFolder m_dir;
 };
 
+// The golden DXF drawing opens with the title at half the page less 6 (A4's 11906 twips at
+// zoom 3 / 5, 250 twips a unit, less the margin of 4, is 75.3733 units, so x = 31.69) on
+// the finger layer; then the score's name.
 TEST_F(RenderCli, EachFormatWritesItsFile) {
-    const struct {
-        const char* name;
-        std::string head;
-    } formats[] = {{"page.png", "\x89PNG"},
-                   {"page.pdf", "%PDF"},
-                   {"page.svg", "<?xml"},
-                   {"page.dxf", " 0 \r\nSECTION\r\n 2 \r\nENTITIES\r\n 0 \r\nTEXT\r\n8\r\n"
-                                "finger\r\n 10\r\n"}};
-    for (const auto& f : formats) {
-        const Run r = Cli("render " + Arg("one.srv") + " -o " + Arg(f.name));
-        EXPECT_EQ(r.code, 0) << f.name << ": " << r.err;
-        EXPECT_EQ(ReadBytes(Path(f.name)).substr(0, f.head.size()), f.head) << f.name;
+    const std::pair<const char*, std::string> formats[] = {
+        {"page.png", "\x89PNG"}, {"page.pdf", "%PDF"}, {"page.svg", "<?xml"}, {"page.dxf", ""}};
+    for (const auto& [name, head] : formats) {
+        const Run r = Cli("render " + Arg("one.srv") + " -o " + Arg(name));
+        EXPECT_EQ(r.code, 0) << name << ": " << r.err;
+        EXPECT_EQ(ReadBytes(Path(name)).substr(0, head.size()), head) << name;
     }
     EXPECT_NE(ReadBytes(Path("page.svg")).find("<svg"), std::string::npos);
-    // The DXF title at half the page less 6: A4's 11906 twips at zoom 3 / 5, 250 twips a
-    // unit, less the margin of 4, is 75.3733 units, so x = 31.69; then the score's name.
-    const std::string dxf = ReadBytes(Path("page.dxf"));
-    EXPECT_NE(dxf.find("finger\r\n 10\r\n31.69\r\n 20\r\n220.\r\n 30\r\n0.0\r\n"),
-              std::string::npos);
-    EXPECT_NE(dxf.find("  1\r\none.srv\r\n  7\r\nITALICC\r\n  0\r\n"), std::string::npos);
+    ::tahrir::test::ExpectGoldenText(std::string(TAHRIR_TEST_DATA) + "/render/one_page.dxf",
+                                     ReadBytes(Path("page.dxf")));
     // Only the .dxf asks for the stream: the page files leave no drawing beside them.
     EXPECT_FALSE(fs::exists(Path("one.srvDXF")));
 }
 
 TEST_F(RenderCli, BadInputsOptionsAndTargets) {
-    // Files that cannot be read or written: exit code 2, naming the path.
-    const std::pair<std::string, const char*> unusable[] = {
-        {"render " + Arg("absent.srv") + " -o " + Arg("x.png"), "absent.srv"},
-        {"layout " + Arg("absent.srv") + " --json", "absent.srv"},
-        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.png"), "no/such/folder"},
-        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.dxf"), "no/such/folder"},
-        {"render " + Arg("one.srv") + " -o " + Arg("no/such/folder/x.pdf"), "no/such/folder"}};
-    for (const auto& [args, named] : unusable) {
-        const Run r = Cli(args);
-        EXPECT_EQ(r.code, 2) << args;
-        EXPECT_NE(r.err.find(named), std::string::npos) << r.err;
-    }
-    // Usage errors: exit code 1 with a message.
-    for (const std::string& args :
-         {"render " + Arg("one.srv") + " -o " + Arg("x.jpg"),
-          "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --view side",
-          "render " + Arg("one.srv") + " -o " + Arg("x.png") + " --zoom none",
-          "layout " + Arg("one.srv") + " --json --width-units wide", "render " + Arg("one.srv"),
-          "layout " + Arg("one.srv"), "layout " + Arg("one.srv") + " --json --view 2"}) {
-        const Run r = Cli(args);
-        EXPECT_EQ(r.code, 1) << args;
-        EXPECT_FALSE(r.err.empty()) << args;
-    }
+    using Args = std::vector<std::string>;
+    const auto run = [this](const Args& a, std::size_t from) {
+        std::string args;
+        for (std::size_t i = from; i < a.size(); ++i)
+            args += (i > from ? " " : "") + (a[i][0] == '@' ? Arg(a[i].substr(1)) : a[i]);
+        return Cli(args);
+    };
+    ::tahrir::test::RunCaseFile(
+        std::string(TAHRIR_TEST_DATA) + "/render/cli_cases.txt",
+        {{"unusable",
+          [&](const Args& a) {
+              const Run r = run(a, 1);
+              return std::to_string(r.code) + (r.err.find(a[0]) == std::string::npos
+                                                   ? ", not naming " + a[0] + ": " + r.err
+                                                   : "");
+          }},
+         {"usage", [&](const Args& a) {
+              const Run r = run(a, 0);
+              return std::to_string(r.code) + (r.err.empty() ? ", no message" : "");
+          }}});
 }
 
 TEST_F(RenderCli, AnyBytesDrawWithoutFault) {
@@ -135,40 +125,17 @@ TEST_F(RenderCli, PageWidthOutOfRangeBecomesHundred) {
     EXPECT_NE(Layout("one.srv", " --width-units 50").out, hundred.out);
 }
 
+// The golden JSON: one row; the staves end at A4's 11906 twips at zoom 3 / 5, 250 twips a
+// unit, less the margin of 4; the row measures 25.8 of it (clef and row start 10, the header
+// 0.8, the time signature 5, the whole note 8, the barline 2). The whole note's drawing ends
+// behind its place and before the staff end; the header lines draw nothing of their own. The
+// first measure's number stands 1.2 before the note, 6.5 above the staff base; the second,
+// over the final barline, is never shown.
 TEST_F(RenderCli, LayoutJsonKeysAndFullNumbers) {
     const Run r = Layout("one.srv", "");
     ASSERT_EQ(r.code, 0) << r.err;
-    const QJsonObject o = QJsonDocument::fromJson(QByteArray::fromStdString(r.out)).object();
-    EXPECT_EQ(o.value("rows").toInt(), 1);
-    // A4's 11906 twips at zoom 3 / 5, 250 twips a unit, less the margin of 4, where the
-    // staves end; the one row measures 25.8 (clef and row start 10, the header 0.8, the
-    // time signature 5, the whole note 8, the barline 2).
-    const double staffEnd = 11906 / 0.6 / 250 - 4;
-    EXPECT_NEAR(o.value("staffEnd").toDouble(), staffEnd, 1e-9);
-    const QJsonArray ratios = o.value("rowRatios").toArray();
-    ASSERT_EQ(ratios.size(), 1);
-    EXPECT_NEAR(ratios[0].toDouble(), 25.8 / staffEnd, 1e-9);
-    const QJsonArray lines = o.value("lines").toArray();
-    ASSERT_EQ(lines.size(), 4);
-    const QJsonObject header = lines[0].toObject(), note = lines[3].toObject();
-    EXPECT_EQ(note.value("index").toInt(), 4);
-    EXPECT_EQ(note.value("y").toDouble(), 26);
-    EXPECT_EQ(header.value("x").toDouble(), -1);
-    // The whole note's drawing ends behind its place and before the staff end; the header
-    // lines draw nothing of their own.
-    EXPECT_GT(note.value("right").toDouble(), note.value("x").toDouble());
-    EXPECT_LE(note.value("right").toDouble(), staffEnd);
-    EXPECT_EQ(header.value("right").toDouble(), -1);
-    // The first measure's number stands 1.2 before the note, 6.5 above the staff base; the
-    // second, over the final barline, is never shown.
-    const QJsonArray measures = o.value("measures").toArray();
-    ASSERT_EQ(measures.size(), 2);
-    const QJsonObject first = measures[0].toObject();
-    EXPECT_EQ(first.value("number").toInt(), 1);
-    EXPECT_NEAR(first.value("x").toDouble(), note.value("x").toDouble() - 1.2, 1e-9);
-    EXPECT_EQ(first.value("y").toDouble(), 19.5);
-    EXPECT_TRUE(first.value("visible").toBool());
-    EXPECT_FALSE(measures[1].toObject().value("visible").toBool(true));
+    ::tahrir::test::ExpectGoldenText(std::string(TAHRIR_TEST_DATA) + "/render/one_layout.json",
+                                     r.out);
 }
 
 TEST_F(RenderCli, PagedOutputWritesAPageAFileOrOnePdf) {

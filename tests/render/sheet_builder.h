@@ -5,12 +5,14 @@
 #include <fstream>
 #include <initializer_list>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/rhythm_pass.h"
 #include "core/score_reader.h"
 #include "core/score_sheet.h"
+#include "golden_text.h"
 #include "render/page_layout.h"
 
 namespace tahrir::render::test {
@@ -80,24 +82,42 @@ inline long Strokes(const LayoutResult& r, WidthClass width) {
     return Count(r, [&](auto& it) { return it.kind == ItemKind::Stroke && it.width == width; });
 }
 
-inline const DisplayItem* GlyphOfLine(const LayoutResult& r, int line) {
-    for (const auto& it : r.list.items)
-        if (it.kind == ItemKind::Glyph && it.line == line) return &it;
-    return nullptr;
+// A layout as text: rows and staff end, row ratios, measure numbers, the place of each line
+// that has one ("4@x,y") and where its drawing ends (">right"), and the display list.
+inline std::string LayoutSummary(const LayoutResult& r) {
+    std::ostringstream out;
+    out.precision(4);
+    out << "rows " << r.rows << ", staff end " << r.staffEnd << "\nratios";
+    for (int i = 1; i <= r.rows; ++i)
+        out << ' ' << r.RowRatios[i];
+    out << "\nmeasures";
+    for (const auto& m : r.measures)
+        if (m.number > 0)
+            out << ' ' << m.number << '@' << m.x << ',' << m.y << (m.visible ? "" : "h");
+    out << "\nlines";
+    for (std::size_t i = 1; i <= core::MaxLines; ++i) {
+        const double right = i < r.LineRight.size() ? r.LineRight[i] : -1;
+        if (r.positions.LinePosX[i] == -1 && right == -1) continue;
+        out << ' ' << i << '@' << r.positions.LinePosX[i] << ',' << r.positions.LinePosY[i];
+        if (right != -1) out << '>' << right;
+    }
+    out << '\n';
+    return out.str() + r.list.dump();
 }
 
-// Occurrences of `needle` in `text`, at a line start when `atLineStart`.
-inline int Occurrences(const std::string& text, const std::string& needle,
-                       bool atLineStart = false) {
-    int n = 0;
-    for (auto p = text.find(needle); p != std::string::npos; p = text.find(needle, p + 1))
-        n += !atLineStart || p == 0 || text[p - 1] == '\n';
-    return n;
-}
-
-// Flags drawn in a DXF stream.
-inline int DxfFlags(const std::string& dxf) {
-    return Occurrences(dxf, "  1\r\nb\r\n");
+// Compares the layout of `sheet` with the golden dump NAME.dump under the render test
+// data and, when `dxf` is set, its DXF stream with NAME.dxf.
+inline void ExpectGoldenLayout(const std::string& name, const core::ScoreSheet& sheet, double width,
+                               View view = View::Page, bool dxf = false,
+                               const std::string& description = {}) {
+    LayoutOptions o;
+    o.Description = description;
+    o.PageWidthUnits = width, o.ViewMode = view, o.DxfEnabled = dxf;
+    o.ScoreFileName = "golden.srv";
+    const LayoutResult r = RefreshView(sheet, o);
+    const std::string path = std::string(TAHRIR_TEST_DATA) + "/render/" + name;
+    tahrir::test::ExpectGoldenText(path + ".dump", LayoutSummary(r));
+    if (dxf) tahrir::test::ExpectGoldenText(path + ".dxf", r.dxf);
 }
 
 } // namespace tahrir::render::test

@@ -62,39 +62,6 @@ TEST(StaffEnd, NoDrawingOfDemosMelodiesOrRandomSheetsPassesIt) {
         }
 }
 
-TEST(StaffEnd, LineRightIsWhereTheLineDrawingEnds) {
-    const auto r = Lay(Body({"73  8", "73 16", "L-words", "73  8"}), 60);
-    EXPECT_EQ(r.staffEnd, 60);
-    ASSERT_GT(r.LineRight.size(), 7u);
-    EXPECT_GT(r.LineRight[4], r.positions.LinePosX[4]);
-    EXPECT_GT(r.LineRight[5], r.LineRight[4]);
-    EXPECT_EQ(r.LineRight[1], -1) << "the header draws no line of its own";
-}
-
-TEST(TextOverTheStaff, StandsAboveWhatIsUnderIt) {
-    // Words over high beamed notes, over a tremolo and over a plain row: each text's box
-    // is clear of every head, stem, beam and mark of its row beneath it.
-    for (const auto& body : {std::initializer_list<std::string>{"L^words", "24  2", "54  2",
-                                                                "34  2", "64  2", "73 16"},
-                             {"L^riz", "44  8  T ", "73 24"},
-                             {"L-low", "13  8", "73 24"}}) {
-        const LayoutResult r = Lay(Body(body), 60);
-        const auto texts = Find(r, ItemKind::Text, body.begin()->substr(2));
-        ASSERT_EQ(texts.size(), 1u) << *body.begin();
-        const DisplayItem& t = *texts[0];
-        EXPECT_LE(t.y, 26 - 7.5 + 1e-9) << "text only ever rises";
-        EXPECT_TRUE(t.text != "words" || t.y < 26 - 7.5 - 0.5) << "the heads under it lift it";
-        for (const DisplayItem& o : r.list.items) {
-            if (o.kind == ItemKind::Text || o.kind == ItemKind::MeasureLabel || o.row != t.row)
-                continue;
-            const double left = o.kind == ItemKind::Stroke ? std::min(o.x, o.x2) : o.x;
-            if (left > RightEdge(t) || RightEdge(o) < t.x) continue;
-            const bool meets = TopEdge(o) < t.y + TextHeight(t) && BottomEdge(o) > t.y;
-            EXPECT_FALSE(meets) << *body.begin() << ": " << o.text << " at " << o.x;
-        }
-    }
-}
-
 TEST(Pages, WholeRowsOnEachPageWithNumbersAndTheTitleFirst) {
     LayoutOptions o;
     o.Description = "Title\nSecond";
