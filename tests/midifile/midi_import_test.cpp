@@ -14,32 +14,6 @@ using test::BuildSmf;
 using test::Bytes;
 using test::TrackBuilder;
 
-TEST(MidiImport, KeysBecomeStepOctaveAndSharps) {
-    // Key 60 is octave 60 \ 12 - 2 = 3, Do; a quarter of 480 ticks is 8. Below 24 the
-    // octave stays 0; key 0 has no step. The octave has one column, so it stops at 9 (10
-    // would push the duration out of columns 3..5), also for key 200 of a damaged file.
-    const std::tuple<int, int, std::string> cases[] = {
-        {60, 0, "13  8      "},  {61, 0, "13  8D     "}, {58, 0, "62  8D     "},
-        {66, 0, "43  8D     "},  {71, 0, "73  8      "}, {23, 0, "70  8      "},
-        {12, 0, "10  8      "},  {0, 0, "00  8      "},  {60, 2, "15  8      "},
-        {60, -5, "10  8      "}, {60, 7, "19  8      "}, {200, 0, "59  8D     "}};
-    for (const auto& [key, shift, line] : cases)
-        EXPECT_EQ(ImportLine(key, 480, 480, shift), line) << key << " " << shift;
-}
-
-TEST(MidiImport, LengthThresholdsAndAnswers) {
-    const std::pair<std::int64_t, int> cases[] = {{1920, 32}, {1919, 24}, {960, 16}, {959, 12},
-                                                  {120, 2},   {119, 1},   {0, 1},    {100000, 32}};
-    for (const auto& [ticks, duration] : cases)
-        EXPECT_EQ(DurationFor(ticks, 480), duration) << ticks;
-    EXPECT_EQ(DurationFor(48, 96), 4);
-    EXPECT_EQ(ImportLine(60, 1440, 480, 0), "13 24      ");
-    const std::pair<std::string, int> answers[] = {
-        {"", 0}, {"2", 2}, {"  -1", -1}, {"3 octaves", 3}, {"up", 0}};
-    for (const auto& [answer, number] : answers)
-        EXPECT_EQ(AnswerNumber(answer), number) << answer;
-}
-
 struct MidiImportTrack : ::testing::Test {
     ImportResult import(int track, int shift = 0) {
         return ImportTrack(info, track, shift, doc, file);
