@@ -2,6 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <utility>
 
 #include "core/line_view.h"
 #include "play/player.h"
@@ -14,10 +19,7 @@ using testing::Bar;
 using testing::Note;
 using testing::NoteEvent;
 using testing::NoteEvents;
-using testing::NoteOns;
-using testing::OnTimes;
 using testing::Sheet;
-using Ons = std::vector<std::pair<int, int>>;
 
 // A plain note of octave 3, a directive, and a sheet with no signature at tempo 60.
 const auto N = [](int step, int duration) { return Note(step, 3, duration); };
@@ -46,92 +48,102 @@ protected:
     double seconds = 0;
 };
 
-TEST_F(WalkTest, TimeFollowsTempoMarksScaledByTheTempoBar) {
-    // A 6/8 measure is 24 32nds: three seconds at 60.
-    auto sheet = Plain("6/8", {N(1, 12), N(2, 12), Bar(), N(3, 8)});
-    keys(sheet);
-    EXPECT_NEAR(OnTimes(sink).back(), 3.0, 1e-6); // a barline is a silence of 1e-7 s
-    EXPECT_NEAR(seconds, 4.0, 1e-6); // the run ends with its last note, no closing rest
-    // A tempo mark of 120 halves the time; the bar at 120 against the score's 60 doubles
-    // every mark, a hidden negative mark included.
-    sheet = Plain("4/4", {N(1, 8), Dir("TEMPO120"), N(2, 8), Dir("TEMPO-30"), N(3, 8), N(4, 8)});
-    keys(sheet);
-    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 1, 1.5, 3.5}));
-    player.controls().UserTempo = 120;
-    keys(sheet);
-    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 0.5, 0.75, 1.75}));
-    player.controls().UserTempo = 60;
-    sheet = Plain("4/4", {Dir("TEMPO999"), N(1, 8), N(2, 8)});
-    keys(sheet);
-    EXPECT_EQ(OnTimes(sink).back(), 1.0); // out of range: ignored
-    // Blanks inside the number are skipped: "TEMPO 7 2" is 72, and a mark of 144 twice
-    // the score's tempo.
-    sheet = Plain("4/4", {N(1, 8), Dir("TEMPO14 4"), N(2, 8), N(3, 8)});
-    sheet.setLine(2, Dir("TEMPO 7 2"));
-    keys(sheet);
-    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 1, 1.5}));
+// One case of walks.txt: the sheet, the controls and what the run must show.
+struct Walk {
+    std::string what, head = "|60|4/4";
+    std::vector<std::string> music;
+    std::vector<std::pair<int, std::string>> placed;
+    std::vector<std::pair<std::string, int>> settings;
+    RunOptions options;
+    std::vector<std::pair<std::string, std::string>> expected;
+};
+
+std::vector<Walk> ReadWalks() {
+    std::ifstream in(std::string(TAHRIR_TEST_DATA) + "/play/walks.txt");
+    std::vector<Walk> walks;
+    Walk walk;
+    for (std::string line; std::getline(in, line);) {
+        if (line.empty() && !walk.what.empty()) walks.push_back(std::exchange(walk, {}));
+        if (line.empty() || line[0] == '#') continue;
+        const auto space = std::min(line.find(' '), line.size());
+        const std::string word = line.substr(0, space);
+        const std::string rest = line.substr(std::min(space + 1, line.size()));
+        std::istringstream args(rest);
+        int number = 0;
+        if (word == "case") walk.what += rest + " ";
+        else if (word == "head") walk.head = rest;
+        else if (word == "|") walk.music.push_back(rest);
+        else if (word == "line" && args >> number)
+            walk.placed.emplace_back(number, rest.substr(rest.find(' ') + 1));
+        else if (std::string name; word == "set" && args >> name >> number)
+            walk.settings.emplace_back(name, number);
+        else if (word == "select")
+            args >> walk.options.SelectionStartLine >> walk.options.SelectionEndLine;
+        else walk.expected.emplace_back(word, rest);
+    }
+    if (!walk.what.empty()) walks.push_back(walk);
+    return walks;
 }
 
-TEST_F(WalkTest, RepeatsVoltasRepeatSignsAndEndMarks) {
-    const struct {
-        const char* what;
-        core::ScoreSheet sheet;
-        std::vector<int> keys;
-    } rows[] = {
-        {"a closing repeat alone goes back to the head once",
-         Plain("2/4", {N(1, 16), Bar(), Dir("REP}"), N(2, 16)}),
-         {60, 60, 62}},
-        {"end mark", Plain("2/4", {N(1, 16), Bar(), Dir("LCfin"), N(2, 16)}), {60}},
-        {"text end mark", Plain("2/4", {N(1, 16), Dir("L-FIN"), N(2, 16)}), {60}},
-        {"repeat sign replays the last measure",
-         Plain("2/4", {N(1, 16), Bar(), N(2, 8), N(3, 8), Bar(), Dir("REPB1"), Bar(), N(5, 16)}),
-         {60, 62, 64, 62, 64, 67}},
-        {"repeat sign right after the first barline rewinds to the head",
-         Plain("2/4", {N(1, 16), Bar(), Dir("REPB1"), Bar(), N(2, 16)}),
-         {60, 60, 62}},
-        {"three 8ths marked L3 take a quarter: the measure still counts four beats",
-         Plain("2/4", {Note(1, 3, 4, ' ', "L3"), N(2, 4), N(3, 4), N(4, 8), Bar(), Dir("REPB1"),
-                       Bar(), N(5, 8)}),
-         {60, 62, 64, 65, 60, 62, 64, 65, 67}},
-        {"repeat sign of two measures",
-         Plain("2/4",
-               {N(1, 16), Bar(), N(2, 16), Bar(), N(3, 16), Bar(), Dir("REPB2"), Bar(), N(5, 16)}),
-         {60, 62, 64, 62, 64, 67}},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(keys(row.sheet), row.keys) << row.what;
+// Seconds to the microsecond, shortest form.
+std::string Seconds(double seconds) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.10g", std::round(seconds * 1e6) / 1e6);
+    return text;
 }
 
-TEST_F(WalkTest, MeasureRangeAndSelection) {
-    const auto sheet =
-        Plain("2/4", {N(1, 16), Bar(), N(2, 16), Bar(), N(3, 16), Bar(), N(4, 16), Bar()});
-    player.controls().StartMeasure = 2;
-    player.controls().EndMeasure = 3;
-    EXPECT_EQ(keys(sheet), (std::vector<int>{62, 64}));
-    EXPECT_NEAR(OnTimes(sink).front(), 0.0, 1e-6); // measures before the start take no time
-    player.controls().StartMeasure = 0;
-    player.controls().EndMeasure = 0;
-    // A selection of lines wins: it sounds lines 6 to 8 only.
-    EXPECT_EQ(keys(sheet, RunOptions{6, 8, {}}), (std::vector<int>{62, 64}));
-    // Free rhythm has no measures to range over.
-    const auto free = Plain("4/0", {N(1, 16), Bar(), N(2, 16)});
-    player.controls().StartMeasure = 2;
-    EXPECT_EQ(keys(free), (std::vector<int>{60, 62}));
+// What a whole run of `walk` shows, by the names of the data file's expectations.
+std::map<std::string, std::string> Outcome(const Walk& walk) {
+    const auto bar1 = walk.head.find('|'), bar2 = walk.head.rfind('|');
+    core::ScoreSheet sheet = Sheet(walk.head.substr(0, bar1),
+                                   std::stoi(walk.head.substr(bar1 + 1, bar2 - bar1 - 1)),
+                                   walk.head.substr(bar2 + 1).c_str(), {});
+    sheet.LastLine = 3 + static_cast<int>(walk.music.size());
+    for (std::size_t i = 0; i < walk.music.size(); ++i)
+        sheet.setLine(4 + static_cast<int>(i), Dir(walk.music[i].c_str()));
+    for (const auto& [line, text] : walk.placed)
+        sheet.setLine(line, Dir(text.c_str()));
+    RecordingSink sink;
+    Player player(&sink);
+    player.startUp();
+    PlayControls& controls = player.controls();
+    controls.UserTempo = 60;
+    for (const auto& [name, value] : walk.settings) {
+        if (name == "bar") controls.UserTempo = value;
+        else if (name == "from") controls.StartMeasure = value;
+        else if (name == "to") controls.EndMeasure = value;
+        else ADD_FAILURE() << "no control " << name;
+    }
+    std::map<std::string, std::string> out = {{"keys", ""}, {"ons", ""}, {"times", ""}};
+    out["length"] = Seconds(player.playVirtual(sheet, walk.options));
+    for (const NoteEvent& e : NoteEvents(sink)) {
+        if (e.kind != 'N' || e.channel == CountInChannel) continue;
+        const std::string blank = out["keys"].empty() ? "" : " ";
+        out["keys"] += blank + std::to_string(e.note);
+        out["ons"] += blank + std::to_string(e.note) + "/" + std::to_string(e.channel);
+        out["times"] += blank + Seconds(e.seconds);
+        out.emplace("first", Seconds(e.seconds));
+        out["last"] = Seconds(e.seconds);
+    }
+    return out;
 }
 
-TEST_F(WalkTest, SignatureOctaveAndInstrumentDirectives) {
-    const auto sheet = Sheet("  K", 60, "4/4",
-                             {N(3, 8), Dir("ALL3N"), N(3, 8), Dir("ALL8U"), N(1, 8), Dir("ALL8N"),
-                              Dir("LCTRP=2"), N(1, 8), Dir("LCINS=1"), N(1, 8)});
-    keys(sheet); // Mi koron from line 1, then natural
-    EXPECT_EQ(NoteOns(sink), (Ons{{64, 2}, {64, 3}, {72, 3}, {62, 3}, {62, 3}}));
+TEST(Walks, EveryCaseOfTheDataFile) {
+    const std::vector<Walk> walks = ReadWalks();
+    EXPECT_GE(walks.size(), 18u);
+    for (const Walk& walk : walks) {
+        const auto outcome = Outcome(walk);
+        for (const auto& [kind, text] : walk.expected) {
+            ASSERT_TRUE(outcome.count(kind)) << "no outcome " << kind << " in " << walk.what;
+            EXPECT_EQ(outcome.at(kind), text) << walk.what;
+        }
+    }
+}
+
+TEST_F(WalkTest, InstrumentDirectiveSetsTheProgram) {
     // "LCINS=1" is instrument button 0: Koto on the five voices.
+    keys(Plain("4/4", {Dir("LCINS=1"), N(1, 8)}));
     EXPECT_EQ(std::ranges::count(sink.messages(), PackProgramChange(107, 3)), 1);
-    player.controls().Transpose = TransposeCentre; // undo LCTRP=2
-    // A large repeat that opens the music goes back to line 1's signature: the Si made
-    // koron in mid-score is natural again on the second pass.
-    keys(Plain("2/4", {Dir("REPS{"), N(7, 8), Dir("ALL7K"), N(7, 8), Bar(), Dir("REPS}")}));
-    EXPECT_EQ(NoteOns(sink), (Ons{{71, 3}, {71, 2}, {71, 3}, {71, 2}}));
 }
 
 TEST_F(WalkTest, MarkerFollowsTheSoundedLines) {
@@ -151,11 +163,6 @@ TEST_F(WalkTest, EmptyAndHostileSheetsEndCleanly) {
                {Note(9, 9, 8), "1x 8", N(1, 999), Dir("REPB2"), Dir("REP}"), Dir("REP}")}));
     EXPECT_TRUE(std::isfinite(seconds));
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
-    // A tempo bar set below its range (a score whose tempo is 0 leaves it unset) plays at
-    // the bar's minimum of 20: a quarter lasts 3 seconds.
-    player.controls().UserTempo = 0;
-    keys(Sheet("", 0, "4/4", {N(1, 8), N(2, 8)}));
-    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 3}));
 }
 
 // Random sheets built from every kind of line: each run ends, whatever the jumps.
