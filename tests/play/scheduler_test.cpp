@@ -79,6 +79,7 @@ void CheckWalk(const std::vector<std::string>& lines) {
         else if (word == "to" && args >> value) controls.EndMeasure = value;
         else if (word == "volume" && args >> value) controls.VolScr = value;
         else if (word == "pedal" && args >> value) controls.Pedal = value != 0;
+        else if (word == "accompaniment" && args >> value) controls.Accompaniment = value != 0;
         else if (word == "select") args >> options.SelectionStartLine >> options.SelectionEndLine;
         else expected[word] = rest;
     }
@@ -95,6 +96,15 @@ void CheckWalk(const std::vector<std::string>& lines) {
         seen["velocities"] += blank + std::to_string(e.velocity);
     }
     seen["offs"] = std::to_string(offs);
+    const char* const actions[] = {"play", "stop", "stop all", "pause", "resume", "seek"};
+    for (const auto& w : sink.waves()) {
+        if (w.command.bank != WaveBank::Accompaniment) continue;
+        std::string& text = seen["accompaniment"];
+        text += text.empty() ? "" : ", ";
+        text += actions[static_cast<int>(w.command.action)];
+        if (w.command.action == WaveAction::Seek) text += " " + std::to_string(w.command.value);
+        if (w.command.action == WaveAction::Resume) text += " at " + Seconds(w.seconds);
+    }
     for (const auto& [kind, text] : expected)
         EXPECT_EQ(seen[kind], text) << kind << " of: " << what;
 }
@@ -110,7 +120,7 @@ TEST(Walks, EveryCaseOfTheDataFile) {
         ++cases;
     }
     EXPECT_TRUE(lines.empty()) << "the last case needs a blank line after it";
-    EXPECT_GE(cases, 31);
+    EXPECT_GE(cases, 36);
 }
 
 TEST_F(WalkTest, InstrumentDirectiveSetsTheProgram) {
