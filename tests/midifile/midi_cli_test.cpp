@@ -40,8 +40,7 @@ struct MidiCli : ::testing::Test {
 };
 
 TEST_F(MidiCli, ImportOptionsAndExitCodes) {
-    const std::string midi = at("ney.mid"), out = at("ney.srv");
-    ::tahrir::test::WriteBytes(midi, test::NeyFile());
+    const std::string midi = test::CorpusFile("valid/ney.mid").string(), out = at("ney.srv");
 
     // An answer that is no number, a fraction or an impossible track is a usage error.
     for (const auto& [option, value] :

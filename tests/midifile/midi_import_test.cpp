@@ -14,13 +14,17 @@ using test::BuildSmf;
 using test::Bytes;
 using test::TrackBuilder;
 
+// A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
+// sharp a half.
+const std::filesystem::path Ney = test::CorpusFile("valid/ney.mid");
+
 struct MidiImportTrack : ::testing::Test {
     ImportResult import(int track, int shift = 0) {
         return ImportTrack(info, track, shift, doc, file);
     }
     const ::tahrir::test::TempFolder folder;
     const std::filesystem::path file = folder.path() / "ney.srv";
-    const MidiFileInfo info = test::Info(test::NeyFile());
+    const MidiFileInfo info = test::Info(::tahrir::test::ReadByteVector(Ney));
     core::Document doc;
 };
 
@@ -122,12 +126,10 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
 TEST(MidiImport, ChooserTakesTrackAndOctave) {
     Chooser chooser;
     const ::tahrir::test::TempFolder folder;
-    const auto midi = folder.path() / "in.mid";
     const auto out = folder.path() / "out.srv";
-    ::tahrir::test::WriteBytes(midi, test::NeyFile());
     core::Document doc;
     DumpList shown;
-    ImportResult r = ImportMidiFile(midi, out, chooser, shown, doc);
+    ImportResult r = ImportMidiFile(Ney, out, chooser, shown, doc);
     EXPECT_EQ(r.status, ImportStatus::Cancelled);
     EXPECT_FALSE(std::filesystem::exists(out));
     EXPECT_EQ(chooser.tracks, 2u);
@@ -135,7 +137,7 @@ TEST(MidiImport, ChooserTakesTrackAndOctave) {
     EXPECT_EQ(shown.lines.back(), "===== Done =====");
 
     chooser.track = 2;
-    r = ImportMidiFile(midi, out, chooser, shown, doc);
+    r = ImportMidiFile(Ney, out, chooser, shown, doc);
     ASSERT_EQ(r.status, ImportStatus::Imported) << r.message;
     EXPECT_EQ(chooser.asked, "Octave Transpose|Ney");
     EXPECT_EQ(doc.Sheet[8].text(), "14  8      ");

@@ -12,10 +12,10 @@ using test::Bytes;
 using test::Strings;
 using test::TrackBuilder;
 
-// What the reader collects from a file of the corpus; its dump is pinned beside it.
+// What the reader collects from a file of the corpus.
 MidiFileInfo CorpusInfo(const std::string& name) {
     DumpList dump;
-    return ReadMidiFile(std::filesystem::path(TAHRIR_TEST_DATA) / "midifile/corpus" / name, dump);
+    return ReadMidiFile(test::CorpusFile(name), dump);
 }
 
 TEST(MidiReader, RunningStatusTimesTempoMapAndTrackFacts) {
