@@ -104,17 +104,14 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
     Chooser chooser;
     chooser.track = 1;
     const ::tahrir::test::TempFolder folder;
-    TrackBuilder t;
-    t.event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0}).end();
-    const std::pair<std::string, Bytes> cases[] = {
-        {"[ERROR] Not a standard MIDI file (missing MThd)", {'R', 'I', 'F', 'F', 0, 0, 0, 0}},
-        {"[ERROR] Missing MTrk at track 2", BuildSmf(1, 480, {t}, 2)},
+    const std::pair<std::string, std::string> cases[] = {
+        {"[ERROR] Not a standard MIDI file (missing MThd)", "invalid/not_midi/riff.mid"},
+        {"[ERROR] Missing MTrk at track 3", "invalid/missing_mtrk/two_of_three.mid"},
     };
-    for (const auto& [error, bytes] : cases) {
-        ::tahrir::test::WriteBytes(folder.path() / "bad.mid", bytes);
+    for (const auto& [error, name] : cases) {
         core::Document doc;
         DumpList shown;
-        const ImportResult r = ImportMidiFile(folder.path() / "bad.mid", folder.path() / "out.srv",
+        const ImportResult r = ImportMidiFile(test::CorpusFile(name), folder.path() / "out.srv",
                                               chooser, shown, doc);
         EXPECT_EQ(r.status, ImportStatus::Failed) << error;
         EXPECT_NE(r.message.find(error.substr(8)), std::string::npos) << r.message;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "midifile/midi_reader.h"
+#include "midifile/midi_writer.h"
 
 namespace tahrir::midifile::test {
 
@@ -19,12 +20,7 @@ class TrackBuilder {
 public:
     // A delta time as a variable-length number, then the given bytes.
     TrackBuilder& event(std::uint32_t delta, const Bytes& bytes) {
-        Bytes groups;
-        do
-            groups.insert(groups.begin(),
-                          static_cast<std::uint8_t>((delta & 0x7F) | (groups.empty() ? 0 : 0x80)));
-        while ((delta >>= 7) > 0);
-        m_body.insert(m_body.end(), groups.begin(), groups.end());
+        AppendVlq(m_body, delta);
         m_body.insert(m_body.end(), bytes.begin(), bytes.end());
         return *this;
     }
