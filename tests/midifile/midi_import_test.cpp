@@ -11,7 +11,6 @@ namespace tahrir::midifile {
 namespace {
 
 using test::BuildSmf;
-using test::Bytes;
 using test::TrackBuilder;
 
 // A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
