@@ -45,12 +45,8 @@ TEST(MicrotonalWriter, CountInAndRoundingWithoutDrift) {
 }
 
 TEST(MicrotonalWriter, RefusesWhatAFileCannotHold) {
+    // The records a file cannot hold are cases of conversions.txt.
     EXPECT_FALSE(WriteMicrotonalFile({}, {.tempo = 0}).ok());
-    for (const EventRecord& bad :
-         {EventRecord{0, 60, 16, 90}, {0, 200, 3, 90}, {-1, 60, 3, 90}, {1e6, 60, 3, 90}})
-        EXPECT_FALSE(WriteMicrotonalFile({bad}, {}).ok())
-            << bad.seconds << " " << bad.key << " " << bad.channel;
-    EXPECT_TRUE(WriteMicrotonalFile({{1e5, 60, 3, 90}}, {}).ok());
 }
 
 } // namespace

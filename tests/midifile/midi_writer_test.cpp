@@ -7,6 +7,7 @@
 #include <iomanip>
 #include <sstream>
 
+#include "midifile/microtonal_writer.h"
 #include "midifile/midi_import.h"
 #include "golden_text.h"
 #include "smf_builder.h"
@@ -49,9 +50,13 @@ std::string Answer(const std::string& kind, std::istringstream& in, const std::s
         if (r.bytes.size() < 36 + n) return "short file";
         return Hex(Bytes(r.bytes.begin() + 36, r.bytes.begin() + 36 + static_cast<long>(n)));
     }
-    if (kind == "record" && in >> x >> a >> b >> c) {
-        const EventRecord bad{x, static_cast<int>(a), static_cast<int>(b), static_cast<int>(c)};
-        const std::string error = WriteMidiFile({{0, 60, 3, 100}, bad}, 60).error;
+    EventRecord r;
+    const bool record = (kind == "record" || kind == "microtonal") &&
+                        in >> r.seconds >> r.key >> r.channel >> r.velocity;
+    if (kind == "microtonal" && record)
+        return WriteMicrotonalFile({r}, {}).ok() ? "written" : "refused";
+    if (kind == "record" && record) {
+        const std::string error = WriteMidiFile({{0, 60, 3, 100}, r}, 60).error;
         const std::string part = want.substr(1, want.size() - 2);
         return '"' + (!part.empty() && error.find(part) != std::string::npos ? part : error) + '"';
     }
