@@ -61,10 +61,13 @@ void Add(std::string& list, const std::string& item) {
     list += (list.empty() ? "" : " ") + item;
 }
 
-// What a run sent, under the names of the data file's expectations; the notes stop before
-// the closing all-notes-off.
-std::map<std::string, std::string> Seen(const RecordingSink& sink) {
+// What a run sent and logged, under the names of the data file's expectations; the notes
+// stop before the closing all-notes-off.
+std::map<std::string, std::string> Seen(const RecordingSink& sink, const std::string& log) {
     std::map<std::string, std::string> seen;
+    // The log's records one after the other, each ended by CR LF.
+    for (std::size_t at = 0, end; (end = log.find("\r\n", at)) != std::string::npos; at = end + 2)
+        Add(seen["log"], log.substr(at, end - at));
     const std::vector<NoteEvent> events = NoteEvents(sink);
     int offs = 0;
     for (std::size_t i = 0; i + 128 * 5 < events.size(); ++i) {
@@ -125,13 +128,9 @@ void CheckWalk(const std::vector<std::string>& lines) {
         else expected[word] = rest;
     }
     const double length = player.playVirtual(sheet, options);
-    std::map<std::string, std::string> seen = Seen(sink);
+    std::map<std::string, std::string> seen = Seen(sink, player.notes().eventLog().text());
     seen["length"] = Seconds(length);
     seen["marked"] = marker.marked;
-    // The log's records one after the other, each ended by CR LF.
-    const std::string log = player.notes().eventLog().text();
-    for (std::size_t at = 0, end; (end = log.find("\r\n", at)) != std::string::npos; at = end + 2)
-        Add(seen["log"], log.substr(at, end - at));
     for (const auto& [kind, text] : expected)
         EXPECT_EQ(seen[kind], text) << kind << " of: " << what;
 }
