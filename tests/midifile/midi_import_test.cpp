@@ -110,8 +110,8 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
     for (const auto& [error, name] : cases) {
         core::Document doc;
         DumpList shown;
-        const ImportResult r = ImportMidiFile(test::CorpusFile(name), folder.path() / "out.srv",
-                                              chooser, shown, doc);
+        const ImportResult r =
+            ImportMidiFile(test::CorpusFile(name), folder.path() / "out.srv", chooser, shown, doc);
         EXPECT_EQ(r.status, ImportStatus::Failed) << error;
         EXPECT_NE(r.message.find(error.substr(8)), std::string::npos) << r.message;
         EXPECT_EQ(shown.lines.back(), error);

@@ -7,9 +7,9 @@
 #include <iomanip>
 #include <sstream>
 
+#include "golden_text.h"
 #include "midifile/microtonal_writer.h"
 #include "midifile/midi_import.h"
-#include "golden_text.h"
 #include "smf_builder.h"
 #include "temp_folder.h"
 

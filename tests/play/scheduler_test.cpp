@@ -95,6 +95,16 @@ std::map<std::string, std::string> Seen(const RecordingSink& sink, const std::st
     return seen;
 }
 
+// The controls a case may move, each to a number, by the word that names it.
+const std::map<std::string, void (*)(PlayControls&, int)> Settings = {
+    {"bar", [](PlayControls& c, int v) { c.UserTempo = v; }},
+    {"from", [](PlayControls& c, int v) { c.StartMeasure = v; }},
+    {"to", [](PlayControls& c, int v) { c.EndMeasure = v; }},
+    {"volume", [](PlayControls& c, int v) { c.VolScr = v; }},
+    {"pedal", [](PlayControls& c, int v) { c.Pedal = v != 0; }},
+    {"accompaniment", [](PlayControls& c, int v) { c.Accompaniment = v != 0; }},
+};
+
 // Runs one case of walks.txt, given as its lines, and checks what it expects.
 void CheckWalk(const std::vector<std::string>& lines) {
     struct Marker : PlayObserver {
@@ -116,16 +126,16 @@ void CheckWalk(const std::vector<std::string>& lines) {
         const std::string rest = line.substr(std::min(word.size() + 1, line.size()));
         std::istringstream args(rest);
         int value = 0;
-        if (word == "case") what += rest + " ";
-        else if (word == "|") sheet.setLine(++sheet.LastLine, Dir(rest.c_str()));
-        else if (word == "bar" && args >> value) controls.UserTempo = value;
-        else if (word == "from" && args >> value) controls.StartMeasure = value;
-        else if (word == "to" && args >> value) controls.EndMeasure = value;
-        else if (word == "volume" && args >> value) controls.VolScr = value;
-        else if (word == "pedal" && args >> value) controls.Pedal = value != 0;
-        else if (word == "accompaniment" && args >> value) controls.Accompaniment = value != 0;
-        else if (word == "select") args >> options.SelectionStartLine >> options.SelectionEndLine;
-        else expected[word] = rest;
+        if (word == "case")
+            what += rest + " ";
+        else if (word == "|")
+            sheet.setLine(++sheet.LastLine, Dir(rest.c_str()));
+        else if (Settings.count(word) && args >> value)
+            Settings.at(word)(controls, value);
+        else if (word == "select")
+            args >> options.SelectionStartLine >> options.SelectionEndLine;
+        else
+            expected[word] = rest;
     }
     const double length = player.playVirtual(sheet, options);
     std::map<std::string, std::string> seen = Seen(sink, player.notes().eventLog().text());
