@@ -8,8 +8,6 @@
 namespace tahrir::midifile {
 namespace {
 
-using test::Count;
-
 TEST(MicrotonalWriter, ChannelPlanWithBendRangeAndStandingBends) {
     // Natural Re, koron Mi, sori Fa, each a second long, at 90 beats.
     const std::vector<EventRecord> log = {{0, 62, 3, 100}, {1, 62, 3, 0},   {0, 64, 2, 100},
@@ -38,7 +36,7 @@ TEST(MicrotonalWriter, CountInAndRoundingWithoutDrift) {
         log.push_back({1.0 / 3, 60, 3, i % 2 ? 0 : 90});
     const WriteResult r = WriteMicrotonalFile(log, {});
     ASSERT_TRUE(r.ok());
-    EXPECT_EQ(Count(test::Dump(r.bytes), "Program  ch=7 prog#=115"), 1u);
+    EXPECT_EQ(test::Count(test::Dump(r.bytes), "Program  ch=7 prog#=115"), 1u);
     const MidiFileInfo info = test::Info(r.bytes);
     ASSERT_EQ(info.MidiTracks[1].size(), 16u);
     EXPECT_EQ(info.MidiTracks[1].back().start + info.MidiTracks[1].back().length, 48 + 30 * 160);

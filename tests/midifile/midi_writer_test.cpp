@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
 #include <iomanip>
 #include <sstream>
@@ -20,13 +19,11 @@ using ::tahrir::test::ReadByteVector;
 
 // Bytes as upper-case hex pairs separated by blanks.
 std::string Hex(const Bytes& bytes) {
-    std::string out;
-    char pair[4];
-    for (std::uint8_t b : bytes) {
-        std::snprintf(pair, sizeof pair, "%02X", b);
-        out += (out.empty() ? "" : " ") + std::string(pair);
-    }
-    return out;
+    std::ostringstream out;
+    for (std::uint8_t b : bytes)
+        out << (out.tellp() > 0 ? " " : "") << std::setfill('0') << std::setw(2) << std::uppercase
+            << std::hex << static_cast<int>(b);
+    return out.str();
 }
 
 // The answer to one case of conversions.txt: its kind and the inputs in `in`; a tempo

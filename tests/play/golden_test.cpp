@@ -11,11 +11,6 @@
 namespace tahrir::play {
 namespace {
 
-// Compares `text` with a file under tests/data/play.
-void ExpectGolden(const std::string& text, const std::string& name) {
-    ::tahrir::test::ExpectGoldenText(std::string(TAHRIR_TEST_DATA) + "/play/" + name, text);
-}
-
 // Every message of a run as "milliseconds<TAB>word", the closing all-notes-off folded.
 std::string MessageList(const RecordingSink& sink) {
     std::string out;
@@ -32,23 +27,20 @@ std::string MessageList(const RecordingSink& sink) {
 
 // A short piece in Shur on Sol (La koron, Si flat) with a count-in, a repeat with its
 // voltas, a tuplet, the ornaments, a tie, a rest and a mid-score koron on Mi.
-core::ScoreSheet Piece() {
-    core::Document doc;
-    const std::string file = std::string(TAHRIR_TEST_DATA) + "/play/piece.srv";
-    EXPECT_TRUE(core::ParseScore(::tahrir::test::ReadBytes(file), false, doc).loaded());
-    return doc.Sheet;
-}
-
 TEST(GoldenRun, MessagesAndEventLogOfAPiece) {
+    const std::string data = std::string(TAHRIR_TEST_DATA) + "/play/";
+    core::Document piece;
+    ASSERT_TRUE(
+        core::ParseScore(::tahrir::test::ReadBytes(data + "piece.srv"), false, piece).loaded());
     RecordingSink sink;
     Player player(&sink);
     player.startUp();
     sink.clear();
     player.controls().UserTempo = 90;
     player.controls().CountIn = true;
-    player.playVirtual(Piece(), {});
-    ExpectGolden(MessageList(sink), "piece_messages.txt");
-    ExpectGolden(player.notes().eventLog().text(), "piece_tmpmid.txt");
+    player.playVirtual(piece.Sheet, {});
+    ::tahrir::test::ExpectGoldenText(data + "piece_messages.txt", MessageList(sink));
+    ::tahrir::test::ExpectGoldenText(data + "piece_tmpmid.txt", player.notes().eventLog().text());
 }
 
 } // namespace
