@@ -40,17 +40,13 @@ struct MidiCli : ::testing::Test {
 };
 
 TEST_F(MidiCli, ImportOptionsAndExitCodes) {
-    const std::string midi = at("ney.mid"), out = at("ney.srv");
-    ::tahrir::test::WriteBytes(midi, test::NeyFile());
+    const std::string midi = test::CorpusFile("valid/ney.mid").string(), out = at("ney.srv");
 
     // An answer that is no number, a fraction or an impossible track is a usage error.
-    for (const auto& [option, value] :
-         std::vector<std::pair<std::string, std::string>>{{"--octave-shift", "up"},
-                                                          {"--octave-shift", "1.5"},
-                                                          {"--octave-shift", "inf"},
-                                                          {"--track", "0"},
-                                                          {"--track", "1e300"},
-                                                          {"--track", "nan"}}) {
+    const std::pair<std::string, std::string> bad[] = {
+        {"--octave-shift", "up"}, {"--octave-shift", "1.5"}, {"--octave-shift", "inf"},
+        {"--track", "0"},         {"--track", "1e300"},      {"--track", "nan"}};
+    for (const auto& [option, value] : bad) {
         EXPECT_EQ(run({"import-midi", midi, "--track", "2", "-o", out, option, value}).code, 1)
             << option << " " << value;
         EXPECT_FALSE(fs::exists(out)) << value;

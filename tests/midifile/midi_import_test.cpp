@@ -11,34 +11,11 @@ namespace tahrir::midifile {
 namespace {
 
 using test::BuildSmf;
-using test::Bytes;
 using test::TrackBuilder;
 
-TEST(MidiImport, KeysBecomeStepOctaveAndSharps) {
-    // Key 60 is octave 60 \ 12 - 2 = 3, Do; a quarter of 480 ticks is 8. Below 24 the
-    // octave stays 0; key 0 has no step. The octave has one column, so it stops at 9 (10
-    // would push the duration out of columns 3..5), also for key 200 of a damaged file.
-    const std::tuple<int, int, std::string> cases[] = {
-        {60, 0, "13  8      "},  {61, 0, "13  8D     "}, {58, 0, "62  8D     "},
-        {66, 0, "43  8D     "},  {71, 0, "73  8      "}, {23, 0, "70  8      "},
-        {12, 0, "10  8      "},  {0, 0, "00  8      "},  {60, 2, "15  8      "},
-        {60, -5, "10  8      "}, {60, 7, "19  8      "}, {200, 0, "59  8D     "}};
-    for (const auto& [key, shift, line] : cases)
-        EXPECT_EQ(ImportLine(key, 480, 480, shift), line) << key << " " << shift;
-}
-
-TEST(MidiImport, LengthThresholdsAndAnswers) {
-    const std::pair<std::int64_t, int> cases[] = {{1920, 32}, {1919, 24}, {960, 16}, {959, 12},
-                                                  {120, 2},   {119, 1},   {0, 1},    {100000, 32}};
-    for (const auto& [ticks, duration] : cases)
-        EXPECT_EQ(DurationFor(ticks, 480), duration) << ticks;
-    EXPECT_EQ(DurationFor(48, 96), 4);
-    EXPECT_EQ(ImportLine(60, 1440, 480, 0), "13 24      ");
-    const std::pair<std::string, int> answers[] = {
-        {"", 0}, {"2", 2}, {"  -1", -1}, {"3 octaves", 3}, {"up", 0}};
-    for (const auto& [answer, number] : answers)
-        EXPECT_EQ(AnswerNumber(answer), number) << answer;
-}
+// A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
+// sharp a half.
+const std::filesystem::path Ney = test::CorpusFile("valid/ney.mid");
 
 struct MidiImportTrack : ::testing::Test {
     ImportResult import(int track, int shift = 0) {
@@ -46,7 +23,7 @@ struct MidiImportTrack : ::testing::Test {
     }
     const ::tahrir::test::TempFolder folder;
     const std::filesystem::path file = folder.path() / "ney.srv";
-    const MidiFileInfo info = test::Info(test::NeyFile());
+    const MidiFileInfo info = test::Info(::tahrir::test::ReadByteVector(Ney));
     core::Document doc;
 };
 
@@ -126,18 +103,15 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
     Chooser chooser;
     chooser.track = 1;
     const ::tahrir::test::TempFolder folder;
-    TrackBuilder t;
-    t.event(0, {0x90, 60, 90}).event(480, {0x80, 60, 0}).end();
-    const std::pair<std::string, Bytes> cases[] = {
-        {"[ERROR] Not a standard MIDI file (missing MThd)", {'R', 'I', 'F', 'F', 0, 0, 0, 0}},
-        {"[ERROR] Missing MTrk at track 2", BuildSmf(1, 480, {t}, 2)},
+    const std::pair<std::string, std::string> cases[] = {
+        {"[ERROR] Not a standard MIDI file (missing MThd)", "invalid/not_midi/riff.mid"},
+        {"[ERROR] Missing MTrk at track 3", "invalid/missing_mtrk/two_of_three.mid"},
     };
-    for (const auto& [error, bytes] : cases) {
-        ::tahrir::test::WriteBytes(folder.path() / "bad.mid", bytes);
+    for (const auto& [error, name] : cases) {
         core::Document doc;
         DumpList shown;
-        const ImportResult r = ImportMidiFile(folder.path() / "bad.mid", folder.path() / "out.srv",
-                                              chooser, shown, doc);
+        const ImportResult r =
+            ImportMidiFile(test::CorpusFile(name), folder.path() / "out.srv", chooser, shown, doc);
         EXPECT_EQ(r.status, ImportStatus::Failed) << error;
         EXPECT_NE(r.message.find(error.substr(8)), std::string::npos) << r.message;
         EXPECT_EQ(shown.lines.back(), error);
@@ -148,12 +122,10 @@ TEST(MidiImport, FilesTheReaderRefusesFailWithItsError) {
 TEST(MidiImport, ChooserTakesTrackAndOctave) {
     Chooser chooser;
     const ::tahrir::test::TempFolder folder;
-    const auto midi = folder.path() / "in.mid";
     const auto out = folder.path() / "out.srv";
-    ::tahrir::test::WriteBytes(midi, test::NeyFile());
     core::Document doc;
     DumpList shown;
-    ImportResult r = ImportMidiFile(midi, out, chooser, shown, doc);
+    ImportResult r = ImportMidiFile(Ney, out, chooser, shown, doc);
     EXPECT_EQ(r.status, ImportStatus::Cancelled);
     EXPECT_FALSE(std::filesystem::exists(out));
     EXPECT_EQ(chooser.tracks, 2u);
@@ -161,7 +133,7 @@ TEST(MidiImport, ChooserTakesTrackAndOctave) {
     EXPECT_EQ(shown.lines.back(), "===== Done =====");
 
     chooser.track = 2;
-    r = ImportMidiFile(midi, out, chooser, shown, doc);
+    r = ImportMidiFile(Ney, out, chooser, shown, doc);
     ASSERT_EQ(r.status, ImportStatus::Imported) << r.message;
     EXPECT_EQ(chooser.asked, "Octave Transpose|Ney");
     EXPECT_EQ(doc.Sheet[8].text(), "14  8      ");

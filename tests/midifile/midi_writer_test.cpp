@@ -3,7 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <iomanip>
+#include <sstream>
 
+#include "golden_text.h"
+#include "midifile/microtonal_writer.h"
 #include "midifile/midi_import.h"
 #include "smf_builder.h"
 #include "temp_folder.h"
@@ -13,74 +17,69 @@ namespace {
 
 using ::tahrir::test::ReadByteVector;
 
-TEST(MidiWriter, TempoLengthForms) {
-    // The tempo event starts at byte 36; its form runs from the length byte on, up to the
-    // time signature's delta.
-    const std::pair<double, Bytes> cases[] = {
-        {60, {3, 0x0F, 0x42, 0x40}},   // 1000000
-        {915, {3, 0x01, 0x00, 0x25}},  // 65573: still three bytes
-        {916, {2, 0xFF, 0xDE, 161}},   // 65502: two bytes and the filler
-        {72.5, {3, 0x0C, 0xA0, 0xC2}}, // 827586.2 keeps its integer part, 827586
-        {300000, {1, 200}},            // one byte
-    };
-    for (const auto& [tempo, form] : cases) {
-        const WriteResult r = WriteMidiFile({}, tempo);
-        ASSERT_TRUE(r.ok()) << tempo;
-        Bytes expected = {0x00, 0xFF, 0x51}; // then the form, then the time signature
-        expected.insert(expected.end(), form.begin(), form.end());
-        expected.insert(expected.end(), {0x00, 0xFF, 0x58});
-        EXPECT_EQ(Bytes(r.bytes.begin() + 36,
-                        r.bytes.begin() + 36 + static_cast<std::ptrdiff_t>(expected.size())),
-                  expected)
-            << tempo;
-    }
-    for (double bad : {0.0, -5.0, 3.0}) // 3 beats: 20000000 us does not fit three bytes
-        EXPECT_FALSE(WriteMidiFile({}, bad).ok()) << bad;
+// Bytes as upper-case hex pairs separated by blanks.
+std::string Hex(const Bytes& bytes) {
+    std::ostringstream out;
+    for (std::uint8_t b : bytes)
+        out << (out.tellp() > 0 ? " " : "") << std::setfill('0') << std::setw(2) << std::uppercase
+            << std::hex << static_cast<int>(b);
+    return out.str();
 }
 
-TEST(MidiWriter, DeltaFormsOverflowAndTicksFromSeconds) {
-    // The play log's file holds three bytes at most, the microtonal file four.
-    const std::pair<long long, Bytes> cases[] = {{0, {0}},
-                                                 {127, {0x7F}},
-                                                 {128, {0x81, 0x00}},
-                                                 {16383, {0xFF, 0x7F}},
-                                                 {16384, {0x81, 0x80, 0x00}},
-                                                 {2097151, {0xFF, 0xFF, 0x7F}},
-                                                 {2097152, {0x81, 0x80, 0x80, 0x00}},
-                                                 {0x0FFFFFFF, {0xFF, 0xFF, 0xFF, 0x7F}},
-                                                 {0x10000000, {}},
-                                                 {-1, {}}};
-    for (const auto& [ticks, bytes] : cases) {
-        Bytes vlq, delta;
-        EXPECT_EQ(AppendVlq(vlq, ticks), !bytes.empty()) << ticks;
-        EXPECT_EQ(vlq, bytes) << ticks;
-        EXPECT_EQ(AppendDelta(delta, ticks), !bytes.empty() && bytes.size() <= 3) << ticks;
-        EXPECT_EQ(delta, bytes.size() <= 3 ? bytes : Bytes{}) << ticks;
+// The answer to one case of conversions.txt: its kind and the inputs in `in`; a tempo
+// case compares as many bytes as `want` shows, a record case the part of the error it
+// quotes.
+std::string Answer(const std::string& kind, std::istringstream& in, const std::string& want) {
+    long long a = 0, b = 0, c = 0, d = 0;
+    double x = 0, y = 0;
+    std::string text;
+    if (kind == "import" && in >> a >> b >> c >> d)
+        return '"' + ImportLine(static_cast<int>(a), b, static_cast<int>(c), static_cast<int>(d)) +
+               '"';
+    if (kind == "duration" && in >> a >> b)
+        return std::to_string(DurationFor(a, static_cast<int>(b)));
+    if (kind == "answer" && in >> std::quoted(text)) return std::to_string(AnswerNumber(text));
+    if (kind == "ticks" && in >> x >> y) return std::to_string(SecondsToTicks(x, y));
+    if (kind == "tempo" && in >> x) {
+        const WriteResult r = WriteMidiFile({}, x);
+        const std::size_t n = (want.size() + 1) / 3;
+        if (!r.ok()) return "refused";
+        if (r.bytes.size() < 36 + n) return "short file";
+        return Hex(Bytes(r.bytes.begin() + 36, r.bytes.begin() + 36 + static_cast<long>(n)));
     }
-    // A beat at any tempo is 480 ticks; rounded half to even; the barline's silence of
-    // 1e-7 s is none.
-    struct Case {
-        double seconds, tempo;
-        long long ticks;
-    };
-    const Case seconds[] = {{1, 60, 480},  {0.5, 120, 480},   {60.0 / 66, 66, 480},
-                            {2, 72, 1152}, {0.003125, 60, 2}, {0.0009375, 60, 0},
-                            {1e-7, 66, 0}};
-    for (const auto& c : seconds)
-        EXPECT_EQ(SecondsToTicks(c.seconds, c.tempo), c.ticks) << c.seconds;
+    EventRecord r;
+    const bool record = (kind == "record" || kind == "microtonal") &&
+                        in >> r.seconds >> r.key >> r.channel >> r.velocity;
+    if (kind == "microtonal" && record)
+        return WriteMicrotonalFile({r}, {}).ok() ? "written" : "refused";
+    if (kind == "record" && record) {
+        const std::string error = WriteMidiFile({{0, 60, 3, 100}, r}, 60).error;
+        const std::string part = want.substr(1, want.size() - 2);
+        return '"' + (!part.empty() && error.find(part) != std::string::npos ? part : error) + '"';
+    }
+    if ((kind == "vlq" || kind == "delta") && in >> a) {
+        Bytes out;
+        const bool ok = kind == "vlq" ? AppendVlq(out, a) : AppendDelta(out, a);
+        return ok ? Hex(out) : out.empty() ? "refused" : "refused after " + Hex(out);
+    }
+    return "unreadable case";
 }
 
-TEST(MidiWriter, BadRecordsAreErrorsWithTheirNumber) {
-    const std::pair<EventRecord, std::string> cases[] = {
-        {{4400, 60, 3, 0}, "Event 2 "}, // 2112000 ticks
-        {{-1, 60, 3, 0}, "negative"},
-        {{0, 128, 3, 0}, "key 128"},
-        {{0, -1, 3, 0}, "key -1"},
-    };
-    for (const auto& [bad, part] : cases)
-        EXPECT_NE(WriteMidiFile({{0, 60, 3, 100}, bad}, 60).error.find(part), std::string::npos)
-            << part;
-    EXPECT_TRUE(WriteMidiFile({{0, 60, 3, 100}, {0, 60, 3, 0}}, 60).error.empty());
+TEST(MidiConversions, EveryCaseOfTheDataFile) {
+    std::ifstream file(std::filesystem::path(TAHRIR_TEST_DATA) / "midifile" / "conversions.txt");
+    ASSERT_TRUE(file);
+    int cases = 0;
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        const auto equals = line.find(" = ");
+        ASSERT_NE(equals, std::string::npos) << line;
+        std::istringstream in(line.substr(0, equals));
+        std::string kind;
+        in >> kind;
+        EXPECT_EQ(Answer(kind, in, line.substr(equals + 3)), line.substr(equals + 3)) << line;
+        ++cases;
+    }
+    EXPECT_GE(cases, 60);
 }
 
 TEST(MidiWriter, LongTrackKeepsAReadableLength) {
@@ -139,8 +138,8 @@ TEST(MidiWriter, PlayLogOfADemoScoreMatchesItsGoldenFile) {
     EXPECT_EQ(log.skippedLines, 0);
     const WriteResult r = WriteMidiFile(log.records, 90);
     ASSERT_TRUE(r.ok()) << r.error;
-    if (test::UpdateGolden()) ::tahrir::test::WriteBytes(data / "shur_daramad.mid", r.bytes);
-    EXPECT_EQ(r.bytes, ReadByteVector(data / "shur_daramad.mid"));
+    ::tahrir::test::ExpectGoldenText((data / "shur_daramad.mid").string(),
+                                     std::string(r.bytes.begin(), r.bytes.end()));
 }
 
 } // namespace

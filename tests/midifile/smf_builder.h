@@ -2,13 +2,14 @@
 // Builds small standard MIDI files byte by byte, and small helpers shared by the tests.
 
 #include <cstdint>
-#include <cstdlib>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
 
 #include "midifile/midi_reader.h"
+#include "midifile/midi_writer.h"
 
 namespace tahrir::midifile::test {
 
@@ -19,12 +20,7 @@ class TrackBuilder {
 public:
     // A delta time as a variable-length number, then the given bytes.
     TrackBuilder& event(std::uint32_t delta, const Bytes& bytes) {
-        Bytes groups;
-        do
-            groups.insert(groups.begin(),
-                          static_cast<std::uint8_t>((delta & 0x7F) | (groups.empty() ? 0 : 0x80)));
-        while ((delta >>= 7) > 0);
-        m_body.insert(m_body.end(), groups.begin(), groups.end());
+        AppendVlq(m_body, delta);
         m_body.insert(m_body.end(), bytes.begin(), bytes.end());
         return *this;
     }
@@ -64,20 +60,9 @@ inline Bytes BuildSmf(int format, int division, const std::vector<TrackBuilder>&
     return out;
 }
 
-// A conductor at 90 beats in 3/4, and "Ney" with Do a quarter, Do sharp an eighth and La
-// sharp a half.
-inline Bytes NeyFile() {
-    TrackBuilder conductor, ney;
-    conductor.meta(0, 0x51, "\x0A\x2C\x2B").meta(0, 0x58, "\x03\x02\x18\x08").end(); // 666667 us
-    ney.meta(0, 0x03, "Ney")
-        .event(0, {0x90, 60, 90})
-        .event(480, {0x80, 60, 0})
-        .event(0, {0x90, 61, 90})
-        .event(240, {0x80, 61, 0})
-        .event(0, {0x90, 58, 90})
-        .event(960, {0x80, 58, 0})
-        .end();
-    return BuildSmf(1, 480, {conductor, ney});
+// A file of the corpus under tests/data/midifile, whose dump is pinned beside it.
+inline std::filesystem::path CorpusFile(const std::string& name) {
+    return std::filesystem::path(TAHRIR_TEST_DATA) / "midifile/corpus" / name;
 }
 
 // The dump lines of `bytes`, and optionally what the reader collected.
@@ -128,12 +113,6 @@ inline std::string Quote(const std::string& arg) {
     for (char c : arg)
         out += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return out + "'";
-}
-
-// Golden files are refreshed only with TAHRIR_UPDATE_GOLDEN=1.
-inline bool UpdateGolden() {
-    const char* update = std::getenv("TAHRIR_UPDATE_GOLDEN");
-    return update != nullptr && std::string(update) == "1";
 }
 
 } // namespace tahrir::midifile::test

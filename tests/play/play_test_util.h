@@ -69,18 +69,4 @@ inline std::vector<NoteEvent> NoteEvents(const RecordingSink& sink) {
     return out;
 }
 
-// Note ons only, as (note, channel) pairs, and their times.
-inline std::vector<std::pair<int, int>> NoteOns(const RecordingSink& sink) {
-    std::vector<std::pair<int, int>> out;
-    for (const NoteEvent& e : NoteEvents(sink))
-        if (e.kind == 'N') out.emplace_back(e.note, e.channel);
-    return out;
-}
-inline std::vector<double> OnTimes(const RecordingSink& sink) {
-    std::vector<double> out;
-    for (const NoteEvent& e : NoteEvents(sink))
-        if (e.kind == 'N') out.push_back(e.seconds);
-    return out;
-}
-
 } // namespace tahrir::play::testing

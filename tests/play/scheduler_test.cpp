@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <utility>
+#include <vector>
 
-#include "core/line_view.h"
 #include "play/player.h"
 #include "play_test_util.h"
 
@@ -14,10 +19,7 @@ using testing::Bar;
 using testing::Note;
 using testing::NoteEvent;
 using testing::NoteEvents;
-using testing::NoteOns;
-using testing::OnTimes;
 using testing::Sheet;
-using Ons = std::vector<std::pair<int, int>>;
 
 // A plain note of octave 3, a directive, and a sheet with no signature at tempo 60.
 const auto N = [](int step, int duration) { return Note(step, 3, duration); };
@@ -46,116 +48,127 @@ protected:
     double seconds = 0;
 };
 
-TEST_F(WalkTest, TimeFollowsTempoMarksScaledByTheTempoBar) {
-    // A 6/8 measure is 24 32nds: three seconds at 60.
-    auto sheet = Plain("6/8", {N(1, 12), N(2, 12), Bar(), N(3, 8)});
-    keys(sheet);
-    EXPECT_NEAR(OnTimes(sink).back(), 3.0, 1e-6); // a barline is a silence of 1e-7 s
-    EXPECT_NEAR(seconds, 4.0, 1e-6); // the run ends with its last note, no closing rest
-    // A tempo mark of 120 halves the time; the bar at 120 against the score's 60 doubles
-    // every mark, a hidden negative mark included.
-    sheet = Plain("4/4", {N(1, 8), Dir("TEMPO120"), N(2, 8), Dir("TEMPO-30"), N(3, 8), N(4, 8)});
-    keys(sheet);
-    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 1, 1.5, 3.5}));
-    player.controls().UserTempo = 120;
-    keys(sheet);
-    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 0.5, 0.75, 1.75}));
-    player.controls().UserTempo = 60;
-    sheet = Plain("4/4", {Dir("TEMPO999"), N(1, 8), N(2, 8)});
-    keys(sheet);
-    EXPECT_EQ(OnTimes(sink).back(), 1.0); // out of range: ignored
-    // Blanks inside the number are skipped: "TEMPO 7 2" is 72, and a mark of 144 twice
-    // the score's tempo.
-    sheet = Plain("4/4", {N(1, 8), Dir("TEMPO14 4"), N(2, 8), N(3, 8)});
-    sheet.setLine(2, Dir("TEMPO 7 2"));
-    keys(sheet);
-    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 1, 1.5}));
+// Seconds to the microsecond, shortest form.
+std::string Seconds(double seconds) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.10g", std::round(seconds * 1e6) / 1e6);
+    return text;
 }
 
-TEST_F(WalkTest, RepeatsVoltasRepeatSignsAndEndMarks) {
-    const struct {
-        const char* what;
-        core::ScoreSheet sheet;
-        std::vector<int> keys;
-    } rows[] = {
-        {"a closing repeat alone goes back to the head once",
-         Plain("2/4", {N(1, 16), Bar(), Dir("REP}"), N(2, 16)}),
-         {60, 60, 62}},
-        {"end mark", Plain("2/4", {N(1, 16), Bar(), Dir("LCfin"), N(2, 16)}), {60}},
-        {"text end mark", Plain("2/4", {N(1, 16), Dir("L-FIN"), N(2, 16)}), {60}},
-        {"repeat sign replays the last measure",
-         Plain("2/4", {N(1, 16), Bar(), N(2, 8), N(3, 8), Bar(), Dir("REPB1"), Bar(), N(5, 16)}),
-         {60, 62, 64, 62, 64, 67}},
-        {"repeat sign right after the first barline rewinds to the head",
-         Plain("2/4", {N(1, 16), Bar(), Dir("REPB1"), Bar(), N(2, 16)}),
-         {60, 60, 62}},
-        {"three 8ths marked L3 take a quarter: the measure still counts four beats",
-         Plain("2/4", {Note(1, 3, 4, ' ', "L3"), N(2, 4), N(3, 4), N(4, 8), Bar(), Dir("REPB1"),
-                       Bar(), N(5, 8)}),
-         {60, 62, 64, 65, 60, 62, 64, 65, 67}},
-        {"repeat sign of two measures",
-         Plain("2/4",
-               {N(1, 16), Bar(), N(2, 16), Bar(), N(3, 16), Bar(), Dir("REPB2"), Bar(), N(5, 16)}),
-         {60, 62, 64, 62, 64, 67}},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(keys(row.sheet), row.keys) << row.what;
+// Adds `item` to a list of items separated by blanks.
+void Add(std::string& list, const std::string& item) {
+    list += (list.empty() ? "" : " ") + item;
 }
 
-TEST_F(WalkTest, MeasureRangeAndSelection) {
-    const auto sheet =
-        Plain("2/4", {N(1, 16), Bar(), N(2, 16), Bar(), N(3, 16), Bar(), N(4, 16), Bar()});
-    player.controls().StartMeasure = 2;
-    player.controls().EndMeasure = 3;
-    EXPECT_EQ(keys(sheet), (std::vector<int>{62, 64}));
-    EXPECT_NEAR(OnTimes(sink).front(), 0.0, 1e-6); // measures before the start take no time
-    player.controls().StartMeasure = 0;
-    player.controls().EndMeasure = 0;
-    // A selection of lines wins: it sounds lines 6 to 8 only.
-    EXPECT_EQ(keys(sheet, RunOptions{6, 8, {}}), (std::vector<int>{62, 64}));
-    // Free rhythm has no measures to range over.
-    const auto free = Plain("4/0", {N(1, 16), Bar(), N(2, 16)});
-    player.controls().StartMeasure = 2;
-    EXPECT_EQ(keys(free), (std::vector<int>{60, 62}));
+// What a run sent and logged, under the names of the data file's expectations; the notes
+// stop before the closing all-notes-off.
+std::map<std::string, std::string> Seen(const RecordingSink& sink, const std::string& log) {
+    std::map<std::string, std::string> seen;
+    // The log's records one after the other, each ended by CR LF.
+    for (std::size_t at = 0, end; (end = log.find("\r\n", at)) != std::string::npos; at = end + 2)
+        Add(seen["log"], log.substr(at, end - at));
+    const std::vector<NoteEvent> events = NoteEvents(sink);
+    int offs = 0;
+    for (std::size_t i = 0; i + 128 * 5 < events.size(); ++i) {
+        const NoteEvent& e = events[i];
+        const std::string key = std::to_string(e.note), channel = std::to_string(e.channel);
+        const std::string velocity = std::to_string(e.velocity), at = "@" + Seconds(e.seconds);
+        Add(seen["events"], e.kind + key + "/" + channel + "/" + velocity + at);
+        offs += e.kind == 'F';
+        if (e.kind != 'N' || e.channel == CountInChannel) continue;
+        Add(seen["keys"], key);
+        Add(seen["ons"], key + "/" + channel);
+        Add(seen["times"], Seconds(e.seconds));
+        Add(seen["velocities"], velocity);
+    }
+    seen["offs"] = std::to_string(offs);
+    const char* const actions[] = {"play", "stop", "stop all", "pause", "resume", "seek"};
+    for (const auto& w : sink.waves()) {
+        if (w.command.bank != WaveBank::Accompaniment) continue;
+        std::string& text = seen["accompaniment"];
+        text += text.empty() ? "" : ", ";
+        text += actions[static_cast<int>(w.command.action)];
+        if (w.command.action == WaveAction::Seek) text += " " + std::to_string(w.command.value);
+        if (w.command.action == WaveAction::Resume) text += " at " + Seconds(w.seconds);
+    }
+    return seen;
 }
 
-TEST_F(WalkTest, SignatureOctaveAndInstrumentDirectives) {
-    const auto sheet = Sheet("  K", 60, "4/4",
-                             {N(3, 8), Dir("ALL3N"), N(3, 8), Dir("ALL8U"), N(1, 8), Dir("ALL8N"),
-                              Dir("LCTRP=2"), N(1, 8), Dir("LCINS=1"), N(1, 8)});
-    keys(sheet); // Mi koron from line 1, then natural
-    EXPECT_EQ(NoteOns(sink), (Ons{{64, 2}, {64, 3}, {72, 3}, {62, 3}, {62, 3}}));
+// The controls a case may move, each to a number, by the word that names it.
+const std::map<std::string, void (*)(PlayControls&, int)> Settings = {
+    {"bar", [](PlayControls& c, int v) { c.UserTempo = v; }},
+    {"from", [](PlayControls& c, int v) { c.StartMeasure = v; }},
+    {"to", [](PlayControls& c, int v) { c.EndMeasure = v; }},
+    {"volume", [](PlayControls& c, int v) { c.VolScr = v; }},
+    {"pedal", [](PlayControls& c, int v) { c.Pedal = v != 0; }},
+    {"accompaniment", [](PlayControls& c, int v) { c.Accompaniment = v != 0; }},
+};
+
+// Runs one case of walks.txt, given as its lines, and checks what it expects.
+void CheckWalk(const std::vector<std::string>& lines) {
+    struct Marker : PlayObserver {
+        void lineSounded(int line) override { Add(marked, std::to_string(line)); }
+        std::string marked;
+    } marker;
+    RecordingSink sink;
+    Player player(&sink);
+    player.startUp();
+    player.notes().setObserver(&marker);
+    PlayControls& controls = player.controls();
+    controls.UserTempo = 60;
+    core::ScoreSheet sheet;
+    RunOptions options;
+    std::string what;
+    std::map<std::string, std::string> expected;
+    for (const std::string& line : lines) {
+        const std::string word = line.substr(0, line.find(' '));
+        const std::string rest = line.substr(std::min(word.size() + 1, line.size()));
+        std::istringstream args(rest);
+        int value = 0;
+        if (word == "case")
+            what += rest + " ";
+        else if (word == "|")
+            sheet.setLine(++sheet.LastLine, Dir(rest.c_str()));
+        else if (Settings.count(word) && args >> value)
+            Settings.at(word)(controls, value);
+        else if (word == "select")
+            args >> options.SelectionStartLine >> options.SelectionEndLine;
+        else
+            expected[word] = rest;
+    }
+    const double length = player.playVirtual(sheet, options);
+    std::map<std::string, std::string> seen = Seen(sink, player.notes().eventLog().text());
+    seen["length"] = Seconds(length);
+    seen["marked"] = marker.marked;
+    for (const auto& [kind, text] : expected)
+        EXPECT_EQ(seen[kind], text) << kind << " of: " << what;
+}
+
+TEST(Walks, EveryCaseOfTheDataFile) {
+    std::ifstream in(std::string(TAHRIR_TEST_DATA) + "/play/walks.txt");
+    std::vector<std::string> lines;
+    int cases = 0;
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line[0] != '#') lines.push_back(line);
+        if (!line.empty() || lines.empty()) continue;
+        CheckWalk(std::exchange(lines, {}));
+        ++cases;
+    }
+    EXPECT_TRUE(lines.empty()) << "the last case needs a blank line after it";
+    EXPECT_GE(cases, 39);
+}
+
+TEST_F(WalkTest, InstrumentDirectiveSetsTheProgram) {
     // "LCINS=1" is instrument button 0: Koto on the five voices.
+    keys(Plain("4/4", {Dir("LCINS=1"), N(1, 8)}));
     EXPECT_EQ(std::ranges::count(sink.messages(), PackProgramChange(107, 3)), 1);
-    player.controls().Transpose = TransposeCentre; // undo LCTRP=2
-    // A large repeat that opens the music goes back to line 1's signature: the Si made
-    // koron in mid-score is natural again on the second pass.
-    keys(Plain("2/4", {Dir("REPS{"), N(7, 8), Dir("ALL7K"), N(7, 8), Bar(), Dir("REPS}")}));
-    EXPECT_EQ(NoteOns(sink), (Ons{{71, 3}, {71, 2}, {71, 3}, {71, 2}}));
 }
 
-TEST_F(WalkTest, MarkerFollowsTheSoundedLines) {
-    struct Lines : PlayObserver {
-        void lineSounded(int line) override { seen.push_back(line); }
-        std::vector<int> seen;
-    } lines;
-    player.notes().setObserver(&lines);
-    keys(Plain("4/4", {Note(1, 3, 8, ' ', "D "), Dir("L^x"), N(2, 8)}));
-    player.notes().setObserver(nullptr);
-    EXPECT_EQ(lines.seen, (std::vector<int>{4, 4, 4, 6}));
-}
-
-TEST_F(WalkTest, EmptyAndHostileSheetsEndCleanly) {
-    EXPECT_TRUE(keys(core::ScoreSheet{}).empty());
+TEST_F(WalkTest, HostileSheetsEndCleanly) {
     keys(Sheet("KKKKKKK", 0, "x/y",
                {Note(9, 9, 8), "1x 8", N(1, 999), Dir("REPB2"), Dir("REP}"), Dir("REP}")}));
     EXPECT_TRUE(std::isfinite(seconds));
     EXPECT_EQ(sink.messages().back(), PackNoteOff(127, 5));
-    // A tempo bar set below its range (a score whose tempo is 0 leaves it unset) plays at
-    // the bar's minimum of 20: a quarter lasts 3 seconds.
-    player.controls().UserTempo = 0;
-    keys(Sheet("", 0, "4/4", {N(1, 8), N(2, 8)}));
-    EXPECT_EQ(OnTimes(sink), (std::vector<double>{0, 3}));
 }
 
 // Random sheets built from every kind of line: each run ends, whatever the jumps.

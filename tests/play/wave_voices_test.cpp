@@ -41,7 +41,6 @@ void operator delete(void* p, std::size_t) noexcept {
 namespace tahrir::play {
 namespace {
 
-using testing::Directive;
 using testing::Note;
 using testing::ReadLeft;
 using testing::Sheet;
@@ -174,57 +173,6 @@ TEST(WaveVoiceRendering, DafStrokesFollowTheRhythm) {
     for (int d : durations) {
         EXPECT_NEAR(OnsetNear(x, at), at, 0.005) << "stroke at " << at;
         at += d * 60.0 / (8 * 90);
-    }
-}
-
-// The accompaniment's commands of a virtual run.
-std::vector<RecordingSink::WaveEntry> AccompanimentRun(const core::ScoreSheet& sheet, int tempo,
-                                                       int startMeasure) {
-    RecordingSink sink;
-    Player player(&sink);
-    player.startUp();
-    player.controls().UserTempo = tempo;
-    player.controls().StartMeasure = startMeasure;
-    player.controls().Accompaniment = true;
-    player.playVirtual(sheet, {});
-    std::vector<RecordingSink::WaveEntry> out;
-    for (const auto& w : sink.waves())
-        if (w.command.bank == WaveBank::Accompaniment) out.push_back(w);
-    return out;
-}
-
-TEST(Accompaniment, StartsWhereTheWalkStandsOrWhereAnLvTLineSays) {
-    const auto bar = testing::Bar();
-    // Three 4/4 measures of quarter notes at the score's tempo 60.
-    const auto sheet = [&](std::string first) {
-        return Sheet("", 60, "4/4",
-                     {first, Note(1, 3, 8), Note(2, 3, 8), Note(3, 3, 8), Note(4, 3, 8), bar,
-                      Note(5, 3, 8), Note(6, 3, 8), Note(5, 3, 8), Note(4, 3, 8), bar,
-                      Note(3, 3, 8), Note(2, 3, 8), Note(1, 3, 8), Note(1, 3, 8), bar});
-    };
-    struct Row {
-        const char* first;
-        int tempo, startMeasure;
-        int position;    // milliseconds
-        double playTime; // run seconds of the first sounding note
-    };
-    const Row rows[] = {
-        {"L>", 60, 0, 0, 0},        // from the top
-        {"L>", 60, 3, 8000, 0},     // two measures of 4 s passed over
-        {"L>", 120, 3, 4000, 0},    // the recording of tempo 120 runs twice as fast
-        {"LvT=40", 60, 0, 500, 0},  // 40 / 8 * 60 / 60 * 100
-        {"LvT=40", 120, 3, 250, 0}, // the cue wins over the walk's clock
-    };
-    for (const Row& r : rows) {
-        const auto waves = AccompanimentRun(sheet(Directive(r.first)), r.tempo, r.startMeasure);
-        ASSERT_GE(waves.size(), 4u) << r.first;
-        EXPECT_EQ(waves[0].command, (WaveCommand{WaveBank::Accompaniment, WaveAction::Seek, 0}));
-        EXPECT_EQ(waves[1].command,
-                  (WaveCommand{WaveBank::Accompaniment, WaveAction::Seek, r.position}))
-            << r.first << " tempo " << r.tempo << " from " << r.startMeasure;
-        EXPECT_EQ(waves[2].command.action, WaveAction::Resume);
-        EXPECT_NEAR(waves[2].seconds, r.playTime, 1e-6); // a barline sounds 0.1 us
-        EXPECT_EQ(waves.back().command.action, WaveAction::Stop);
     }
 }
 
