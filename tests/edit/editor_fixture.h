@@ -85,6 +85,21 @@ protected:
         return current();
     }
     void answer(const char* a) { host.answers = {std::string(a)}; }
+    // A band drawn from line a's symbol to line b's.
+    void bandSelect(int a, int b) {
+        const EditorState& s = editor->state();
+        const auto from = static_cast<std::size_t>(a), to = static_cast<std::size_t>(b);
+        editor->picMouseDown(s.LineX[from], s.LineY[from]);
+        editor->picMouseMove(s.LineX[to], s.LineY[to], true);
+        editor->picMouseUp();
+    }
+    // The first character of every body line.
+    std::string body() const {
+        std::string out;
+        for (int i = 4; i <= last(); ++i)
+            out += trimmed(i).substr(0, 1);
+        return out;
+    }
     // n notes committed on "13  8" are undone to the score as opened, then redone.
     void undoAndRedoAll(int n) {
         for (int i = 0; i < n; ++i)
@@ -102,7 +117,6 @@ protected:
         EXPECT_EQ(line(60), middle);
     }
     std::string line(int i) const { return doc.Sheet[i].text(); }
-    std::string pen() const { return doc.Sheet.PenLine().text(); }
     // Line text up to its last non-blank.
     std::string trimmed(int i) const { return std::string(doc.Sheet[i].trimmedRight()); }
     Lines trimmed(int from, int to) const {

@@ -6,26 +6,11 @@ namespace tahrir::edit::test {
 
 using KeyDispatch = EditorTest;
 
-TEST_F(KeyDispatch, HeadLinesTakeOnlyRhythmTempoAndMovementKeys) {
-    load({"13  8    "});
-    ASSERT_EQ(moved(Key::Home), 2);
-    const std::string before = line(2);
-    keys({K('S'), Key::Del});
-    key(Key::F(2), kCtrl);
-    editor->paletteClick(19, 0);
-    EXPECT_EQ(line(2), before);
-    EXPECT_EQ(last(), 4);
-    EXPECT_TRUE(host.titles.empty());
-
-    answer("90");
-    key(K('T')); // line 2 is the tempo line: its dialog opens
-    ASSERT_EQ(host.titles, Lines{"Tempo"});
-    EXPECT_EQ(trimmed(2), "TEMPO90");
-    EXPECT_DOUBLE_EQ(doc.InitialTempo, 90);
-
-    key(Key::Left);
-    EXPECT_EQ(moved(Key::Left), 2); // stops at line 2
-    EXPECT_EQ(editor->state().KeyOutcome, Outcome::PenToRecord);
+TEST_F(KeyDispatch, ThePenIsDrawnWhereItStands) {
+    load({"13  8"});
+    const double y = editor->state().LineY[0];
+    key(Key::Digit(7));
+    EXPECT_DOUBLE_EQ(editor->state().LineY[0], y - 3);
 }
 
 TEST_F(KeyDispatch, RightStopsAtTheLastLineAndEndSkipsUndrawnLines) {
@@ -36,27 +21,6 @@ TEST_F(KeyDispatch, RightStopsAtTheLastLineAndEndSkipsUndrawnLines) {
     // Lines that drew nothing: End walks back, never past line 4.
     editor->positionsChanged(core::PositionTable{});
     EXPECT_EQ(moved(Key::End), 4);
-}
-
-TEST_F(KeyDispatch, MovingDiscardsThePenAndResynchronises) {
-    load({"13  8    ", "23  8    "});
-    EXPECT_EQ(typed(Key::Digit(6)), "63  8");
-    key(Key::Right);
-    EXPECT_EQ(typed(Key::Left), "13  8");
-    EXPECT_EQ(trimmed(4), "13  8");
-    EXPECT_EQ(editor->state().RCDTxt, line(4));
-    EXPECT_EQ(editor->state().KeyOutcome, Outcome::Resynchronise);
-}
-
-TEST_F(KeyDispatch, RowMovesFindTheLineStraightAboveOrBelow) {
-    // Nineteen symbols a row in the plain layout: line 4 and line 23 share an x.
-    load(Lines(38, "13  8    "));
-    EXPECT_EQ(moved(Key::Down, kShift), 23);
-    EXPECT_EQ(moved(Key::Down, kCtrl), 40); // no third row: stops at LastLine - 1
-    EXPECT_EQ(moved(Key::Home, kShift), 2);
-    repeat(25, Key::Right);
-    EXPECT_EQ(current(), 27);
-    EXPECT_EQ(moved(Key::Up, kShift), 9); // x 17: line 9 at x 20 is the first within 3 units
 }
 
 TEST_F(KeyDispatch, CtrlShiftIsPlainInTheEditorAndIgnoredInTheViewer) {

@@ -15,26 +15,6 @@ protected:
 
 const Lines kFour = {"13  8", "23  8", "33  8", "43  8"};
 
-TEST_F(MouseText, ClicksMoveTheCursorAndShiftClicksExtendASelection) {
-    load(kFour);
-    EXPECT_EQ(clicked(6, kShift), 4); // no selection yet: nothing
-    EXPECT_EQ(editor->state().SelEnd, 0);
-    EXPECT_EQ(clicked(6), 6);
-    EXPECT_EQ(penTrimmed(), "33  8");
-    EXPECT_EQ(editor->state().LineX[0], editor->state().LineX[6]);
-
-    ctrl('A');
-    EXPECT_EQ(clicked(5, kShift), 6); // the other end of the selection
-    EXPECT_EQ(sel(), Pair(4, 5));
-    EXPECT_EQ(editor->state().labels[5].colour, ColourBlue);
-    EXPECT_EQ(editor->state().labels[6].colour, ColourBlack);
-
-    editor->labelClick(7);
-    EXPECT_EQ(current(), 7);
-    EXPECT_EQ(editor->state().SelEnd, 0);
-    EXPECT_EQ(editor->state().labels[5].colour, ColourBlack);
-}
-
 TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
     load({"13  8", "23  8", "33  8"});
     ASSERT_LT(editor->state().LineX[1], 0); // the header line draws no symbol
@@ -46,6 +26,7 @@ TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
     editor->labelMouseDown(1, 1, kShift);
     EXPECT_EQ(editor->state().SelEnd, 6); // the selection keeps its end
     EXPECT_EQ(clicked(5), 5);
+    EXPECT_EQ(editor->state().LineX[0], editor->state().LineX[5]); // the pen moves there
 }
 
 TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
@@ -112,15 +93,6 @@ TEST_F(MouseText, CommandToolFillsItsListAndAsksForAFont) {
     key(Key::Left);
     editor->commandToolApply("TOP=40\n");
     EXPECT_EQ(trimmed(4), "LCTOP=40");
-}
-
-TEST_F(MouseText, ShiftFunctionKeysInsertTextAndBarLines) {
-    load({"13  8"});
-    // F8's speed cue is 6000 / (60 x 1 x 8); F1 inserts nothing.
-    for (int f : {7, 4, 2, 8, 1})
-        key(Key::F(f), kShift);
-    EXPECT_EQ(trimmed(4, 7), (Lines{"03 -1", "LC", "L^Ms=1", "LvT=12"}));
-    EXPECT_EQ(last(), 8);
 }
 
 } // namespace tahrir::edit::test
