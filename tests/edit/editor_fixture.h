@@ -80,10 +80,6 @@ protected:
         key(code, shift);
         return penTrimmed();
     }
-    int moved(int code, int shift = 0) {
-        key(code, shift);
-        return current();
-    }
     void answer(const char* a) { host.answers = {std::string(a)}; }
     // A band drawn from line a's symbol to line b's.
     void bandSelect(int a, int b) {

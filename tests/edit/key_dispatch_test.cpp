@@ -13,16 +13,6 @@ TEST_F(KeyDispatch, ThePenIsDrawnWhereItStands) {
     EXPECT_DOUBLE_EQ(editor->state().LineY[0], y - 3);
 }
 
-TEST_F(KeyDispatch, RightStopsAtTheLastLineAndEndSkipsUndrawnLines) {
-    load({"13  8    ", "23  8    "});
-    key(Key::End);
-    EXPECT_EQ(moved(Key::Right), 5);
-    EXPECT_EQ(editor->state().KeyOutcome, Outcome::PenToRecord);
-    // Lines that drew nothing: End walks back, never past line 4.
-    editor->positionsChanged(core::PositionTable{});
-    EXPECT_EQ(moved(Key::End), 4);
-}
-
 TEST_F(KeyDispatch, CtrlShiftIsPlainInTheEditorAndIgnoredInTheViewer) {
     load({"13  8    ", "23  8    "});
     answer("100");
@@ -51,18 +41,6 @@ TEST_F(KeyDispatch, UnlistedKeysCostNothing) {
     EXPECT_EQ(editor->state().LineStateRuns, runs);
     key(Key::Right); // movement marks the index stale
     EXPECT_EQ(editor->state().LineStateRuns, runs + 1);
-}
-
-TEST_F(KeyDispatch, EnteringTheEditorClampsTheCursorAndBlanksBeams) {
-    load({"13  8 C  ", "TEMPO 80C", "L-word C "});
-    editor->editorClick();
-    doc.Sheet.CurrentLine = 99;
-    doc.Sheet[1].setField(7, "K");
-    editor->editorClick();
-    EXPECT_EQ(current(), 4);
-    EXPECT_EQ(line(4).substr(0, 9), "13  8    ");
-    EXPECT_EQ(trimmed(5, 6), (Lines{"TEMPO 80C", "L-word C"}));
-    EXPECT_EQ(keySignature(), "      KG"); // the key signature's Si stays
 }
 
 } // namespace tahrir::edit::test

@@ -2,6 +2,7 @@
 // clicks and answers given to the editor, and what must stand afterwards.
 
 #include <fstream>
+#include <iomanip>
 #include <functional>
 #include <map>
 #include <sstream>
@@ -14,22 +15,9 @@ namespace {
 // Blank-separated words; a quoted word keeps its blanks ("" is the empty word).
 Lines Words(const std::string& text) {
     Lines words;
-    std::string word;
-    bool quoted = false, started = false;
-    for (char c : text) {
-        if (c == '"') {
-            quoted = !quoted;
-            started = true;
-        } else if (c == ' ' && !quoted) {
-            if (started) words.push_back(word);
-            word.clear();
-            started = false;
-        } else {
-            word += c;
-            started = true;
-        }
-    }
-    if (started) words.push_back(word);
+    std::istringstream in(text);
+    for (std::string word; in >> std::quoted(word);)
+        words.push_back(word);
     return words;
 }
 
@@ -79,6 +67,8 @@ public:
             load(Lines(std::stoul(rest.at(0)), rest.at(1)));
         else if (verb == "set")
             doc.Sheet.setLine(std::stoi(rest.at(0)), rest.at(1));
+        else if (verb == "jump") // the cursor put on a line behind the editor's back
+            doc.Sheet.CurrentLine = std::stoi(rest.at(0));
         else if (verb == "answer") // the input box answers, none for a cancelled box
             host.answers.assign(rest.begin(), rest.end());
         else if (verb == "keys")
@@ -125,7 +115,8 @@ private:
             {"Band", [&] { bandSelect(n.at(0), n.at(1)); }},
             {"Measure", [&] { editor->measureMouseDown(n.at(0), n.at(1), n.at(2)); }},
             {"MeasureDouble", [&] { editor->measureDoubleClick(n.at(0)); }},
-            {"EditorBox", [&] { editor->editorClick(); }}};
+            {"EditorBox", [&] { editor->editorClick(); }},
+            {"Undrawn", [&] { editor->positionsChanged(core::PositionTable{}); }}};
         const auto it = clicks.find(kind);
         ASSERT_NE(it, clicks.end()) << "unknown click " << kind;
         it->second();
@@ -160,6 +151,8 @@ private:
             {"maximum", {0, one([this] { return Str(st().measures.Maximum); })}},
             {"outcome", {0, one([this] { return OutcomeName(st().KeyOutcome); })}},
             {"rcd", {0, one([this] { return st().RCDTxt; })}},
+            {"penatcursor", {0, one([this] {
+                 return Truth(st().LineX.at(0) == st().LineX.at(Index(current()))); })}},
             {"help", {0, one([this] { return Truth(st().HelpMode); })}},
             {"voice", {0, one([this] { return Truth(st().SyllableVoiceOn); })}},
             {"current", {0, one([this] { return Str(current()); })}},
@@ -183,6 +176,8 @@ private:
             // Columns a[1]..a[2] of line a[0], counted from 1.
             {"columns", {3, [this](auto& a) {
                  return Lines{line(a[0]).substr(a[1] - 1, a[2] - a[1] + 1)}; }}},
+            {"drawn", {1, [this](auto& a) {
+                 return Lines{Truth(st().LineX.at(Index(a[0])) >= 0)}; }}},
             {"lit", {1, [this](auto& a) { return Lines{Truth(st().lit.test(Index(a[0])))}; }}},
             {"measurecolour", {1, [this](auto& a) {
                  return Lines{ColourName(st().measures.LabelColour.at(Index(a[0])))}; }}},

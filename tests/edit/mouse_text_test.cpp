@@ -1,36 +1,13 @@
-// Label clicks, bands, and the lines that the text and command tools build.
+// Bands, and the lines that the text and command tools build.
 
 #include "editor_fixture.h"
 
 namespace tahrir::edit::test {
 
-class MouseText : public EditorTest {
-protected:
-    // A left press on a line's label, then the cursor line.
-    int clicked(int line, int shift = 0) {
-        editor->labelMouseDown(line, 1, shift);
-        return current();
-    }
-};
-
-const Lines kFour = {"13  8", "23  8", "33  8", "43  8"};
-
-TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
-    load({"13  8", "23  8", "33  8"});
-    ASSERT_LT(editor->state().LineX[1], 0); // the header line draws no symbol
-    editor->labelMouseDown(1, 1, 0);
-    editor->labelClick(1);
-    EXPECT_EQ(current(), 4);  // the cursor never stands on line 1
-    EXPECT_EQ(clicked(9), 4); // beyond the last line
-    ctrl('A');
-    editor->labelMouseDown(1, 1, kShift);
-    EXPECT_EQ(editor->state().SelEnd, 6); // the selection keeps its end
-    EXPECT_EQ(clicked(5), 5);
-    EXPECT_EQ(editor->state().LineX[0], editor->state().LineX[5]); // the pen moves there
-}
+using MouseText = EditorTest;
 
 TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
-    load(kFour);
+    load({"13  8", "23  8", "33  8", "43  8"});
     editor->picMouseDown(-50, -50);
     editor->picMouseMove(-40, -40, true);
     editor->picMouseUp();
