@@ -75,12 +75,6 @@ protected:
             key(code, shift);
     }
     void ctrl(char c) { key(K(c), kCtrl); }
-    // A key press, then the pen (up to its last non-blank) or the cursor line.
-    std::string typed(int code, int shift = 0) {
-        key(code, shift);
-        return penTrimmed();
-    }
-    void answer(const char* a) { host.answers = {std::string(a)}; }
     // A band drawn from line a's symbol to line b's.
     void bandSelect(int a, int b) {
         const EditorState& s = editor->state();

@@ -15,7 +15,7 @@ TEST_F(KeyDispatch, ThePenIsDrawnWhereItStands) {
 
 TEST_F(KeyDispatch, CtrlShiftIsPlainInTheEditorAndIgnoredInTheViewer) {
     load({"13  8    ", "23  8    "});
-    answer("100");
+    host.answers = {"100"};
     key(K('T'), kShift | kCtrl); // plain T: a tempo line with its dialog
     EXPECT_EQ(trimmed(4), "TEMPO100");
     EXPECT_EQ(last(), 6);
@@ -37,7 +37,8 @@ TEST_F(KeyDispatch, UnlistedKeysCostNothing) {
     const int runs = editor->state().LineStateRuns;
     key(K('Q'));
     ctrl('J');
-    EXPECT_EQ(typed(Key::Digit(5), kShift), "13  6"); // listed but leaves IndexStale clear
+    key(Key::Digit(5), kShift); // listed but leaves IndexStale clear
+    EXPECT_EQ(penTrimmed(), "13  6");
     EXPECT_EQ(editor->state().LineStateRuns, runs);
     key(Key::Right); // movement marks the index stale
     EXPECT_EQ(editor->state().LineStateRuns, runs + 1);

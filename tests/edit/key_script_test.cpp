@@ -69,6 +69,8 @@ public:
             doc.Sheet.setLine(std::stoi(rest.at(0)), rest.at(1));
         else if (verb == "jump") // the cursor put on a line behind the editor's back
             doc.Sheet.CurrentLine = std::stoi(rest.at(0));
+        else if (verb == "textbox") // the text tool applied with an option and a text
+            editor->textToolApply(rest.at(1), std::stoi(rest.at(0)));
         else if (verb == "answer") // the input box answers, none for a cancelled box
             host.answers.assign(rest.begin(), rest.end());
         else if (verb == "keys")
@@ -153,6 +155,7 @@ private:
             {"rcd", {0, one([this] { return st().RCDTxt; })}},
             {"penatcursor", {0, one([this] {
                  return Truth(st().LineX.at(0) == st().LineX.at(Index(current()))); })}},
+            {"accidental", {0, one([this] { return audio.notes.at(0).accidental; })}},
             {"help", {0, one([this] { return Truth(st().HelpMode); })}},
             {"voice", {0, one([this] { return Truth(st().SyllableVoiceOn); })}},
             {"current", {0, one([this] { return Str(current()); })}},
@@ -178,6 +181,8 @@ private:
                  return Lines{line(a[0]).substr(a[1] - 1, a[2] - a[1] + 1)}; }}},
             {"drawn", {1, [this](auto& a) {
                  return Lines{Truth(st().LineX.at(Index(a[0])) >= 0)}; }}},
+            {"length", {1, [this](auto& a) { return Lines{Str(double(line(a[0]).size()))}; }}},
+            {"record", {2, [this](auto& a) { return Lines{undo.readRecord(a[0], a[1])}; }}},
             {"lit", {1, [this](auto& a) { return Lines{Truth(st().lit.test(Index(a[0])))}; }}},
             {"measurecolour", {1, [this](auto& a) {
                  return Lines{ColourName(st().measures.LabelColour.at(Index(a[0])))}; }}},
