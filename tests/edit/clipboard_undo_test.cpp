@@ -12,17 +12,6 @@ const std::string kMarker = "Srv5 Paste Data";
 
 using Clipboard = EditorTest;
 
-TEST_F(Clipboard, UndoAndRedoHaveNoDepthLimitAndANewEditDropsRedo) {
-    load({"13  8    "});
-    undoAndRedoAll(120);
-    repeat(2, K('Z'), kCtrl);
-    keys({Key::Digit(7), Key::Enter}); // a new page: redo is gone
-    EXPECT_EQ(doc.UndoTop, doc.UndoIndex);
-    const int page = doc.UndoIndex;
-    ctrl('Y');
-    EXPECT_EQ(doc.UndoIndex, page);
-}
-
 TEST_F(Clipboard, CopyWritesThePasteFileThatAnotherRunCanPaste) {
     load(kSix);
     ctrl('C'); // no selection: nothing at all

@@ -2,11 +2,12 @@
 // clicks and answers given to the editor, and what must stand afterwards.
 
 #include <fstream>
-#include <iomanip>
 #include <functional>
+#include <iomanip>
 #include <map>
 #include <sstream>
 
+#include "edit/file_undo_pages.h"
 #include "editor_fixture.h"
 
 namespace tahrir::edit::test {
@@ -32,23 +33,23 @@ std::vector<int> Numbers(const std::string& text) {
 
 // A key named as the type command names it: a letter, a digit, F1..F12 or a word.
 int KeyCode(const std::string& name) {
+    using namespace Key;
     static const std::map<std::string, int> named = {
-        {"Enter", Key::Enter}, {"Ins", Key::Ins},       {"Del", Key::Del},
-        {"Esc", Key::Esc},     {"Left", Key::Left},     {"Right", Key::Right},
-        {"Up", Key::Up},       {"Down", Key::Down},     {"Home", Key::Home},
-        {"End", Key::End},     {"PageUp", Key::PageUp}, {"PageDown", Key::PageDown},
-        {"Grave", Key::Grave}, {"NumPlus", Key::NumPlus}, {"NumMinus", Key::NumMinus},
-        {"Backspace", Key::Backspace}};
+        {"Enter", Enter},       {"Ins", Ins},     {"Del", Del},         {"Backspace", Backspace},
+        {"Esc", Esc},           {"Left", Left},   {"Right", Right},     {"Up", Up},
+        {"Down", Down},         {"Home", Home},   {"End", End},         {"PageUp", PageUp},
+        {"PageDown", PageDown}, {"Grave", Grave}, {"NumPlus", NumPlus}, {"NumMinus", NumMinus},
+    };
     if (name.size() == 1) return name[0];
-    if (name[0] == 'F') return Key::F(std::stoi(name.substr(1)));
+    if (name[0] == 'F') return F(std::stoi(name.substr(1)));
     const auto it = named.find(name);
     EXPECT_NE(it, named.end()) << "unknown key " << name;
     return it == named.end() ? 0 : it->second;
 }
 
 std::string ColourName(int colour) {
-    static const std::map<int, std::string> names = {{ColourBlack, "black"},
-        {ColourRed, "red"}, {ColourYellow, "yellow"}, {ColourBlue, "blue"}};
+    static const std::map<int, std::string> names = {
+        {ColourBlack, "black"}, {ColourRed, "red"}, {ColourYellow, "yellow"}, {ColourBlue, "blue"}};
     const auto it = names.find(colour);
     return it == names.end() ? std::to_string(colour) : it->second;
 }
@@ -65,7 +66,10 @@ public:
             load(rest);
         else if (verb == "loadmany") // a count and one line
             load(Lines(std::stoul(rest.at(0)), rest.at(1)));
-        else if (verb == "set")
+        else if (verb == "loadpaged") { // the undo pages kept in a store file
+            m_pages = std::make_unique<FileUndoPages>(folder / "tmp.ctz");
+            load(rest, m_pages.get());
+        } else if (verb == "set")
             doc.Sheet.setLine(std::stoi(rest.at(0)), rest.at(1));
         else if (verb == "jump") // the cursor put on a line behind the editor's back
             doc.Sheet.CurrentLine = std::stoi(rest.at(0));
@@ -124,8 +128,9 @@ private:
         it->second();
     }
 
-    // A reading takes a fixed count of numbers; the words after them are what it must give.
-    using Reading = std::function<Lines(const std::vector<int>&)>;
+    // A reading takes a fixed count of numbers; the words after them are what it must give,
+    // joined by "|" where it gives several.
+    using Reading = std::function<std::string(const std::vector<int>&)>;
     void check(const std::string& what, const Lines& rest) {
         const auto it = readings().find(what);
         ASSERT_NE(it, readings().end()) << "unknown step " << what;
@@ -134,66 +139,77 @@ private:
         std::vector<int> args;
         for (std::size_t i = 0; i < count; ++i)
             args.push_back(std::stoi(rest[i]));
-        EXPECT_EQ(read(args), Lines(rest.begin() + static_cast<long>(count), rest.end())) << what;
+        EXPECT_EQ(read(args), Join(Lines(rest.begin() + static_cast<long>(count), rest.end())))
+            << what;
     }
 
     const std::map<std::string, std::pair<std::size_t, Reading>>& readings() {
         if (!m_readings.empty()) return m_readings;
-        const auto one = [](auto f) { return [f](auto&) { return Lines{f()}; }; };
         m_readings = {
-            {"pen", {0, one([this] { return penTrimmed(); })}},
-            {"caption", {0, one([this] { return caption(); })}},
-            {"keysig", {0, one([this] { return keySignature(); })}},
-            {"body", {0, one([this] { return body(); })}},
-            {"asked", {0, one([this] { return Str(double(host.titles.size())); })}},
-            {"shown", {0, one([this] { return Str(double(host.messages.size())); })}},
-            {"tempo", {0, one([this] { return Str(doc.InitialTempo); })}},
-            {"undo", {0, one([this] { return Str(doc.UndoIndex); })}},
-            {"dirty", {0, one([this] { return Truth(doc.DirtyFlag); })}},
-            {"maximum", {0, one([this] { return Str(st().measures.Maximum); })}},
-            {"outcome", {0, one([this] { return OutcomeName(st().KeyOutcome); })}},
-            {"rcd", {0, one([this] { return st().RCDTxt; })}},
-            {"penatcursor", {0, one([this] {
-                 return Truth(st().LineX.at(0) == st().LineX.at(Index(current()))); })}},
-            {"accidental", {0, one([this] { return audio.notes.at(0).accidental; })}},
-            {"help", {0, one([this] { return Truth(st().HelpMode); })}},
-            {"voice", {0, one([this] { return Truth(st().SyllableVoiceOn); })}},
-            {"current", {0, one([this] { return Str(current()); })}},
-            {"last", {0, one([this] { return Str(last()); })}},
-            {"selstart", {0, one([this] { return Str(st().SelStart); })}},
-            {"selend", {0, one([this] { return Str(st().SelEnd); })}},
-            {"rangeend", {0, one([this] { return Str(st().measures.EndMess); })}},
-            {"cursor", {0, [this](auto&) { return Lines{Str(current()), Str(last())}; }}},
-            {"sel", {0, [this](auto&) { return Lines{Str(st().SelStart), Str(st().SelEnd)}; }}},
-            {"range", {0, [this](auto&) {
-                 return Lines{Str(st().measures.StartMess), Str(st().measures.EndMess)}; }}},
-            {"messages", {0, [this](auto&) { return host.messages; }}},
-            {"titles", {0, [this](auto&) { return host.titles; }}},
-            {"sounded", {0, [this](auto&) {
-                 Lines steps;
-                 for (int step : sounded()) steps.push_back(Str(step));
-                 return steps; }}},
-            {"line", {1, [this](auto& a) { return Lines{trimmed(a[0])}; }}},
-            {"lines", {2, [this](auto& a) { return trimmed(a[0], a[1]); }}},
-            {"text", {1, [this](auto& a) { return Lines{line(a[0])}; }}},
+            {"pen", {0, [this](auto&) { return penTrimmed(); }}},
+            {"caption", {0, [this](auto&) { return caption(); }}},
+            {"keysig", {0, [this](auto&) { return keySignature(); }}},
+            {"body", {0, [this](auto&) { return body(); }}},
+            {"current", {0, [this](auto&) { return Str(current()); }}},
+            {"last", {0, [this](auto&) { return Str(last()); }}},
+            {"cursor", {0, [this](auto&) { return Two(current(), last()); }}},
+            {"messages", {0, [this](auto&) { return Join(host.messages); }}},
+            {"shown", {0, [this](auto&) { return Str(double(host.messages.size())); }}},
+            {"titles", {0, [this](auto&) { return Join(host.titles); }}},
+            {"asked", {0, [this](auto&) { return Str(double(host.titles.size())); }}},
+            {"sounded", {0, [this](auto&) { return Join(Strs(sounded())); }}},
+            {"accidental", {0, [this](auto&) { return audio.notes.at(0).accidental; }}},
+            {"tempo", {0, [this](auto&) { return Str(doc.InitialTempo); }}},
+            {"undo", {0, [this](auto&) { return Str(doc.UndoIndex); }}},
+            {"undotop", {0, [this](auto&) { return Str(doc.UndoTop); }}},
+            {"dirty", {0, [this](auto&) { return Truth(doc.DirtyFlag); }}},
+            {"selstart", {0, [this](auto&) { return Str(st().SelStart); }}},
+            {"selend", {0, [this](auto&) { return Str(st().SelEnd); }}},
+            {"sel", {0, [this](auto&) { return Two(st().SelStart, st().SelEnd); }}},
+            {"range",
+             {0, [this](auto&) { return Two(st().measures.StartMess, st().measures.EndMess); }}},
+            {"rangeend", {0, [this](auto&) { return Str(st().measures.EndMess); }}},
+            {"maximum", {0, [this](auto&) { return Str(st().measures.Maximum); }}},
+            {"outcome", {0, [this](auto&) { return OutcomeName(st().KeyOutcome); }}},
+            {"rcd", {0, [this](auto&) { return st().RCDTxt; }}},
+            {"help", {0, [this](auto&) { return Truth(st().HelpMode); }}},
+            {"voice", {0, [this](auto&) { return Truth(st().SyllableVoiceOn); }}},
+            // Whether the pen stands at the cursor line's x.
+            {"penatcursor", {0, [this](auto&) { return Truth(X(0) == X(current())); }}},
+            {"drawn", {1, [this](auto& a) { return Truth(X(a[0]) >= 0); }}},
+            {"line", {1, [this](auto& a) { return trimmed(a[0]); }}},
+            {"lines", {2, [this](auto& a) { return Join(trimmed(a[0], a[1])); }}},
+            {"text", {1, [this](auto& a) { return line(a[0]); }}},
+            {"length", {1, [this](auto& a) { return Str(double(line(a[0]).size())); }}},
             // Columns a[1]..a[2] of line a[0], counted from 1.
-            {"columns", {3, [this](auto& a) {
-                 return Lines{line(a[0]).substr(a[1] - 1, a[2] - a[1] + 1)}; }}},
-            {"drawn", {1, [this](auto& a) {
-                 return Lines{Truth(st().LineX.at(Index(a[0])) >= 0)}; }}},
-            {"length", {1, [this](auto& a) { return Lines{Str(double(line(a[0]).size()))}; }}},
-            {"record", {2, [this](auto& a) { return Lines{undo.readRecord(a[0], a[1])}; }}},
-            {"lit", {1, [this](auto& a) { return Lines{Truth(st().lit.test(Index(a[0])))}; }}},
-            {"measurecolour", {1, [this](auto& a) {
-                 return Lines{ColourName(st().measures.LabelColour.at(Index(a[0])))}; }}},
-            {"labelcolour", {1, [this](auto& a) {
-                 return Lines{ColourName(st().labels.at(Index(a[0])).colour)}; }}}};
+            {"columns",
+             {3, [this](auto& a) { return line(a[0]).substr(a[1] - 1, a[2] - a[1] + 1); }}},
+            {"record", {2, [this](auto& a) { return undo.readRecord(a[0], a[1]); }}},
+            {"lit", {1, [this](auto& a) { return Truth(st().lit.test(Index(a[0]))); }}},
+            {"measurecolour", {1, [this](auto& a) { return ColourName(MeasureColour(a[0])); }}},
+            {"labelcolour",
+             {1, [this](auto& a) { return ColourName(st().labels.at(Index(a[0])).colour); }}}};
         return m_readings;
     }
 
     const EditorState& st() const { return editor->state(); }
     static std::size_t Index(int i) { return static_cast<std::size_t>(i); }
     static std::string Truth(bool b) { return b ? "true" : "false"; }
+    double X(int line) const { return st().LineX.at(Index(line)); }
+    int MeasureColour(int measure) const { return st().measures.LabelColour.at(Index(measure)); }
+    static std::string Two(int a, int b) { return Str(a) + "|" + Str(b); }
+    static std::string Join(const Lines& words) {
+        std::string joined;
+        for (const std::string& word : words)
+            joined += (joined.empty() ? "" : "|") + word;
+        return joined;
+    }
+    static Lines Strs(const std::vector<int>& numbers) {
+        Lines words;
+        for (int n : numbers)
+            words.push_back(Str(n));
+        return words;
+    }
     static std::string Str(double v) {
         std::ostringstream out;
         out << v;
@@ -205,6 +221,7 @@ private:
         return names[static_cast<int>(outcome)];
     }
 
+    std::unique_ptr<FileUndoPages> m_pages;
     std::map<std::string, std::pair<std::size_t, Reading>> m_readings;
 };
 
