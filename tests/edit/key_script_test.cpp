@@ -1,6 +1,7 @@
 // Key scripts: each file under tests/data/edit holds cases of a score body, the keys,
 // clicks and answers given to the editor, and what must stand afterwards.
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <iomanip>
@@ -60,28 +61,24 @@ public:
 
     // One line of a case: an action, or a reading and the words it must give.
     void step(const Lines& words) {
-        const std::string& verb = words[0];
         const Lines rest(words.begin() + 1, words.end());
-        if (verb == "load")
-            load(rest);
-        else if (verb == "loadmany") // a count and one line
-            load(Lines(std::stoul(rest.at(0)), rest.at(1)));
-        else if (verb == "loadpaged") { // the undo pages kept in a store file
-            m_pages = std::make_unique<FileUndoPages>(folder / "tmp.ctz");
-            load(rest, m_pages.get());
-        } else if (verb == "set")
-            doc.Sheet.setLine(std::stoi(rest.at(0)), rest.at(1));
-        else if (verb == "jump") // the cursor put on a line behind the editor's back
-            doc.Sheet.CurrentLine = std::stoi(rest.at(0));
-        else if (verb == "textbox") // the text tool applied with an option and a text
-            editor->textToolApply(rest.at(1), std::stoi(rest.at(0)));
-        else if (verb == "answer") // the input box answers, none for a cancelled box
-            host.answers.assign(rest.begin(), rest.end());
-        else if (verb == "keys")
-            for (const std::string& token : rest)
-                press(token);
+        const std::map<std::string, std::function<void()>> actions = {
+            {"load", [&] { load(rest); }},
+            {"loadmany", [&] { load(Lines(std::stoul(rest.at(0)), rest.at(1))); }},
+            // The undo pages kept in a store file.
+            {"loadpaged", [&] { load(rest, &pages()); }},
+            {"set", [&] { doc.Sheet.setLine(std::stoi(rest.at(0)), rest.at(1)); }},
+            // The cursor put on a line behind the editor's back.
+            {"jump", [&] { doc.Sheet.CurrentLine = std::stoi(rest.at(0)); }},
+            {"textbox", [&] { editor->textToolApply(rest.at(1), std::stoi(rest.at(0))); }},
+            // None for a cancelled box.
+            {"answer", [&] { host.answers.assign(rest.begin(), rest.end()); }},
+            {"keys", [&] { std::ranges::for_each(rest, [this](auto& t) { press(t); }); }}};
+        const auto it = actions.find(words[0]);
+        if (it == actions.end())
+            check(words[0], rest);
         else
-            check(verb, rest);
+            it->second();
     }
 
 private:
@@ -219,6 +216,11 @@ private:
         static const char* const names[] = {"PenToRecord", "Resynchronise", "FullRefresh",
                                             "StoreAnswer"};
         return names[static_cast<int>(outcome)];
+    }
+
+    FileUndoPages& pages() {
+        m_pages = std::make_unique<FileUndoPages>(folder / "tmp.ctz");
+        return *m_pages;
     }
 
     std::unique_ptr<FileUndoPages> m_pages;
