@@ -197,8 +197,8 @@ private:
     static std::string Two(int a, int b) { return Str(a) + "|" + Str(b); }
     static std::string Join(const Lines& words) {
         std::string joined;
-        for (const std::string& word : words)
-            joined += (joined.empty() ? "" : "|") + word;
+        for (std::size_t i = 0; i < words.size(); ++i)
+            joined += (i ? "|" : "") + words[i];
         return joined;
     }
     static Lines Strs(const std::vector<int>& numbers) {
