@@ -10,67 +10,7 @@ namespace tahrir::edit::test {
 const Lines kSix = {"13  8", "23  8", "33  8", "43  8", "53  8", "63  8"};
 const std::string kMarker = "Srv5 Paste Data";
 
-class Clipboard : public EditorTest {
-protected:
-    void bandSelect(int a, int b) {
-        const EditorState& s = editor->state();
-        const auto from = static_cast<std::size_t>(a), to = static_cast<std::size_t>(b);
-        editor->picMouseDown(s.LineX[from], s.LineY[from]);
-        editor->picMouseMove(s.LineX[to], s.LineY[to], true);
-        editor->picMouseUp();
-    }
-    // The first character of every body line.
-    std::string body() const {
-        std::string out;
-        for (int i = 4; i <= last(); ++i)
-            out += trimmed(i).substr(0, 1);
-        return out;
-    }
-};
-
-TEST_F(Clipboard, UndoAndRedoHaveNoDepthLimitAndANewEditDropsRedo) {
-    load({"13  8    "});
-    undoAndRedoAll(120);
-    repeat(2, K('Z'), kCtrl);
-    keys({Key::Digit(7), Key::Enter}); // a new page: redo is gone
-    EXPECT_EQ(doc.UndoTop, doc.UndoIndex);
-    const int page = doc.UndoIndex;
-    ctrl('Y');
-    EXPECT_EQ(doc.UndoIndex, page);
-}
-
-TEST_F(Clipboard, CutAndPasteAroundTheSelection) {
-    struct Case {
-        int from, to;
-        char command;
-        int rights; // the cursor moves on from line 4 while the selection stays
-        const char* body;
-        int last;
-    };
-    // Cursor inside the cut lines: a gap of 3 at line 6 gives 1 2 3 4 5 3 4 5 6, the copies
-    // read lines the gap already overwrote, and the cut closes 5..7 again. Cut above the
-    // cursor moves the lines; a paste above a selection shifts it first.
-    const Case cases[] = {
-        {5, 7, 'X', 2, "123456", 9}, {5, 6, 'X', 4, "142356", 9}, {7, 8, 'C', 1, "14523456", 11}};
-    for (const Case& c : cases) {
-        load(kSix);
-        bandSelect(c.from, c.to);
-        ASSERT_EQ(sel(), Pair(c.from, c.to));
-        EXPECT_TRUE(editor->state().lit.test(68));
-        ctrl(c.command);
-        EXPECT_EQ(body(), "123456"); // nothing moves before the paste
-        EXPECT_TRUE(editor->state().lit.test(70));
-        repeat(c.rights, Key::Right);
-        ASSERT_EQ(current(), 4 + c.rights);
-        ctrl('V');
-        EXPECT_EQ(body(), c.body) << c.from;
-        EXPECT_EQ(cursor(), Pair(4 + c.rights, c.last));
-        if (c.command == 'X') { // the cut is spent
-            EXPECT_EQ(editor->state().SelStart, 0);
-            EXPECT_FALSE(editor->state().lit.test(70));
-        }
-    }
-}
+using Clipboard = EditorTest;
 
 TEST_F(Clipboard, CopyWritesThePasteFileThatAnotherRunCanPaste) {
     load(kSix);
@@ -114,15 +54,6 @@ TEST_F(Clipboard, ABrokenPasteFileIsReportedAndChangesNothing) {
     clipboard.setText(kMarker);
     ctrl('V');
     EXPECT_EQ(body(), "123456");
-}
-
-TEST_F(Clipboard, PasteThatWouldPassTheLastLineSaysMemoryFull) {
-    load(Lines(core::MaxLines - 4, "13  8"));
-    bandSelect(5, 6);
-    ctrl('C');
-    ctrl('V');
-    EXPECT_EQ(host.messages, Lines{"Memory full!"});
-    EXPECT_EQ(last(), core::MaxLines - 1);
 }
 
 // Undo keeps the selection, so it may name lines that a later page no longer has. Moving

@@ -66,43 +66,23 @@ protected:
     }
 
     void key(int code, int shift = 0) { editor->keyPress(code, shift); }
-    void keys(std::initializer_list<int> codes, int shift = 0) {
-        for (int c : codes)
-            key(c, shift);
-    }
-    void repeat(int n, int code, int shift = 0) {
-        for (int i = 0; i < n; ++i)
-            key(code, shift);
-    }
     void ctrl(char c) { key(K(c), kCtrl); }
-    // A key press, then the pen (up to its last non-blank) or the cursor line.
-    std::string typed(int code, int shift = 0) {
-        key(code, shift);
-        return penTrimmed();
+    // A band drawn from line a's symbol to line b's.
+    void bandSelect(int a, int b) {
+        const EditorState& s = editor->state();
+        const auto from = static_cast<std::size_t>(a), to = static_cast<std::size_t>(b);
+        editor->picMouseDown(s.LineX[from], s.LineY[from]);
+        editor->picMouseMove(s.LineX[to], s.LineY[to], true);
+        editor->picMouseUp();
     }
-    int moved(int code, int shift = 0) {
-        key(code, shift);
-        return current();
-    }
-    void answer(const char* a) { host.answers = {std::string(a)}; }
-    // n notes committed on "13  8" are undone to the score as opened, then redone.
-    void undoAndRedoAll(int n) {
-        for (int i = 0; i < n; ++i)
-            keys({Key::Digit(1 + i % 7), Key::Enter});
-        ASSERT_EQ(doc.UndoIndex, n + 1);
-        ASSERT_EQ(last(), n + 4);
-        const std::string middle = line(60);
-        repeat(n + 1, K('Z'), kCtrl); // the last press finds page 1 and stays
-        EXPECT_EQ(doc.UndoIndex, 1);
-        EXPECT_EQ(cursor(), Pair(4, 4)); // the cursor clamped to the restored LastLine
-        EXPECT_EQ(trimmed(4), "13  8");
-        repeat(n + 1, K('Y'), kCtrl);
-        EXPECT_EQ(doc.UndoIndex, n + 1);
-        EXPECT_EQ(last(), n + 3); // the last page was taken before its commit grew the score
-        EXPECT_EQ(line(60), middle);
+    // The first character of every body line.
+    std::string body() const {
+        std::string out;
+        for (int i = 4; i <= last(); ++i)
+            out += trimmed(i).substr(0, 1);
+        return out;
     }
     std::string line(int i) const { return doc.Sheet[i].text(); }
-    std::string pen() const { return doc.Sheet.PenLine().text(); }
     // Line text up to its last non-blank.
     std::string trimmed(int i) const { return std::string(doc.Sheet[i].trimmedRight()); }
     Lines trimmed(int from, int to) const {
@@ -123,7 +103,6 @@ protected:
     std::string keySignature() const { return line(1).substr(0, 8); }
     int current() const { return doc.Sheet.CurrentLine; }
     int last() const { return doc.Sheet.LastLine; }
-    Pair cursor() const { return {current(), last()}; }
     Pair sel() const { return {editor->state().SelStart, editor->state().SelEnd}; }
 
     ::tahrir::test::TempFolder temp;

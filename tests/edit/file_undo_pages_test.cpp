@@ -31,12 +31,4 @@ TEST(FileUndoPages, PagesLandAtTheirRecordsAndHolesReadBlank) {
     EXPECT_EQ(record, core::Scratch("x"));
 }
 
-using FileUndo = EditorTest;
-
-TEST_F(FileUndo, UndoThroughTheStoreFileGoesBeyondAHundredPages) {
-    FileUndoPages pages(folder / "tmp.ctz");
-    load({"13  8    "}, &pages);
-    undoAndRedoAll(110);
-}
-
 } // namespace tahrir::edit::test

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <utility>
+#include <fstream>
+#include <iomanip>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "edit/line_state.h"
@@ -25,34 +28,22 @@ std::vector<int> Derived(const char* line) {
 } // namespace
 
 TEST(ShowLineState, EachLineLightsItsKeys) {
-    const std::pair<const char*, std::vector<int>> cases[] = {
-        // Note fields.
-        {"03 -1                 ", {0, 1}}, // every barline reads as grace
-        {"33 12S 8U  ", {8, 14, 33, 63}},   // duration, sori, mark, Mi
-        {"13  8  ST", {7, 40, 61}},         // old staccato
-        {"13  8  . ", {7, 40, 61}},
-        {"13 -1  TI", {1, 46, 61}},
-        {"73 32  7 ", {11, 56, 67}},
-        // Intervals and fingers.
-        {"13  8  3T", {7, 30, 61}},
-        {"13  8  KM", {7, 31, 61}},
-        {"13  8  LM", {7, 61}}, // beyond "K": no interval
-        {"13  8  2 ", {7, 50, 61}},
-        {"13  8  4Z", {7, 52, 61}},
-        {"13  8  1M", {7, 31, 61}},
-        // Directives and the L family.
-        {"L         ", {18}},
-        {"L^Ms=1", {}},
-        {"L-Title", {}},
-        {"ALL3K   ", {15, 17}},
-        {"ALL8U   ", {27}},
-        {"ALL9K   ", {}}, // step digit beyond 7
-        {"REPS}   ", {26}},
-        {"RHITHM3/4", {54}},
-        {"TEMPO 60", {48, 55}}, // columns 8..9 read "0 " as a finger
-    };
-    for (const auto& [line, keys] : cases)
-        EXPECT_EQ(Derived(line), keys) << '"' << line << '"';
+    const std::string path = std::string(TAHRIR_TEST_DATA) + "/edit/line_state.txt";
+    std::ifstream in(path);
+    ASSERT_TRUE(in) << path;
+    int cases = 0;
+    for (std::string text; std::getline(in, text);) {
+        if (text.empty() || text[0] == '#') continue;
+        std::istringstream words(text);
+        std::string line;
+        words >> std::quoted(line);
+        std::vector<int> keys;
+        for (int k = 0; words >> k;)
+            keys.push_back(k);
+        EXPECT_EQ(Derived(line.c_str()), keys) << text;
+        ++cases;
+    }
+    EXPECT_GT(cases, 0) << path;
 }
 
 TEST(ShowLineState, FixedKeysStayAndClipboardKeysAreKept) {

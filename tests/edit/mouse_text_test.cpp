@@ -1,55 +1,13 @@
-// Label clicks, bands, and the lines that the text and command tools build.
+// Bands, and the lines that the text and command tools build.
 
 #include "editor_fixture.h"
 
 namespace tahrir::edit::test {
 
-class MouseText : public EditorTest {
-protected:
-    // A left press on a line's label, then the cursor line.
-    int clicked(int line, int shift = 0) {
-        editor->labelMouseDown(line, 1, shift);
-        return current();
-    }
-};
-
-const Lines kFour = {"13  8", "23  8", "33  8", "43  8"};
-
-TEST_F(MouseText, ClicksMoveTheCursorAndShiftClicksExtendASelection) {
-    load(kFour);
-    EXPECT_EQ(clicked(6, kShift), 4); // no selection yet: nothing
-    EXPECT_EQ(editor->state().SelEnd, 0);
-    EXPECT_EQ(clicked(6), 6);
-    EXPECT_EQ(penTrimmed(), "33  8");
-    EXPECT_EQ(editor->state().LineX[0], editor->state().LineX[6]);
-
-    ctrl('A');
-    EXPECT_EQ(clicked(5, kShift), 6); // the other end of the selection
-    EXPECT_EQ(sel(), Pair(4, 5));
-    EXPECT_EQ(editor->state().labels[5].colour, ColourBlue);
-    EXPECT_EQ(editor->state().labels[6].colour, ColourBlack);
-
-    editor->labelClick(7);
-    EXPECT_EQ(current(), 7);
-    EXPECT_EQ(editor->state().SelEnd, 0);
-    EXPECT_EQ(editor->state().labels[5].colour, ColourBlack);
-}
-
-TEST_F(MouseText, LabelsThatDrewNothingTakeNoClicks) {
-    load({"13  8", "23  8", "33  8"});
-    ASSERT_LT(editor->state().LineX[1], 0); // the header line draws no symbol
-    editor->labelMouseDown(1, 1, 0);
-    editor->labelClick(1);
-    EXPECT_EQ(current(), 4);  // the cursor never stands on line 1
-    EXPECT_EQ(clicked(9), 4); // beyond the last line
-    ctrl('A');
-    editor->labelMouseDown(1, 1, kShift);
-    EXPECT_EQ(editor->state().SelEnd, 6); // the selection keeps its end
-    EXPECT_EQ(clicked(5), 5);
-}
+using MouseText = EditorTest;
 
 TEST_F(MouseText, BandsSelectFromTheFirstToTheLastLabelInside) {
-    load(kFour);
+    load({"13  8", "23  8", "33  8", "43  8"});
     editor->picMouseDown(-50, -50);
     editor->picMouseMove(-40, -40, true);
     editor->picMouseUp();
@@ -112,15 +70,6 @@ TEST_F(MouseText, CommandToolFillsItsListAndAsksForAFont) {
     key(Key::Left);
     editor->commandToolApply("TOP=40\n");
     EXPECT_EQ(trimmed(4), "LCTOP=40");
-}
-
-TEST_F(MouseText, ShiftFunctionKeysInsertTextAndBarLines) {
-    load({"13  8"});
-    // F8's speed cue is 6000 / (60 x 1 x 8); F1 inserts nothing.
-    for (int f : {7, 4, 2, 8, 1})
-        key(Key::F(f), kShift);
-    EXPECT_EQ(trimmed(4, 7), (Lines{"03 -1", "LC", "L^Ms=1", "LvT=12"}));
-    EXPECT_EQ(last(), 8);
 }
 
 } // namespace tahrir::edit::test
