@@ -19,7 +19,7 @@
 #include "core/score_writer.h"
 #include "edit/editor.h"
 #include "edit/file_undo_pages.h"
-#include "edit/key_codes.h"
+#include "edit/key_tokens.h"
 #include "play/midi_out.h"
 #include "play/note_player.h"
 #include "play/play_state.h"
@@ -74,112 +74,6 @@ std::vector<std::string> Split(const std::string& text, char separator) {
     return parts;
 }
 
-const std::map<std::string, int>& NamedKeys() {
-    using namespace edit::Key;
-    static const std::map<std::string, int> keys = {
-        {"Enter", Enter},   {"Ins", Ins},           {"Del", Del},         {"Backspace", Backspace},
-        {"Esc", Esc},       {"Space", Space},       {"Left", Left},       {"Right", Right},
-        {"Up", Up},         {"Down", Down},         {"Home", Home},       {"End", End},
-        {"PageUp", PageUp}, {"PageDown", PageDown}, {"Grave", Grave},     {"Equals", Equals},
-        {"Comma", Comma},   {"Period", Period},     {"NumPlus", NumPlus}, {"NumMinus", NumMinus},
-    };
-    return keys;
-}
-
-std::optional<int> KeyCode(const std::string& name) {
-    if (name.size() == 1 &&
-        ((name[0] >= 'A' && name[0] <= 'Z') || (name[0] >= '0' && name[0] <= '9')))
-        return static_cast<int>(name[0]);
-    if (name.size() >= 2 && name.size() <= 3 && name[0] == 'F') {
-        const std::string digits = name.substr(1);
-        if (digits.find_first_not_of("0123456789") == std::string::npos) {
-            const int n = std::stoi(digits);
-            if (n >= 1 && n <= 12) return edit::Key::F(n);
-        }
-    }
-    const auto it = NamedKeys().find(name);
-    return it == NamedKeys().end() ? std::nullopt : std::optional<int>(it->second);
-}
-
-std::optional<int> Number(const std::string& text) {
-    if (text.empty() || text.size() > 6 ||
-        text.find_first_not_of("0123456789") != std::string::npos)
-        return std::nullopt;
-    return std::stoi(text);
-}
-
-void Band(Editor& editor, int from, int to) {
-    const edit::EditorState& s = editor.state();
-    const auto a = static_cast<std::size_t>(from), b = static_cast<std::size_t>(to);
-    editor.picMouseDown(s.LineX[a], s.LineY[a]);
-    editor.picMouseMove(s.LineX[b], s.LineY[b], true);
-    editor.picMouseUp();
-}
-
-// One parsed token: a key press, a label click, a band or a palette click.
-struct Action {
-    enum Kind { KeyPress, Click, BandDrag, PaletteClick } kind = KeyPress;
-    int a = 0;     // key code, line, first line of the band, palette entry
-    int b = 0;     // last line of the band
-    int shift = 0; // shift state
-};
-
-std::optional<Action> ParseToken(const std::string& token) {
-    const auto colon = token.find(':');
-    if (colon != std::string::npos) {
-        const std::string kind = token.substr(0, colon), arg = token.substr(colon + 1);
-        if (kind == "Band") {
-            const auto dash = arg.find('-');
-            if (dash == std::string::npos) return std::nullopt;
-            const auto a = Number(arg.substr(0, dash)), b = Number(arg.substr(dash + 1));
-            if (!a || !b || *a > core::MaxLines || *b > core::MaxLines) return std::nullopt;
-            return Action{Action::BandDrag, *a, *b, 0};
-        }
-        static const std::map<std::string, std::pair<Action::Kind, int>> kinds = {
-            {"Click", {Action::Click, 0}},
-            {"ShiftClick", {Action::Click, 1}},
-            {"Palette", {Action::PaletteClick, 0}},
-            {"ShiftPalette", {Action::PaletteClick, 1}},
-            {"CtrlPalette", {Action::PaletteClick, 2}}};
-        const auto it = kinds.find(kind);
-        const auto n = Number(arg);
-        if (it == kinds.end() || !n) return std::nullopt;
-        return Action{it->second.first, *n, 0, it->second.second};
-    }
-    static const std::pair<const char*, int> kModifiers[] = {
-        {"Ctrl+Shift+", 3}, {"Shift+", 1}, {"Ctrl+", 2}, {"Alt+", 4}};
-    int shift = 0;
-    std::string name = token;
-    for (const auto& [prefix, state] : kModifiers) {
-        const std::string p = prefix;
-        if (name.rfind(p, 0) == 0) {
-            shift = state;
-            name = name.substr(p.size());
-            break;
-        }
-    }
-    const auto code = KeyCode(name);
-    if (!code) return std::nullopt;
-    return Action{Action::KeyPress, *code, 0, shift};
-}
-
-void Run(Editor& editor, const Action& action) {
-    switch (action.kind) {
-    case Action::KeyPress:
-        editor.keyPress(action.a, action.shift);
-        break;
-    case Action::Click:
-        editor.labelMouseDown(action.a, 1, action.shift);
-        break;
-    case Action::BandDrag:
-        Band(editor, action.a, action.b);
-        break;
-    case Action::PaletteClick:
-        editor.paletteClick(action.a, action.shift);
-        break;
-    }
-}
-
 void PrintState(Editor& editor, const AnswerHost& host, const RecordingAuditioner& audio) {
     const core::Document& doc = editor.document();
     std::ostringstream out;
@@ -215,10 +109,10 @@ int RunType(const Argv& argv) {
         return Fail(ExitUsage, "usage: type FILE.srv [--keys \"TOKENS\"] [--answers \"A1|A2|...\"] "
                                "-o OUT.srv [--json]");
     // Tokens are checked before anything is loaded, so that a typing error costs nothing.
-    std::vector<Action> actions;
+    std::vector<edit::KeyToken> actions;
     for (const std::string& t : Split(args.value("--keys").value_or(""), ' ')) {
         if (t.empty()) continue;
-        const auto action = ParseToken(t);
+        const auto action = edit::ParseKeyToken(t);
         if (!action) return Fail(ExitUsage, "unknown key token \"" + t + "\"");
         actions.push_back(*action);
     }
@@ -242,8 +136,8 @@ int RunType(const Argv& argv) {
     editor.setLiveTempo(doc.TempoSlider > 0 ? std::clamp(doc.TempoSlider, 20, 320) : 20);
     editor.documentReplaced();
     editor.editorClick();
-    for (const Action& action : actions)
-        Run(editor, action);
+    for (const edit::KeyToken& action : actions)
+        edit::RunKeyToken(editor, action);
     if (!pages.error().empty()) Fail(ExitOk, "warning: " + pages.error());
 
     const core::SaveResult saved = core::SaveImage(doc, *out);

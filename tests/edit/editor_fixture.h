@@ -13,6 +13,7 @@
 #include "edit/basic_layout.h"
 #include "edit/editor.h"
 #include "edit/key_codes.h"
+#include "edit/key_tokens.h"
 #include "temp_folder.h"
 
 namespace tahrir::edit::test {
@@ -68,13 +69,7 @@ protected:
     void key(int code, int shift = 0) { editor->keyPress(code, shift); }
     void ctrl(char c) { key(K(c), kCtrl); }
     // A band drawn from line a's symbol to line b's.
-    void bandSelect(int a, int b) {
-        const EditorState& s = editor->state();
-        const auto from = static_cast<std::size_t>(a), to = static_cast<std::size_t>(b);
-        editor->picMouseDown(s.LineX[from], s.LineY[from]);
-        editor->picMouseMove(s.LineX[to], s.LineY[to], true);
-        editor->picMouseUp();
-    }
+    void bandSelect(int a, int b) { RunKeyToken(*editor, {KeyToken::BandDrag, a, b, 0}); }
     // The first character of every body line.
     std::string body() const {
         std::string out;

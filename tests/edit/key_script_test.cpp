@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "edit/file_undo_pages.h"
+#include "edit/key_tokens.h"
 #include "editor_fixture.h"
 
 namespace tahrir::edit::test {
@@ -30,22 +31,6 @@ std::vector<int> Numbers(const std::string& text) {
     for (int n = 0; in >> n; in.ignore())
         numbers.push_back(n);
     return numbers;
-}
-
-// A key named as the type command names it: a letter, a digit, F1..F12 or a word.
-int KeyCode(const std::string& name) {
-    using namespace Key;
-    static const std::map<std::string, int> named = {
-        {"Enter", Enter},       {"Ins", Ins},     {"Del", Del},         {"Backspace", Backspace},
-        {"Esc", Esc},           {"Left", Left},   {"Right", Right},     {"Up", Up},
-        {"Down", Down},         {"Home", Home},   {"End", End},         {"PageUp", PageUp},
-        {"PageDown", PageDown}, {"Grave", Grave}, {"NumPlus", NumPlus}, {"NumMinus", NumMinus},
-    };
-    if (name.size() == 1) return name[0];
-    if (name[0] == 'F') return F(std::stoi(name.substr(1)));
-    const auto it = named.find(name);
-    EXPECT_NE(it, named.end()) << "unknown key " << name;
-    return it == named.end() ? 0 : it->second;
 }
 
 std::string ColourName(int colour) {
@@ -82,46 +67,31 @@ public:
     }
 
 private:
-    // A key with its Shift+ and Ctrl+ prefixes, or KIND:NUMBERS for a click; *N repeats it.
+    // A token of the type command, or one of the clicks below; *N repeats it.
     void press(std::string token) {
         int times = 1;
         if (const auto star = token.rfind('*'); star != std::string::npos) {
             times = std::stoi(token.substr(star + 1));
             token.resize(star);
         }
+        const auto colon = token.find(':');
+        const auto parsed = ParseKeyToken(token);
         for (int i = 0; i < times; ++i) {
-            if (const auto colon = token.find(':'); colon != std::string::npos) {
-                click(token.substr(0, colon), Numbers(token.substr(colon + 1)));
-                continue;
-            }
-            int shift = 0;
-            std::string name = token;
-            for (auto plus = name.find('+'); plus != std::string::npos && name.size() > 1;
-                 plus = name.find('+')) {
-                const std::string modifier = name.substr(0, plus);
-                EXPECT_TRUE(modifier == "Ctrl" || modifier == "Shift") << token;
-                shift |= modifier == "Ctrl" ? kCtrl : kShift;
-                name.erase(0, plus + 1);
-            }
-            key(KeyCode(name), shift);
+            if (parsed) RunKeyToken(*editor, *parsed);
+            else click(token.substr(0, colon), Numbers(token.substr(colon + 1)));
         }
     }
 
+    // The mouse actions the type command has no token for.
     void click(const std::string& kind, const std::vector<int>& n) {
         const std::map<std::string, std::function<void()>> clicks = {
-            {"Palette", [&] { editor->paletteClick(n.at(0), 0); }},
-            {"ShiftPalette", [&] { editor->paletteClick(n.at(0), kShift); }},
-            {"CtrlPalette", [&] { editor->paletteClick(n.at(0), kCtrl); }},
-            {"Click", [&] { editor->labelMouseDown(n.at(0), 1, 0); }},
-            {"ShiftClick", [&] { editor->labelMouseDown(n.at(0), 1, kShift); }},
             {"Label", [&] { editor->labelClick(n.at(0)); }},
-            {"Band", [&] { bandSelect(n.at(0), n.at(1)); }},
             {"Measure", [&] { editor->measureMouseDown(n.at(0), n.at(1), n.at(2)); }},
             {"MeasureDouble", [&] { editor->measureDoubleClick(n.at(0)); }},
             {"EditorBox", [&] { editor->editorClick(); }},
             {"Undrawn", [&] { editor->positionsChanged(core::PositionTable{}); }}};
         const auto it = clicks.find(kind);
-        ASSERT_NE(it, clicks.end()) << "unknown click " << kind;
+        ASSERT_NE(it, clicks.end()) << "unknown key or click " << kind;
         it->second();
     }
 
