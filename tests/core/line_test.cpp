@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "case_file.h"
+#include "case_files.h"
 #include "core/cp1256.h"
 #include "core/farsi_text.h"
 #include "core/line_kind.h"

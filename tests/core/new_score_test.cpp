@@ -2,7 +2,7 @@
 
 #include <deque>
 
-#include "case_file.h"
+#include "case_files.h"
 #include "core/cp1256.h"
 #include "core/new_score.h"
 #include "core/page_store.h"

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "case_file.h"
+#include "case_files.h"
 #include "core/rhythm_pass.h"
 
 using namespace tahrir::core;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "../core/case_file.h"
+#include "case_files.h"
 #include "render/dxf_writer.h"
 #include "sheet_builder.h"
 

@@ -11,7 +11,7 @@
 #include <random>
 #include <utility>
 
-#include "../core/case_file.h"
+#include "case_files.h"
 #include "golden_text.h"
 #include "temp_folder.h"
 

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <random>
 
-#include "../core/case_file.h"
+#include "case_files.h"
 #include "render/hit_targets.h"
 #include "sheet_builder.h"
 

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "case_rows.h"
+#include "case_files.h"
 #include "transcribe/note_finder.h"
 
 namespace tahrir::transcribe {

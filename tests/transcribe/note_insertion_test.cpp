@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "case_rows.h"
+#include "case_files.h"
 #include "transcribe/note_insertion.h"
 
 namespace tahrir::transcribe {

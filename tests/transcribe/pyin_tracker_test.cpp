@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "case_rows.h"
+#include "case_files.h"
 #include "note_accuracy.h"
 #include "tone_signals.h"
 #include "transcribe/pyin_tracker.h"

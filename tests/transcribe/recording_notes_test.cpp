@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "case_rows.h"
+#include "case_files.h"
 #include "cli_run.h"
 #include "note_accuracy.h"
 #include "temp_folder.h"

@@ -18,7 +18,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "case_rows.h"
+#include "case_files.h"
 #include "core/dastgah_scale.h"
 #include "play/midi_message.h"
 #include "play/midi_out.h"

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "case_rows.h"
+#include "case_files.h"
 
 namespace tahrir::ui {
 namespace {

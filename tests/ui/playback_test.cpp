@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "case_rows.h"
+#include "case_files.h"
 #include "edit/editor.h"
 #include "ui/playback.h"
 #include "ui/score_view.h"
