@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iomanip>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "case_files.h"
 #include "edit/line_state.h"
 
 namespace tahrir::edit {
@@ -28,22 +28,19 @@ std::vector<int> Derived(const char* line) {
 } // namespace
 
 TEST(ShowLineState, EachLineLightsItsKeys) {
-    const std::string path = std::string(TAHRIR_TEST_DATA) + "/edit/line_state.txt";
-    std::ifstream in(path);
-    ASSERT_TRUE(in) << path;
     int cases = 0;
-    for (std::string text; std::getline(in, text);) {
-        if (text.empty() || text[0] == '#') continue;
-        std::istringstream words(text);
-        std::string line;
-        words >> std::quoted(line);
-        std::vector<int> keys;
-        for (int k = 0; words >> k;)
-            keys.push_back(k);
-        EXPECT_EQ(Derived(line.c_str()), keys) << text;
-        ++cases;
-    }
-    EXPECT_GT(cases, 0) << path;
+    test::ForEachCaseLine(std::string(TAHRIR_TEST_DATA) + "/edit/line_state.txt",
+                          [&](const std::string& text, const std::string& where) {
+                              std::istringstream words(text);
+                              std::string line;
+                              words >> std::quoted(line);
+                              std::vector<int> keys;
+                              for (int k = 0; words >> k;)
+                                  keys.push_back(k);
+                              EXPECT_EQ(Derived(line.c_str()), keys) << where;
+                              ++cases;
+                          });
+    EXPECT_GT(cases, 0);
 }
 
 TEST(ShowLineState, FixedKeysStayAndClipboardKeysAreKept) {

@@ -6,6 +6,7 @@
 #include <iomanip>
 #include <sstream>
 
+#include "case_files.h"
 #include "golden_text.h"
 #include "midifile/microtonal_writer.h"
 #include "midifile/midi_import.h"
@@ -66,19 +67,18 @@ std::string Answer(const std::string& kind, std::istringstream& in, const std::s
 }
 
 TEST(MidiConversions, EveryCaseOfTheDataFile) {
-    std::ifstream file(std::filesystem::path(TAHRIR_TEST_DATA) / "midifile" / "conversions.txt");
-    ASSERT_TRUE(file);
     int cases = 0;
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        const auto equals = line.find(" = ");
-        ASSERT_NE(equals, std::string::npos) << line;
-        std::istringstream in(line.substr(0, equals));
-        std::string kind;
-        in >> kind;
-        EXPECT_EQ(Answer(kind, in, line.substr(equals + 3)), line.substr(equals + 3)) << line;
-        ++cases;
-    }
+    tahrir::test::ForEachCaseLine(std::string(TAHRIR_TEST_DATA) + "/midifile/conversions.txt",
+                                  [&](const std::string& line, const std::string& where) {
+                                      const auto equals = line.find(" = ");
+                                      ASSERT_NE(equals, std::string::npos) << where;
+                                      std::istringstream in(line.substr(0, equals));
+                                      std::string kind;
+                                      in >> kind;
+                                      const std::string answer = line.substr(equals + 3);
+                                      EXPECT_EQ(Answer(kind, in, answer), answer) << where;
+                                      ++cases;
+                                  });
     EXPECT_GE(cases, 60);
 }
 
